@@ -1,0 +1,52 @@
+# The project's own ways of declaring targets: one set of language rules and warnings for all of them.
+
+set(CMAKE_CXX_STANDARD 20)
+set(CMAKE_CXX_STANDARD_REQUIRED ON)
+set(CMAKE_CXX_EXTENSIONS OFF)
+set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
+
+# Programs lie at the top of the build folder, beside the DLLs that they load.
+set(CMAKE_RUNTIME_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}$<0:>")
+
+add_library(sentiq_options INTERFACE)
+target_include_directories(sentiq_options INTERFACE "${PROJECT_SOURCE_DIR}")
+if(WIN32)
+  target_compile_definitions(sentiq_options INTERFACE UNICODE _UNICODE NOMINMAX WIN32_LEAN_AND_MEAN)
+endif()
+if(MSVC)
+  target_compile_options(sentiq_options INTERFACE /W4 /permissive- /utf-8 /Zc:__cplusplus)
+  target_compile_definitions(sentiq_options INTERFACE _SILENCE_CXX17_CODECVT_HEADER_DEPRECATION_WARNING)
+  if(SENTIQ_WARNINGS_AS_ERRORS)
+    target_compile_options(sentiq_options INTERFACE /WX)
+  endif()
+else()
+  target_compile_options(sentiq_options INTERFACE -Wall -Wextra -Wpedantic -Wconversion -Wshadow)
+  if(SENTIQ_WARNINGS_AS_ERRORS)
+    target_compile_options(sentiq_options INTERFACE -Werror)
+  endif()
+  # Each function in a section of its own, so that the linker drops what nobody calls.
+  target_compile_options(sentiq_options INTERFACE -ffunction-sections -fdata-sections)
+  target_link_options(sentiq_options INTERFACE -Wl,--gc-sections)
+  # No path of the machine that built it ends up in a program.
+  target_compile_options(sentiq_options INTERFACE "-ffile-prefix-map=${PROJECT_SOURCE_DIR}=.")
+endif()
+if(SENTIQ_SANITIZE)
+  target_compile_options(sentiq_options INTERFACE -fsanitize=${SENTIQ_SANITIZE} -fno-sanitize-recover=all
+    -fno-omit-frame-pointer)
+  target_link_options(sentiq_options INTERFACE -fsanitize=${SENTIQ_SANITIZE})
+endif()
+
+# sentiq_library(NAME SOURCE...): one folder's library.
+function(sentiq_library name)
+  add_library(${name} STATIC ${ARGN})
+  target_link_libraries(${name} PUBLIC sentiq_options)
+endfunction()
+
+# sentiq_test(NAME SOURCES file... LIBRARIES target... [ENVIRONMENT name=value...]): one test program, one ctest entry.
+function(sentiq_test name)
+  cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "SOURCES;LIBRARIES;ENVIRONMENT")
+  add_executable(${name} ${arg_SOURCES})
+  target_link_libraries(${name} PRIVATE sentiq_options ${arg_LIBRARIES} GTest::gmock_main)
+  add_test(NAME ${SENTIQ_TEST_PREFIX}.${name} COMMAND ${name})
+  set_tests_properties(${SENTIQ_TEST_PREFIX}.${name} PROPERTIES TIMEOUT 300 ENVIRONMENT "${arg_ENVIRONMENT}")
+endfunction()

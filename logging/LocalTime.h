@@ -1,0 +1,23 @@
+// What the time texts need of the platform.
+#pragma once
+
+#include <cstdint>
+#include <ctime>
+#include <optional>
+#include <string>
+
+namespace sentiq {
+
+/// Local broken-down time of an instant (seconds since 1970, UTC); nothing when the runtime library rejects it.
+std::optional<std::tm> toLocalTime(std::int64_t seconds);
+
+/// UTF-8; the standard or the daylight name of the zone, as the broken-down time says.
+std::string zoneName(const std::tm& local);
+
+/// Seconds from local standard time to UTC, positive west of Greenwich; daylight saving is not in it.
+std::int32_t standardSecondsWest();
+
+/// Milliseconds since the system started.
+std::uint64_t uptimeMilliseconds();
+
+}  // namespace sentiq

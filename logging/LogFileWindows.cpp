@@ -1,0 +1,76 @@
+#include <windows.h>
+
+#include <algorithm>
+#include <cstddef>
+#include <filesystem>
+#include <string>
+#include <string_view>
+#include <system_error>
+
+#include "logging/LogFile.h"
+
+namespace sentiq {
+namespace {
+
+HANDLE asHandle(std::intptr_t file) {
+  return reinterpret_cast<HANDLE>(file);  // NOLINT(performance-no-int-to-ptr): so the header needs no windows.h.
+}
+
+std::string withWindowsLineEnds(std::string_view text) {
+  std::string converted;
+  converted.reserve(text.size() + static_cast<std::size_t>(std::count(text.begin(), text.end(), '\n')));
+  for (const char c : text) {
+    if (c == '\n') {
+      converted += '\r';
+    }
+    converted += c;
+  }
+  return converted;
+}
+
+}  // namespace
+
+LogFile::LogFile(const std::filesystem::path& path, Mode mode)
+    : file_(reinterpret_cast<std::intptr_t>(CreateFileW(
+          path.c_str(),
+          // The right to append and no other makes the system put each write at the end, whoever else writes.
+          mode == Mode::Truncate ? GENERIC_WRITE : FILE_APPEND_DATA, FILE_SHARE_READ | FILE_SHARE_WRITE,
+          /*lpSecurityAttributes=*/nullptr, mode == Mode::Truncate ? CREATE_ALWAYS : OPEN_ALWAYS,
+          FILE_ATTRIBUTE_NORMAL, /*hTemplateFile=*/nullptr))) {}
+
+LogFile::~LogFile() {
+  if (isOpen()) {
+    CloseHandle(asHandle(file_));
+  }
+}
+
+bool LogFile::isOpen() const {
+  return file_ != -1;
+}
+
+bool LogFile::append(std::string_view text) {
+  const std::string converted = withWindowsLineEnds(text);
+  DWORD written = 0;
+  return WriteFile(asHandle(file_), converted.data(), static_cast<DWORD>(converted.size()), &written,
+                   /*lpOverlapped=*/nullptr) != FALSE &&
+         written == converted.size();
+}
+
+bool logFileExists(const std::filesystem::path& path) {
+  if (GetFileAttributesW(path.c_str()) != INVALID_FILE_ATTRIBUTES) {
+    return true;
+  }
+  const DWORD error = GetLastError();
+  switch (error) {
+    case ERROR_FILE_NOT_FOUND:
+    case ERROR_PATH_NOT_FOUND:
+    case ERROR_BAD_NETPATH:
+    case ERROR_INVALID_NAME:
+      return false;
+    default:
+      throw std::filesystem::filesystem_error(
+          "exists", path, std::error_code(static_cast<int>(error), std::system_category()));
+  }
+}
+
+}  // namespace sentiq

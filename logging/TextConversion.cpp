@@ -1,0 +1,42 @@
+#include "logging/TextConversion.h"
+
+#include <codecvt>
+#include <cstddef>
+#include <locale>
+#include <stdexcept>
+#include <string>
+#include <string_view>
+#include <type_traits>
+
+namespace sentiq {
+namespace {
+
+// codecvt_utf8 rejects surrogate pairs where wchar_t has 16 bits; the UTF-16 facet converts them.
+using Facet =
+    std::conditional_t<sizeof(wchar_t) == 2, std::codecvt_utf8_utf16<wchar_t>, std::codecvt_utf8<wchar_t>>;
+using Converter = std::wstring_convert<Facet>;
+
+// A text that ends in the middle of a character is not an error to every runtime library: it just stops early.
+void requireWhole(const Converter& converter, std::size_t size) {
+  if (converter.converted() != size) {
+    throw std::range_error("text ends within a character");
+  }
+}
+
+}  // namespace
+
+std::string toUtf8(std::wstring_view wide) {
+  Converter converter;
+  std::string utf8 = converter.to_bytes(wide.data(), wide.data() + wide.size());
+  requireWhole(converter, wide.size());
+  return utf8;
+}
+
+std::wstring toWide(std::string_view utf8) {
+  Converter converter;
+  std::wstring wide = converter.from_bytes(utf8.data(), utf8.data() + utf8.size());
+  requireWhole(converter, utf8.size());
+  return wide;
+}
+
+}  // namespace sentiq

@@ -1,0 +1,118 @@
+#include "logging/WatchdogLog.h"
+
+#include <cstdint>
+#include <filesystem>
+#include <mutex>
+#include <string>
+#include <string_view>
+
+#include "logging/LogEncoding.h"
+#include "logging/LogFile.h"
+#include "logging/TimeText.h"
+
+namespace sentiq {
+namespace {
+
+struct Configuration {
+  std::int32_t pid = 0;
+  std::filesystem::path watchdogLog;
+  std::filesystem::path initialLog;
+  bool encodeLogs = false;
+};
+
+// Process-wide: written once by configureWatchdogLog, read by every thread that logs. Never destroyed, because threads
+// of the watchdog may still write while the process ends.
+Configuration& configuration() {
+  static auto* const instance = new Configuration;
+  return *instance;
+}
+
+// Process-wide: guards the files, not the configuration.
+std::mutex& filesMutex() {
+  static auto* const instance = new std::mutex;
+  return *instance;
+}
+
+const std::filesystem::path& pathOf(LogTarget target) {
+  return target == LogTarget::WatchdogInitialLog ? configuration().initialLog : configuration().watchdogLog;
+}
+
+std::string_view levelTag(LogLevel level) {
+  switch (level) {
+    case LogLevel::Info:
+      return "[INFO]";
+    case LogLevel::Alert:
+      return "[ALERT]";
+    case LogLevel::Error:
+      return "[ERROR]";
+  }
+  return "[UNKNOWN]";
+}
+
+bool namesSessionOrProcess(std::string_view message) {
+  return message.find("OrbelSessionID") != std::string_view::npos ||
+         message.find("ProcessID") != std::string_view::npos;
+}
+
+// Appends what makeText() returns and a newline; the text is made once the file is open.
+template <typename MakeText>
+void appendLine(LogTarget target, MakeText makeText) {
+  const std::filesystem::path& path = pathOf(target);
+  if (path.empty()) {
+    return;
+  }
+  const std::lock_guard lock(filesMutex());
+  LogFile file(path, LogFile::Mode::Append);
+  if (file.isOpen()) {
+    file.append(makeText() + '\n');
+  }
+}
+
+}  // namespace
+
+void configureWatchdogLog(std::int32_t pid, const std::wstring& watchdogLogPath,
+                          const std::wstring& initialLogPath, bool encodeLogs) {
+  configuration() = {pid, watchdogLogPath, initialLogPath, encodeLogs};
+}
+
+// The line carries no process id: the header says it once.
+void writeLogLine(std::string_view message, bool isSystem, LogLevel level, LogTarget target,
+                  bool keepHeaderPlain, bool neverEncode) {
+  appendLine(target, [&] {
+    std::string line = isoLocalTimestamp();
+    if (line.empty()) {
+      line = "[TIMESTAMP_ERROR]";
+    }
+    line += isSystem ? " [SYSTEM] " : " [PROCESS] ";
+    line += levelTag(level);
+    line += ": ";
+    line += message;
+    const bool plain = !configuration().encodeLogs || neverEncode ||
+                       (keepHeaderPlain && namesSessionOrProcess(message));
+    return plain ? line : encodeText(line);
+  });
+}
+
+void writeSeparator(LogTarget target) {
+  appendLine(target, [] { return encodeText(std::string(39, '=')); });
+}
+
+void truncateLog(LogTarget target) {
+  const std::filesystem::path& path = pathOf(target);
+  if (logFileExists(path)) {
+    const std::lock_guard lock(filesMutex());
+    const LogFile emptied(path, LogFile::Mode::Truncate);
+  }
+}
+
+void writeWatchdogHeader(std::string_view sessionId, LogTarget target) {
+  const auto write = [target](const std::string& message, bool keepPlain) {
+    writeLogLine(message, /*isSystem=*/true, LogLevel::Info, target, keepPlain);
+  };
+  write("OrbelSessionID: " + std::string(sessionId), /*keepPlain=*/true);
+  write("ProcessID: " + std::to_string(configuration().pid), /*keepPlain=*/true);
+  write(timeZoneLine(), /*keepPlain=*/false);
+  write("LastBootTime: " + lastBootTime(), /*keepPlain=*/false);
+}
+
+}  // namespace sentiq
