@@ -1,9 +1,9 @@
-#include <time.h>
-
 #include <cstdint>
 #include <ctime>
 #include <optional>
 #include <string>
+
+#include <time.h>
 
 #include "logging/LocalTime.h"
 

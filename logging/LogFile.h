@@ -1,6 +1,6 @@
-// A log file as the platform sees it. Each append is a single write at the file's end in text mode (every newline
-// becomes the platform's line end), so what two writers append may alternate but not mix. Other processes may read and
-// write the file meanwhile.
+// A log file as the platform sees it. Each append is a single write at the file's end in text mode (every
+// newline becomes the platform's line end), so what two writers append may alternate but not mix. Other
+// processes may read and write the file meanwhile.
 #pragma once
 
 #include <cstdint>
@@ -14,7 +14,8 @@ class LogFile {
  public:
   enum class Mode { Append, Truncate };
 
-  /// Opens the file and creates it when it is missing, but not its folder; isOpen() tells whether that went well.
+  /// Opens the file and creates it when it is missing, but not its folder; isOpen() tells whether that went
+  /// well.
   LogFile(const std::filesystem::path& path, Mode mode);
   ~LogFile();
   LogFile(const LogFile&) = delete;
@@ -24,15 +25,16 @@ class LogFile {
 
   bool isOpen() const;
 
-  /// False when not all of the text was written. The file needs no flush: nothing is held back in the process.
+  /// False when not all of the text was written. The file needs no flush: nothing is held back in the
+  /// process.
   bool append(std::string_view text);
 
  private:
   std::intptr_t file_;  // Owned; the platform's handle or descriptor, -1 when not open.
 };
 
-/// Whether anything exists at the path. Throws std::filesystem::filesystem_error ("exists") when the system fails to
-/// tell for another reason than that nothing is there.
+/// Whether anything exists at the path. Throws std::filesystem::filesystem_error ("exists") when the system
+/// fails to tell for another reason than that nothing is there.
 bool logFileExists(const std::filesystem::path& path);
 
 }  // namespace sentiq

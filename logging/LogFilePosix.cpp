@@ -1,10 +1,10 @@
-#include <fcntl.h>
-#include <unistd.h>
-
 #include <cstddef>
 #include <filesystem>
 #include <string_view>
 #include <system_error>
+
+#include <fcntl.h>
+#include <unistd.h>
 
 #include "logging/LogFile.h"
 
@@ -12,7 +12,8 @@ namespace sentiq {
 
 LogFile::LogFile(const std::filesystem::path& path, Mode mode)
     : file_(::open(path.c_str(),
-                   O_WRONLY | O_CREAT | O_CLOEXEC | O_APPEND | (mode == Mode::Truncate ? O_TRUNC : 0), 0644)) {}
+                   O_WRONLY | O_CREAT | O_CLOEXEC | O_APPEND | (mode == Mode::Truncate ? O_TRUNC : 0),
+                   0644)) {}
 
 LogFile::~LogFile() {
   if (isOpen()) {

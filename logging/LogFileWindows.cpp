@@ -13,7 +13,8 @@ namespace sentiq {
 namespace {
 
 HANDLE asHandle(std::intptr_t file) {
-  return reinterpret_cast<HANDLE>(file);  // NOLINT(performance-no-int-to-ptr): so the header needs no windows.h.
+  return reinterpret_cast<HANDLE>(
+      file);  // NOLINT(performance-no-int-to-ptr): so the header needs no windows.h.
 }
 
 std::string withWindowsLineEnds(std::string_view text) {

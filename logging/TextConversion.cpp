@@ -2,6 +2,7 @@
 
 #include <codecvt>
 #include <cstddef>
+#include <filesystem>
 #include <locale>
 #include <stdexcept>
 #include <string>
@@ -16,7 +17,8 @@ using Facet =
     std::conditional_t<sizeof(wchar_t) == 2, std::codecvt_utf8_utf16<wchar_t>, std::codecvt_utf8<wchar_t>>;
 using Converter = std::wstring_convert<Facet>;
 
-// A text that ends in the middle of a character is not an error to every runtime library: it just stops early.
+// A text that ends in the middle of a character is not an error to every runtime library: it just stops
+// early.
 void requireWhole(const Converter& converter, std::size_t size) {
   if (converter.converted() != size) {
     throw std::range_error("text ends within a character");
@@ -37,6 +39,18 @@ std::wstring toWide(std::string_view utf8) {
   std::wstring wide = converter.from_bytes(utf8.data(), utf8.data() + utf8.size());
   requireWhole(converter, utf8.size());
   return wide;
+}
+
+std::filesystem::path toPath(std::wstring_view wide) {
+  if constexpr (std::is_same_v<std::filesystem::path::value_type, wchar_t>) {
+    return wide;
+  } else {
+    return toUtf8(wide);
+  }
+}
+
+std::filesystem::path toPath(std::string_view utf8) {
+  return std::u8string(utf8.begin(), utf8.end());
 }
 
 }  // namespace sentiq

@@ -1,6 +1,6 @@
-// Every text time that the program writes. The forms differ on purpose in source, precision and form of the zone
-// offset: each is fixed by what reads it. The functions without an instant are shells around those that take one.
-// All are callable on any thread and keep nothing between calls.
+// Every text time that the program writes. The forms differ on purpose in source, precision and form of the
+// zone offset: each is fixed by what reads it. The functions without an instant are shells around those that
+// take one. All are callable on any thread and keep nothing between calls.
 #pragma once
 
 #include <cstdint>

@@ -1,5 +1,5 @@
-// Owners of the system's resources: one generic owner, and for each kind what "none" is and how it is closed. Aliases
-// stand with their users where only one file needs a kind.
+// Owners of the system's resources: one generic owner, and for each kind what "none" is and how it is closed.
+// Aliases stand with their users where only one file needs a kind.
 #pragma once
 
 #include <windows.h>

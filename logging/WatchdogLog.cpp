@@ -8,6 +8,7 @@
 
 #include "logging/LogEncoding.h"
 #include "logging/LogFile.h"
+#include "logging/TextConversion.h"
 #include "logging/TimeText.h"
 
 namespace sentiq {
@@ -20,8 +21,8 @@ struct Configuration {
   bool encodeLogs = false;
 };
 
-// Process-wide: written once by configureWatchdogLog, read by every thread that logs. Never destroyed, because threads
-// of the watchdog may still write while the process ends.
+// Process-wide: written once by configureWatchdogLog, read by every thread that logs. Never destroyed,
+// because threads of the watchdog may still write while the process ends.
 Configuration& configuration() {
   static auto* const instance = new Configuration;
   return *instance;
@@ -72,7 +73,7 @@ void appendLine(LogTarget target, MakeText makeText) {
 
 void configureWatchdogLog(std::int32_t pid, const std::wstring& watchdogLogPath,
                           const std::wstring& initialLogPath, bool encodeLogs) {
-  configuration() = {pid, watchdogLogPath, initialLogPath, encodeLogs};
+  configuration() = {pid, toPath(watchdogLogPath), toPath(initialLogPath), encodeLogs};
 }
 
 // The line carries no process id: the header says it once.
@@ -87,8 +88,8 @@ void writeLogLine(std::string_view message, bool isSystem, LogLevel level, LogTa
     line += levelTag(level);
     line += ": ";
     line += message;
-    const bool plain = !configuration().encodeLogs || neverEncode ||
-                       (keepHeaderPlain && namesSessionOrProcess(message));
+    const bool plain =
+        !configuration().encodeLogs || neverEncode || (keepHeaderPlain && namesSessionOrProcess(message));
     return plain ? line : encodeText(line);
   });
 }
