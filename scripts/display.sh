@@ -1,0 +1,18 @@
+# shellcheck shell=bash
+# Sourced: gives Windows programs a display of their own, until the command ends or calls stop_display.
+display_fifo=$(mktemp -u) && mkfifo "$display_fifo"
+Xvfb -displayfd 3 -screen 0 640x480x24 -nolisten tcp 3>"$display_fifo" >/dev/null 2>&1 &
+display_pid=$!
+read -r -t 20 display_number <"$display_fifo" || die "Xvfb did not start"
+rm -f "$display_fifo"
+export DISPLAY=:$display_number
+
+stop_display() {
+  [ -n "$display_pid" ] || return 0
+  WINEPREFIX=$build/wine wineserver -k 2>/dev/null || /usr/lib/wine/wineserver64 -k 2>/dev/null || true
+  kill "$display_pid" 2>/dev/null || true
+  wait "$display_pid" 2>/dev/null || true
+  display_pid=''
+}
+trap stop_display EXIT
+trap 'exit 130' INT TERM
