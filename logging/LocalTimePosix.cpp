@@ -3,8 +3,6 @@
 #include <optional>
 #include <string>
 
-#include <time.h>
-
 #include "logging/LocalTime.h"
 
 namespace sentiq {

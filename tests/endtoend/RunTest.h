@@ -1,0 +1,51 @@
+// What the end-to-end tests share: a run of the unchanged program in a folder of its own, and what it left
+// behind.
+#pragma once
+
+#include <windows.h>
+
+#include <chrono>
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "logging/LogEncoding.h"
+#include "tests/support/ChildProcess.h"
+#include "tests/support/Decode.h"
+#include "tests/support/TestFiles.h"
+
+namespace sentiq::test {
+
+/// The paths that Canvix hands over. Names with every kind of character, since they must all work.
+struct RunFolder {
+  TempFolder folder;
+  std::filesystem::path session = folder / L"CanvixSentiqSession \u00FC\u65E5\U0001F600.log";
+  std::filesystem::path watchdog = folder / L"CanvixWatchdogInfoSession \u00FC.log";
+  std::filesystem::path initial = folder / L"CanvixWatchdogInfoInitialSession.log";
+
+  std::wstring sessionOption() const { return L" --sentiq-logs-path \"" + session.wstring() + L"\""; }
+  std::wstring watchdogOptions() const {
+    return L" --watchdog-logs-path \"" + watchdog.wstring() + L"\" --watchdog-initial-logs-path \"" +
+           initial.wstring() + L"\"";
+  }
+};
+
+inline std::wstring pidOption(const ChildProcess& process) {
+  return L"--analytics-identifier session-\u00FC --pid " + std::to_wstring(process.pid());
+}
+
+/// The file's lines, decoded where they are encoded, with masked time stamps.
+inline std::vector<std::string> readLog(const std::filesystem::path& path) {
+  std::vector<std::string> lines = linesOf(readFile(path));
+  for (std::string& line : lines) {
+    // No plain line of the program consists of base64 digits alone, and every encoded one does.
+    if (line.find_first_not_of(std::string(base64Alphabet) + "=") == std::string::npos) {
+      line = decodeLine(line);
+    }
+    line = masked(line);
+  }
+  return lines;
+}
+
+}  // namespace sentiq::test
