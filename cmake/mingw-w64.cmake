@@ -6,6 +6,9 @@ set(CMAKE_C_COMPILER x86_64-w64-mingw32-gcc-posix)
 set(CMAKE_CXX_COMPILER x86_64-w64-mingw32-g++-posix)
 set(CMAKE_RC_COMPILER x86_64-w64-mingw32-windres)
 set(CMAKE_AR x86_64-w64-mingw32-gcc-ar-posix)
+set(CMAKE_OBJCOPY x86_64-w64-mingw32-objcopy)
+set(CMAKE_STRIP x86_64-w64-mingw32-strip)
+set(CMAKE_SIZE x86_64-w64-mingw32-size)
 set(CMAKE_RANLIB x86_64-w64-mingw32-gcc-ranlib-posix)
 
 # Windows 10 is the oldest system that is meant.

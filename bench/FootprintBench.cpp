@@ -1,0 +1,152 @@
+// What a running watch takes of the machine, beside a program that does nothing.
+#include <windows.h>
+
+#include <psapi.h>
+#include <tlhelp32.h>
+
+#include <algorithm>
+#include <chrono>
+#include <cstddef>
+#include <cstdio>
+#include <filesystem>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "logging/UniqueHandle.h"
+#include "tests/support/ChildProcess.h"
+#include "tests/support/TestFiles.h"
+
+namespace {
+
+using namespace std::chrono_literals;
+using sentiq::test::ChildProcess;
+using Clock = std::chrono::steady_clock;
+
+struct Watch {
+  sentiq::test::TempFolder folder;
+  std::filesystem::path session = folder / "session.log";
+  ChildProcess sentiq;
+
+  explicit Watch(DWORD pid)
+      : sentiq(L"CanvixSentiq.exe", L"--encode-logs 0 --pid " + std::to_wstring(pid) +
+                                        L" --sentiq-logs-path " + session.wstring() +
+                                        L" --watchdog-logs-path " + (folder / "watchdog.log").wstring()) {}
+
+  void waitForLines(std::size_t lines) const {
+    while (sentiq::test::linesOf(sentiq::test::readFile(session)).size() < lines) {
+      std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    }
+  }
+};
+
+PROCESS_MEMORY_COUNTERS_EX memoryOf(const ChildProcess& process) {
+  PROCESS_MEMORY_COUNTERS_EX counters{};
+  GetProcessMemoryInfo(process.handle(), reinterpret_cast<PROCESS_MEMORY_COUNTERS*>(&counters),
+                       sizeof counters);
+  return counters;
+}
+
+unsigned threadsOf(DWORD pid) {
+  const sentiq::FileHandle snapshot(CreateToolhelp32Snapshot(TH32CS_SNAPTHREAD, 0));
+  THREADENTRY32 entry{};
+  entry.dwSize = sizeof entry;
+  unsigned count = 0;
+  for (BOOL more = Thread32First(snapshot.get(), &entry); more; more = Thread32Next(snapshot.get(), &entry)) {
+    count += entry.th32OwnerProcessID == pid;
+  }
+  return count;
+}
+
+std::wstring modulesOf(DWORD pid) {
+  const sentiq::FileHandle snapshot(CreateToolhelp32Snapshot(TH32CS_SNAPMODULE, pid));
+  MODULEENTRY32W entry{};
+  entry.dwSize = sizeof entry;
+  std::wstring names;
+  for (BOOL more = Module32FirstW(snapshot.get(), &entry); more;
+       more = Module32NextW(snapshot.get(), &entry)) {
+    const std::wstring name = entry.szModule;
+    if (name.find(L".exe") == std::wstring::npos) {
+      names += L" " + name;
+    }
+  }
+  return names;
+}
+
+// Run returns milliseconds.
+template <typename Run>
+double medianOf11(Run run) {
+  std::vector<double> times;
+  for (int i = 0; i < 11; ++i) {
+    times.push_back(run());
+  }
+  std::nth_element(times.begin(), times.begin() + 5, times.end());
+  return times[5];
+}
+
+double millisecondsSince(Clock::time_point start) {
+  return std::chrono::duration<double, std::milli>(Clock::now() - start).count();
+}
+
+void peakWorkingSet() {
+  const ChildProcess canvix(L"Canvix.exe");
+  const Watch watch(canvix.pid());
+  watch.waitForLines(3);
+  std::this_thread::sleep_for(2s);
+  const unsigned threads = threadsOf(watch.sentiq.pid());
+  const ChildProcess empty(L"EmptyProgram.exe", std::to_wstring(threads - 1) + modulesOf(watch.sentiq.pid()));
+  std::this_thread::sleep_for(3s);
+  const auto own = static_cast<double>(memoryOf(watch.sentiq).PeakWorkingSetSize) / 1048576;
+  const auto beside = static_cast<double>(memoryOf(empty).PeakWorkingSetSize) / 1048576;
+  std::printf(
+      "peak working set of a running watch (%u threads)|empty windowed program, same DLLs and threads|"
+      "%.2f times|at most 1.3 times|%.1f MiB beside %.1f MiB\n",
+      threads, own / beside, own, beside);
+}
+
+void processorTime() {
+  const ChildProcess canvix(L"Canvix.exe");
+  const Watch watch(canvix.pid());
+  std::this_thread::sleep_for(2min);
+  FILETIME creation, exit, kernel, user;
+  GetProcessTimes(watch.sentiq.handle(), &creation, &exit, &kernel, &user);
+  const auto seconds = [](const FILETIME& time) {
+    return static_cast<double>(static_cast<unsigned long long>(time.dwHighDateTime) << 32 |
+                               time.dwLowDateTime) /
+           1e7;
+  };
+  const double used = seconds(kernel) + seconds(user);
+  std::printf(
+      "processor time of an hour of watching (30 times that of two minutes, start included)|-|%.2f s|"
+      "below 1 s|%.0f ms in two minutes\n",
+      used * 30, used * 1000);
+}
+
+void startUp() {
+  const double empty = medianOf11([] {
+    const auto start = Clock::now();
+    ChildProcess(L"EmptyProgram.exe").wait(1min);
+    return millisecondsSince(start);
+  });
+  const double header = medianOf11([] {
+    const ChildProcess canvix(L"Canvix.exe");
+    const auto start = Clock::now();
+    const Watch watch(canvix.pid());
+    watch.waitForLines(1);
+    return millisecondsSince(start);
+  });
+  std::printf(
+      "start to the first header line|an empty program's start to end|%.2f times|at most 1.5 times|%.0f ms "
+      "beside %.0f ms\n",
+      header / empty, header, empty);
+}
+
+}  // namespace
+
+int main(int argc, char**) {
+  startUp();
+  peakWorkingSet();
+  if (argc == 1) {  // Any argument leaves the two minutes out.
+    processorTime();
+  }
+}

@@ -1,0 +1,34 @@
+# Two zips: the programs with docs and licences, and the debug symbols. Every time stamp in them is the commit's, so two
+# packages of one commit are the same bytes.
+if(NOT WIN32)
+  return()
+endif()
+
+install(TARGETS CanvixSentiq sentiq-logs RUNTIME DESTINATION . COMPONENT program)
+install(FILES README.md CHANGELOG.md SECURITY.md DESTINATION . COMPONENT program)
+install(DIRECTORY docs DESTINATION . COMPONENT program)
+install(DIRECTORY cmake/licences/ DESTINATION licences COMPONENT program)
+foreach(program CanvixSentiq sentiq-logs)
+  if(MSVC)
+    install(FILES "$<TARGET_PDB_FILE:${program}>" DESTINATION . COMPONENT symbols OPTIONAL)
+  else()
+    install(FILES "$<TARGET_FILE:${program}>.debug" DESTINATION . COMPONENT symbols)
+  endif()
+endforeach()
+
+execute_process(COMMAND git log -1 --format=%ct WORKING_DIRECTORY "${PROJECT_SOURCE_DIR}" OUTPUT_VARIABLE commit_time
+  OUTPUT_STRIP_TRAILING_WHITESPACE)
+file(WRITE "${CMAKE_BINARY_DIR}/FixTimes.cmake" "
+file(GLOB_RECURSE files LIST_DIRECTORIES true \"\${CPACK_TEMPORARY_DIRECTORY}/*\")
+execute_process(COMMAND touch --no-dereference --date=@${commit_time} \${files})
+")
+
+set(CPACK_GENERATOR ZIP)
+set(CPACK_PACKAGE_NAME CanvixSentiq)
+set(CPACK_PACKAGE_VERSION "${PROJECT_VERSION}")
+set(CPACK_PACKAGE_FILE_NAME "CanvixSentiq-${PROJECT_VERSION}-windows-x64")
+set(CPACK_ARCHIVE_COMPONENT_INSTALL ON)
+set(CPACK_COMPONENTS_ALL program symbols)
+set(CPACK_COMPONENT_INCLUDE_TOPLEVEL_DIRECTORY OFF)
+set(CPACK_PRE_BUILD_SCRIPTS "${CMAKE_BINARY_DIR}/FixTimes.cmake")
+include(CPack)
