@@ -13,6 +13,7 @@ set(CMAKE_RANLIB x86_64-w64-mingw32-gcc-ranlib-posix)
 
 # Windows 10 is the oldest system that is meant.
 set(CMAKE_CXX_FLAGS_INIT "-D_WIN32_WINNT=0x0A00")
+set(CMAKE_CXX_FLAGS_RELEASE_INIT "-O2")
 set(CMAKE_EXE_LINKER_FLAGS_INIT "-static")
 set(CMAKE_SHARED_LINKER_FLAGS_INIT "-static")
 

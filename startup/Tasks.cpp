@@ -18,7 +18,7 @@ namespace {
 
 WatchdogSettings watchdogSettings(const LaunchOptions& options) {
   return {
-      .pid = static_cast<std::uint32_t>(options.pid),
+      .processId = static_cast<std::uint32_t>(options.pid),
       .watchdogLogPath = options.watchdogLogPath,
       .sessionId = options.analyticsIdentifier,
       .initialWatchdogLogPath = options.initialWatchdogLogPath,
@@ -30,7 +30,7 @@ WatchdogSettings watchdogSettings(const LaunchOptions& options) {
 CaptureSettings captureSettings(const LaunchOptions& options) {
   return {
       .analyticsIdentifier = options.analyticsIdentifier,
-      .pid = static_cast<std::uint32_t>(options.pid),
+      .processId = static_cast<std::uint32_t>(options.pid),
       .logPath = options.logPath,
       .sessionLogPath = options.sessionLogPath,
       .forceQuitLogPath = options.forceQuitLogPath,

@@ -1,0 +1,14 @@
+#include <memory>
+
+#include "capture/DataCapture.h"
+#include "capture/SystemInfoWindows.h"
+#include "capture/TargetProcessWindows.h"
+
+namespace sentiq {
+
+DataCapture& DataCapture::instance() {
+  static DataCapture capture(std::make_unique<SystemInfoWindows>(), std::make_unique<TargetProcessWindows>());
+  return capture;
+}
+
+}  // namespace sentiq

@@ -1,0 +1,47 @@
+#include "watchdog/AppExitMonitor.h"
+
+#include <chrono>
+#include <exception>
+#include <thread>
+
+#include "logging/WatchdogLog.h"
+#include "watchdog/EventLogReader.h"
+#include "watchdog/WatchdogState.h"
+
+namespace sentiq {
+namespace {
+
+constexpr std::chrono::seconds pollInterval(1);
+
+void writeProcessLine(const char* message) {
+  writeLogLine(message, /*isSystem=*/false, LogLevel::Info, LogTarget::WatchdogLog);
+}
+
+// False when the watchdog is stopped first.
+bool waitForExit() {
+  while (!watchdogState().stopRequested) {
+    std::this_thread::sleep_for(pollInterval);
+    if (!monitoredProcessRuns()) {
+      return true;
+    }
+  }
+  return false;
+}
+
+}  // namespace
+
+void monitorAppExit(std::chrono::seconds secondDumpAfter) {
+  try {
+    writeProcessLine("Inside  monitor app exit");
+    if (waitForExit()) {
+      writeProcessLine("App has exited");
+      dumpEventLogs();
+      std::this_thread::sleep_for(secondDumpAfter);
+      dumpEventLogs();
+    }
+    writeProcessLine("Leaving App monitor app exit");
+  } catch (const std::exception&) {  // NOLINT(bugprone-empty-catch): only the log itself can fail here.
+  }
+}
+
+}  // namespace sentiq

@@ -1,0 +1,29 @@
+// What the watchdog's threads share. Process-wide: startWatchdog writes the monitored process and the session
+// id before any of those threads exists, stopWatchdog sets the stop flag, and nothing else changes it.
+#pragma once
+
+#include <atomic>
+#include <cstdint>
+#include <mutex>
+#include <string>
+#include <thread>
+#include <vector>
+
+namespace sentiq {
+
+struct WatchdogState {
+  std::uint32_t monitoredPid = 0;
+  std::string sessionId;  // UTF-8.
+  std::atomic<bool> stopRequested = false;
+  std::mutex threadsMutex;  // Guards threads; held while they are made and while they are joined.
+  std::vector<std::thread> threads;
+};
+
+/// Never destroyed: the program may return from its entry while threads of the watchdog still run.
+WatchdogState& watchdogState();
+
+/// Whether the monitored process still runs. One that cannot be opened counts as gone. Callable on any
+/// thread.
+bool monitoredProcessRuns();
+
+}  // namespace sentiq
