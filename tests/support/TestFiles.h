@@ -56,7 +56,8 @@ inline const std::string stamp = "0000-00-00T00:00:00.000+0000";
 
 /// The line with the digits of its leading time stamp, and the sign of the offset, made alike.
 inline std::string masked(std::string line) {
-  for (std::size_t i = 0; i < std::min(line.size(), stamp.size()); ++i) {
+  const bool stamped = line.size() >= stamp.size() && line[10] == 'T' && line[19] == '.';
+  for (std::size_t i = 0; stamped && i < stamp.size(); ++i) {
     if ((line[i] >= '0' && line[i] <= '9') || (i == 23 && line[i] == '-')) {
       line[i] = stamp[i];
     }
