@@ -1,0 +1,33 @@
+// What a console program needs of the platform: arguments and output in UTF-8, line ends untouched, terminals
+// known. Paths travel as std::filesystem::path, so that no name is lost on the way to the system.
+#pragma once
+
+#include <atomic>
+#include <filesystem>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace sentiq {
+
+/// Called once, first of all on the main thread: standard input and output pass bytes as they are.
+void prepareConsole();
+
+/// The program's arguments without its name, UTF-8.
+std::vector<std::string> consoleArguments(int argc, const char* const* argv);
+
+bool outputIsTerminal();
+bool messagesAreTerminal();
+
+/// Whether colour is wanted: standard output is a terminal and the environment does not hold NO_COLOR.
+bool colourWanted();
+
+/// Set once the user asks the program to end (Ctrl-C); from the first call on, that no longer ends the
+/// process by itself.
+const std::atomic<bool>& stopRequested();
+
+/// UTF-8 to path and back. A name that is not text keeps its meaning only in the path.
+std::filesystem::path pathFromText(std::string_view text);
+std::string textFromPath(const std::filesystem::path& path);
+
+}  // namespace sentiq

@@ -1,0 +1,47 @@
+// Undoes the encoding of log lines, and tells plain, encoded and damaged lines apart by what they hold.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string_view>
+
+namespace sentiq {
+
+enum class LineKind : std::uint8_t { Plain, Encoded, Damaged };
+
+/// Takes the lines of one file in their order: what a line without time stamp is (a message's second line,
+/// say) follows from the entry that it belongs to. A file may hold plain and encoded entries side by side.
+///
+/// 1. A line that decodes to the beginning of an entry (a time stamp, a JSON object, the separator) is
+/// encoded.
+/// 2. A line that holds a NUL byte is damaged: a machine that lost power leaves runs of them.
+/// 3. A line that begins an entry or a header as it stands is plain.
+/// 4. A line that still decodes to an entry's beginning, but not to its end, is damaged.
+/// 5. Any other line follows the entry before it. After a plain entry it is plain. After an encoded one it is
+/// encoded
+///    when it decodes to text, and damaged otherwise. Before the first entry it is encoded when it decodes to
+///    text, and plain otherwise.
+class LineDecoder {
+ public:
+  struct Result {
+    LineKind kind;
+    std::size_t size;  // Bytes of decoded text; 0 unless Encoded.
+  };
+
+  /// What decode() may write for a line of so many bytes, whatever its kind.
+  static constexpr std::size_t roomFor(std::size_t lineSize) { return lineSize + 8; }
+
+  /// @param line without its line end. Any bytes; nothing is thrown.
+  /// @param out room for roomFor(line.size()) bytes; holds the text when the line is encoded.
+  Result decode(std::string_view line, char* out);
+
+ private:
+  enum class Manner : std::uint8_t { Unknown, Plain, Encoded };
+
+  Result decoded(std::string_view text);
+  LineKind kindAsItStands(std::string_view line);
+
+  Manner manner_ = Manner::Unknown;  // That of the last entry.
+};
+
+}  // namespace sentiq
