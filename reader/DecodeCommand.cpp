@@ -120,10 +120,7 @@ int decodeLogs(const DecodeOptions& given, std::istream& standardInput, std::ost
     good = readOnce(options, standardInput, messages, progress, streams);
   }
   block.flush();
-  if (!out) {
-    messages << "sentiq-logs: the output cannot be written\n";
-  }
-  if (!good || !out) {
+  if (!good) {
     return exitFailed;
   }
   const bool damaged =

@@ -1,6 +1,7 @@
 // sentiq-logs: from the log files to plain text, a timeline, a summary, a page.
 #include <algorithm>
 #include <exception>
+#include <fstream>
 #include <iostream>
 #include <memory>
 #include <string>
@@ -12,7 +13,12 @@
 #include "reader/Console.h"
 #include "reader/DecodeCommand.h"
 #include "reader/ExitCode.h"
+#include "reader/HtmlReport.h"
+#include "reader/LogSet.h"
+#include "reader/MetricsTable.h"
 #include "reader/Progress.h"
+#include "reader/Summary.h"
+#include "reader/Timeline.h"
 
 namespace sentiq {
 namespace {
@@ -43,6 +49,133 @@ void addDecode(CLI::App& app, int& exitCode) {
   });
 }
 
+void addInputs(CLI::App* command, std::vector<std::string>& inputs) {
+  command->add_option("FILE", inputs, "Logs, or folders with logs (*.log, taken by what they hold)")
+      ->required();
+}
+
+LogSet readWithProgress(const std::vector<std::string>& inputs, bool keepRawLines = false) {
+  Progress progress = progressFor(/*outputIsText=*/false);
+  return readLogs(inputs, std::cin, progress, keepRawLines);
+}
+
+// Damage does not keep the others from being shown, but scripts want to know.
+int exitCodeOf(const LogSet& logs) {
+  int code = logs.files.empty() ? exitFailed : exitGood;
+  if (logs.files.empty()) {
+    std::cerr << "sentiq-logs: no logs found\n";
+  }
+  for (const LogFileInfo& file : logs.files) {
+    if (!file.readable) {
+      std::cerr << "sentiq-logs: " << file.name << ": cannot be read\n";
+      code = exitFailed;
+    } else if (file.damagedLines > 0 && code == exitGood) {
+      code = exitDamaged;
+    }
+  }
+  return code;
+}
+
+void addTimeline(CLI::App& app, int& exitCode) {
+  struct Options {
+    std::vector<std::string> inputs;
+    std::string since;
+    std::string until;
+    TimelineOptions timeline;
+  };
+  CLI::App* const command =
+      app.add_subcommand("timeline", "All logs in time order, one readable line per entry");
+  const auto options = std::make_shared<Options>();
+  addInputs(command, options->inputs);
+  const auto isTime = [](const std::string& text) {
+    return parseLocalTime(text) ? std::string{} : "not a time like 2025-01-31 or 2025-01-31T14:05:09";
+  };
+  command->add_option("--since", options->since, "Leave out what is before this local time")->check(isTime);
+  command->add_option("--until", options->until, "Leave out what is after this local time")->check(isTime);
+  command
+      ->add_option(
+          "--source", options->timeline.sources,
+          "Only these: session, watchdog, initial, or an event channel such as System (comma-separated)")
+      ->delimiter(',')
+      ->allow_extra_args(false);
+  command->add_flag("--json", options->timeline.json, "One JSON object per line");
+  command->footer(
+      "Example:\n  sentiq-logs timeline --since 2025-01-31T14:00 --source system,application logs/");
+  command->callback([options, &exitCode] {
+    options->timeline.colour = colourWanted();
+    options->timeline.since = parseLocalTime(options->since);
+    options->timeline.until = parseLocalTime(options->until);
+    const LogSet logs = readWithProgress(options->inputs);
+    writeTimeline(logs, options->timeline, std::cout);
+    exitCode = exitCodeOf(logs);
+  });
+}
+
+void addSummary(CLI::App& app, int& exitCode) {
+  struct Options {
+    std::vector<std::string> inputs;
+    bool json = false;
+  };
+  CLI::App* const command =
+      app.add_subcommand("summary", "What happened, in one line, and the figures behind it");
+  const auto options = std::make_shared<Options>();
+  addInputs(command, options->inputs);
+  command->add_flag("--json", options->json, "One JSON object");
+  command->footer("Example:\n  sentiq-logs summary --json logs/ | jq -r .outcome");
+  command->callback([options, &exitCode] {
+    const LogSet logs = readWithProgress(options->inputs);
+    const Summary summary = summarize(logs);
+    std::cout << (options->json ? summaryJson(summary) + '\n' : summaryText(summary, colourWanted()));
+    exitCode = exitCodeOf(logs);
+  });
+}
+
+void addReport(CLI::App& app, int& exitCode) {
+  struct Options {
+    std::vector<std::string> inputs;
+    std::string output;
+  };
+  CLI::App* const command = app.add_subcommand("report", "One self-contained HTML page");
+  const auto options = std::make_shared<Options>();
+  addInputs(command, options->inputs);
+  command->add_option("-o,--output", options->output, "The page to write")->required();
+  command->footer("Example:\n  sentiq-logs report logs/ -o session.html");
+  command->callback([options, &exitCode] {
+    const LogSet logs = readWithProgress(options->inputs, /*keepRawLines=*/true);
+    std::ofstream page(pathFromText(options->output), std::ios::binary);
+    writeHtmlReport(logs, page);
+    page.close();
+    exitCode = exitCodeOf(logs);
+    if (!page) {
+      std::cerr << "sentiq-logs: " << options->output << ": cannot be written\n";
+      exitCode = exitFailed;
+    }
+  });
+}
+
+void addMetrics(CLI::App& app, int& exitCode) {
+  struct Options {
+    std::vector<std::string> inputs;
+    bool csv = false;
+    bool json = false;
+  };
+  CLI::App* const command = app.add_subcommand("metrics", "The ten-second records as a table, with units");
+  const auto options = std::make_shared<Options>();
+  addInputs(command, options->inputs);
+  CLI::Option* const csv = command->add_flag("--csv", options->csv, "Comma-separated, with a header line");
+  command->add_flag("--json", options->json, "One JSON object per line")->excludes(csv);
+  command->footer("Example:\n  sentiq-logs metrics --csv CanvixSentiqSession.log > records.csv");
+  command->callback([options, &exitCode] {
+    const LogSet logs = readWithProgress(options->inputs);
+    writeMetrics(logs,
+                 options->csv    ? TableForm::Csv
+                 : options->json ? TableForm::Json
+                                 : TableForm::Text,
+                 std::cout);
+    exitCode = exitCodeOf(logs);
+  });
+}
+
 // Hidden: makes input for tests and benchmarks.
 void addEncode(CLI::App& app) {
   CLI::App* const command = app.add_subcommand("encode", "Encode the lines of standard input");
@@ -56,16 +189,29 @@ void addEncode(CLI::App& app) {
 
 int run(std::vector<std::string> arguments) {
   CLI::App app("Reads the logs of CanvixSentiq.", "sentiq-logs");
+  app.footer(
+      "Exit codes:\n"
+      "  0  all was read\n"
+      "  1  something was damaged or unfinished; everything else was read\n"
+      "  2  wrong arguments, a file that cannot be read, output that cannot be written");
   app.require_subcommand(1);
   app.allow_windows_style_options(false);  // Else a path that begins with a slash is taken for an option.
   int exitCode = exitGood;
   addDecode(app, exitCode);
+  addTimeline(app, exitCode);
+  addSummary(app, exitCode);
+  addReport(app, exitCode);
+  addMetrics(app, exitCode);
   addEncode(app);
   std::reverse(arguments.begin(), arguments.end());  // The order that the parser takes a vector in.
   try {
     app.parse(arguments);
   } catch (const CLI::ParseError& error) {
     return app.exit(error) == 0 ? exitGood : exitFailed;
+  }
+  if (!std::cout.flush()) {
+    std::cerr << "sentiq-logs: the output cannot be written\n";
+    return exitFailed;
   }
   return exitCode;
 }

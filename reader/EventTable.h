@@ -1,0 +1,42 @@
+// The events that tell why an application or a machine went down: what each id means, and in which words it
+// is shown.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+#include "reader/EventRecord.h"
+
+namespace sentiq {
+
+enum class Severity : std::uint8_t { Info, Notice, Warning, Error };
+
+/// What an entry of a log means for the session.
+enum class Meaning : std::uint8_t {
+  Other,
+  Crash,
+  Hang,
+  Exit,
+  PowerLoss,      // The machine went down without shutting down.
+  SystemCrash,    // A bugcheck.
+  ShutdownBegun,  // Somebody asked for it.
+  ShutdownDone,
+  Boot,
+  Sleep,
+  Resume,
+  Standby,
+};
+
+struct EventWords {
+  Meaning meaning;
+  Severity severity;
+  std::string words;  // One line, UTF-8 as the event has it.
+};
+
+/// Events that the table does not know are shown with provider, id and fields.
+EventWords describeEvent(const EventRecord& event);
+
+std::string_view severityName(Severity severity);
+
+}  // namespace sentiq
