@@ -1,5 +1,5 @@
-// Stands in for Canvix: prints its process id, does nothing for the given number of seconds (an hour without one), and
-// ends with 0.
+// Stands in for Canvix: prints its process id, does nothing for the given number of seconds (an hour without
+// one), and ends with 0.
 #include <windows.h>
 
 #include <chrono>

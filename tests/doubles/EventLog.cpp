@@ -1,0 +1,173 @@
+// Stands in for the system's wevtapi.dll: answers queries over event XML files as the system does over its
+// channels.
+//   SENTIQ_EVENTS=folder           <channel>.xml in it holds the channel's events, oldest first
+//   SENTIQ_EVENTS_FAULT=call:n:e   the n-th EvtNext or EvtRender of a query, or every EvtQuery, fails with
+//   error e SENTIQ_EVENTS_BALANCE=file     receives the number of handles left open when the process ends
+// In an event, {CONTROL} becomes every control character, {LONE} a lone surrogate, {MEGABYTE} a million
+// characters.
+#include <windows.h>
+
+#include <winevt.h>
+
+#include <algorithm>
+#include <atomic>
+#include <cstring>
+#include <fstream>
+#include <iterator>
+#include <map>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include <pugixml.hpp>
+
+#include "logging/TextConversion.h"
+
+namespace {
+
+std::atomic<int> openHandles = 0;
+
+struct Handle {
+  std::vector<std::string> events;  // Those that a query still has to give; of an event, itself.
+  std::map<std::string, int> calls;
+  Handle* query = nullptr;
+
+  Handle() { ++openHandles; }
+  ~Handle() { --openHandles; }
+};
+
+std::string environment(const wchar_t* name) {
+  wchar_t value[1024] = {};
+  GetEnvironmentVariableW(name, value, 1024);
+  return sentiq::toUtf8(value);
+}
+
+bool fail(DWORD error) {
+  SetLastError(error);
+  return false;
+}
+
+// Whether this call is the one that is to fail; the last error is then set.
+bool isFaulty(const std::string& call, int number) {
+  std::istringstream fault(environment(L"SENTIQ_EVENTS_FAULT"));
+  std::string name, at, error;
+  std::getline(std::getline(std::getline(fault, name, ':'), at, ':'), error);
+  return name == call && (call == "EvtQuery" || std::stoi(at) == number) && !fail(std::stoul(error));
+}
+
+void replace(std::wstring& text, const std::wstring& marker, const std::wstring& by) {
+  if (const auto at = text.find(marker); at != std::wstring::npos) {
+    text.replace(at, marker.size(), by);
+  }
+}
+
+std::wstring rendered(const std::string& event) {
+  std::wstring text = sentiq::toWide(event);
+  std::wstring controls;
+  for (wchar_t c = 1; c < 32; ++c) {
+    controls += c;
+  }
+  replace(text, L"{CONTROL}", controls);
+  replace(text, L"{LONE}", std::wstring(1, wchar_t{0xD800}));
+  replace(text, L"{MEGABYTE}", std::wstring(1'000'000, L'm'));
+  return text;
+}
+
+std::vector<std::string> readEvents(const std::string& path) {
+  std::ifstream file(sentiq::toPath(path), std::ios::binary);
+  const std::string text{std::istreambuf_iterator<char>(file), {}};
+  std::vector<std::string> events;
+  const std::string end = "</Event>";
+  for (auto at = text.find("<Event "); at != std::string::npos; at = text.find("<Event ", at + 1)) {
+    events.push_back(text.substr(at, text.find(end, at) + end.size() - at));
+  }
+  return events;
+}
+
+}  // namespace
+
+extern "C" {
+
+__declspec(dllexport) int openEventHandles() {
+  return openHandles;
+}
+
+EVT_HANDLE WINAPI EvtQuery(EVT_HANDLE, LPCWSTR channel, LPCWSTR query, DWORD flags) {
+  const std::string path = environment(L"SENTIQ_EVENTS") + "\\" + sentiq::toUtf8(channel) + ".xml";
+  if (isFaulty("EvtQuery", 1)) {
+    return nullptr;
+  }
+  if ((flags & EvtQueryChannelPath) == 0 || !std::filesystem::exists(sentiq::toPath(path))) {
+    fail(ERROR_EVT_CHANNEL_NOT_FOUND);
+    return nullptr;
+  }
+  auto* const handle = new Handle;
+  try {
+    const pugi::xpath_query wanted(sentiq::toUtf8(query).c_str());
+    for (const std::string& event : readEvents(path)) {
+      pugi::xml_document document;
+      document.load_string(event.c_str());
+      if (wanted.evaluate_boolean(document)) {
+        handle->events.push_back(event);
+      }
+    }
+  } catch (const pugi::xpath_exception&) {
+    delete handle;
+    fail(ERROR_EVT_INVALID_QUERY);
+    return nullptr;
+  }
+  if ((flags & EvtQueryReverseDirection) != 0) {
+    std::reverse(handle->events.begin(), handle->events.end());
+  }
+  return handle;
+}
+
+BOOL WINAPI EvtNext(EVT_HANDLE query, DWORD size, EVT_HANDLE* events, DWORD, DWORD, DWORD* returned) {
+  auto& opened = *static_cast<Handle*>(query);
+  *returned = 0;
+  if (isFaulty("EvtNext", ++opened.calls["EvtNext"])) {
+    return FALSE;
+  }
+  for (; *returned < size && !opened.events.empty(); ++*returned) {
+    auto* const event = new Handle;
+    event->events = {opened.events.front()};
+    event->query = &opened;
+    opened.events.erase(opened.events.begin());
+    events[*returned] = event;
+  }
+  return *returned > 0 || fail(ERROR_NO_MORE_ITEMS);
+}
+
+BOOL WINAPI EvtRender(EVT_HANDLE, EVT_HANDLE event, DWORD flags, DWORD size, void* buffer, DWORD* used,
+                      DWORD*) {
+  const auto& opened = *static_cast<Handle*>(event);
+  if (flags != EvtRenderEventXml) {
+    return fail(ERROR_INVALID_PARAMETER);
+  }
+  if (isFaulty("EvtRender", ++opened.query->calls["EvtRender"])) {
+    return FALSE;
+  }
+  const std::wstring text = rendered(opened.events.front());
+  *used = static_cast<DWORD>((text.size() + 1) * sizeof(wchar_t));
+  if (size < *used) {
+    return fail(ERROR_INSUFFICIENT_BUFFER);
+  }
+  std::memcpy(buffer, text.c_str(), *used);
+  SetLastError(ERROR_SUCCESS);
+  return TRUE;
+}
+
+BOOL WINAPI EvtClose(EVT_HANDLE handle) {
+  delete static_cast<Handle*>(handle);
+  return TRUE;
+}
+
+BOOL WINAPI DllMain(HINSTANCE, DWORD reason, void*) {
+  const std::string file = reason == DLL_PROCESS_DETACH ? environment(L"SENTIQ_EVENTS_BALANCE") : "";
+  if (!file.empty()) {
+    std::ofstream(sentiq::toPath(file)) << openHandles;
+  }
+  return TRUE;
+}
+
+}  // extern "C"
