@@ -48,12 +48,11 @@ std::shared_ptr<SessionFileWriter> openSessionLog(const CaptureSettings& setting
   }
 }
 
-void writeHeaderOnce(SessionFileWriter& writer, const CaptureSettings& settings) {
+void writeHeaderOnce(SessionFileWriter& writer, const std::string& analyticsIdentifier, std::uint32_t pid) {
   if (headerWritten) {
     return;
   }
-  writer.write("OrbelSessionID: " + settings.analyticsIdentifier +
-                   "\nProcessID: " + std::to_string(settings.processId),
+  writer.write("OrbelSessionID: " + analyticsIdentifier + "\nProcessID: " + std::to_string(pid),
                /*withTimestamp=*/false, /*neverEncode=*/true);
   headerWritten = true;
 }
@@ -116,7 +115,7 @@ void DataCapture::captureData(const CaptureSettings& settings, WriterPromise ope
     running_ = false;
     return;
   }
-  writeHeaderOnce(*writer, settings);
+  writeHeaderOnce(*writer, analyticsIdentifier_, settings.processId);
   while (running_) {
     try {
       captureSample(*writer, settings.metrics);

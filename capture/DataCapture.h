@@ -76,16 +76,15 @@ class DataCapture {
   const std::unique_ptr<SentiqSystem> system_;
   const std::unique_ptr<TargetProcess> process_;
 
-  std::mutex startStopMutex_;  // Guards thread_, writer_ and the two copied settings; never taken on the
-                               // capture thread.
-  std::thread thread_;
-  std::shared_future<std::shared_ptr<SessionFileWriter>>
-      writer_;  // None inside when the file could not be opened.
-  std::string analyticsIdentifier_;
-  std::wstring forceQuitLogPath_;  // Kept for a writer of that file; there is none.
+  // Set by start; cleared by stop, by the destructor and by a capture without a file.
+  std::atomic<bool> running_ = false;
 
-  std::atomic<bool> running_ =
-      false;  // Set by start; cleared by stop, the destructor and a capture without a file.
+  // Guards what start and stop change: the four that follow. Never taken on the capture thread.
+  std::mutex startStopMutex_;
+  std::thread thread_;
+  std::shared_future<std::shared_ptr<SessionFileWriter>> writer_;  // None inside: its file did not open.
+  std::string analyticsIdentifier_;  // Read by the capture thread: it changes only while there is none.
+  std::wstring forceQuitLogPath_;    // Kept for a writer of that file; there is none.
 
   // Only the capture thread uses the rest. What is known is never asked again, not even by a later capture.
   const std::string foregroundProcessName_;  // Nothing fills it.

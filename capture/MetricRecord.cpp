@@ -2,8 +2,10 @@
 
 #include <chrono>
 #include <cstdint>
-#include <cstdio>
 #include <exception>
+#include <iomanip>
+#include <locale>
+#include <sstream>
 #include <string>
 
 #include <nlohmann/json.hpp>
@@ -90,11 +92,12 @@ std::string elapsedTimeText(std::chrono::sys_seconds start, std::chrono::sys_sec
   using namespace std::chrono;
   const seconds elapsed = now - start;
   const auto wholeDays = duration_cast<days>(elapsed);
-  const auto part = [](auto count) { return static_cast<int>(count); };
-  char clock[16];
-  std::snprintf(clock, sizeof clock, "%02d:%02d:%02d", part((elapsed - wholeDays) / hours{1}),
-                part(elapsed % hours{1} / minutes{1}), part((elapsed % minutes{1}).count()));
-  return std::to_string(wholeDays.count()) + ' ' + clock;
+  std::ostringstream text;
+  text.imbue(std::locale::classic());
+  text << wholeDays.count() << ' ' << std::setfill('0') << std::setw(2) << (elapsed - wholeDays) / hours{1}
+       << ':' << std::setw(2) << elapsed % hours{1} / minutes{1} << ':' << std::setw(2)
+       << (elapsed % minutes{1}).count();
+  return text.str();
 }
 
 }  // namespace sentiq
