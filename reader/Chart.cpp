@@ -4,6 +4,7 @@
 #include <chrono>
 #include <cmath>
 #include <cstddef>
+#include <cstdint>
 #include <ostream>
 #include <string>
 #include <vector>
@@ -34,10 +35,11 @@ class Scale {
     }
     top_ = chart.top > 0 ? chart.top : 1;
   }
-  std::string x(Instant time) const {
+  double xOf(Instant time) const {
     const double span = std::max<double>(1, static_cast<double>((last_ - first_).count()));
-    return rounded(left + (width - left - right) * static_cast<double>((time - first_).count()) / span);
+    return left + (width - left - right) * static_cast<double>((time - first_).count()) / span;
   }
+  std::string x(Instant time) const { return rounded(xOf(time)); }
   std::string y(double value) const {
     return rounded(above + (height - above - below) * (1 - std::clamp(value / top_, 0.0, 1.0)));
   }
@@ -85,18 +87,23 @@ std::string linePath(const std::vector<ChartPoint>& points, const Scale& scale, 
   return path;
 }
 
+// Without the milliseconds.
+std::string shortTime(Instant time, std::chrono::minutes offset) {
+  return showTime(time, offset).substr(0, 19);
+}
+
 std::string describe(const Chart& chart) {
   const auto [low, high] =
       std::minmax_element(chart.points.begin(), chart.points.end(),
                           [](const ChartPoint& a, const ChartPoint& b) { return a.value < b.value; });
   std::string text = "From " + showValue(chart.points.front().value, chart.unit) + " at " +
-                     showTime(chart.points.front().time, chart.offset) + " to " +
+                     shortTime(chart.points.front().time, chart.offset) + " to " +
                      showValue(chart.points.back().value, chart.unit) + " at " +
-                     showTime(chart.points.back().time, chart.offset) + "; lowest " +
-                     showValue(low->value, chart.unit) + " at " + showTime(low->time, chart.offset) +
+                     shortTime(chart.points.back().time, chart.offset) + "; lowest " +
+                     showValue(low->value, chart.unit) + " at " + shortTime(low->time, chart.offset) +
                      ", highest " + showValue(high->value, chart.unit) + '.';
   for (const ChartMark& mark : chart.marks) {
-    text += ' ' + mark.name + " at " + showTime(mark.time, chart.offset) + '.';
+    text += ' ' + mark.name + " at " + shortTime(mark.time, chart.offset) + '.';
   }
   return text;
 }
@@ -109,10 +116,34 @@ void writeAxes(const Chart& chart, const Scale& scale, std::ostream& out) {
         << "\" dy=\"4\" text-anchor=\"end\">" << htmlText(showValue(part * chart.top, chart.unit))
         << "</text>\n";
   }
-  out << "<text x=\"" << left << "\" y=\"" << height - 8 << "\">"
-      << showTime(scale.first(), chart.offset).substr(0, 19) << "</text><text x=\"" << width - right
-      << "\" y=\"" << height - 8 << "\" text-anchor=\"end\">"
-      << showTime(scale.last(), chart.offset).substr(0, 19) << "</text>\n";
+  out << "<text x=\"" << left << "\" y=\"" << height - 8 << "\">" << shortTime(scale.first(), chart.offset)
+      << "</text><text x=\"" << width - right << "\" y=\"" << height - 8 << "\" text-anchor=\"end\">"
+      << shortTime(scale.last(), chart.offset) << "</text>\n";
+}
+
+// Letters of marks that stand close together go into one text, else they lie on top of each other.
+void writeMarks(const Chart& chart, const Scale& scale, std::ostream& out) {
+  constexpr double letterWidth = 16;
+  std::string letters;
+  double lettersAt = 0;
+  const auto writeLetters = [&] {
+    out << "<text class=\"mark\" x=\"" << std::lround(lettersAt) << "\" y=\"" << above - 10
+        << "\" text-anchor=\"middle\">" << htmlText(letters) << "</text>\n";
+  };
+  for (const ChartMark& mark : chart.marks) {
+    const std::string x = scale.x(mark.time);
+    out << "<line class=\"mark\" x1=\"" << x << "\" x2=\"" << x << "\" y1=\"" << above - 4 << "\" y2=\""
+        << height - below << "\"/>\n";
+    if (!letters.empty() && scale.xOf(mark.time) - lettersAt > letterWidth) {
+      writeLetters();
+      letters.clear();
+    }
+    lettersAt = letters.empty() ? scale.xOf(mark.time) : lettersAt;
+    letters += mark.letter;
+  }
+  if (!letters.empty()) {
+    writeLetters();
+  }
 }
 
 void writeTable(const Chart& chart, std::ostream& out) {
@@ -140,12 +171,7 @@ void writeChart(const Chart& chart, std::ostream& out) {
       << htmlText(describe(chart)) << "</desc>\n";
   writeAxes(chart, scale, out);
   out << "<path class=\"line\" d=\"" << linePath(points, scale, longest) << "\"/>\n";
-  for (const ChartMark& mark : chart.marks) {
-    const std::string x = scale.x(mark.time);
-    out << "<line class=\"mark\" x1=\"" << x << "\" x2=\"" << x << "\" y1=\"" << above - 4 << "\" y2=\""
-        << height - below << "\"/><text class=\"mark\" x=\"" << x << "\" y=\"" << above - 10
-        << "\" text-anchor=\"middle\">" << htmlText(mark.letter) << "</text>\n";
-  }
+  writeMarks(chart, scale, out);
   out << "</svg>\n<figcaption><strong>" << htmlText(chart.title) << ".</strong> " << htmlText(describe(chart))
       << "</figcaption>\n";
   writeTable(chart, out);

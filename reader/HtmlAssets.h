@@ -22,7 +22,8 @@ h2 { font-size: 1.2rem; margin: 2.2rem 0 .6rem; border-bottom: 1px solid var(--r
 ul { padding-left: 1.2rem; } li { overflow-wrap: anywhere; }
 dl { display: grid; grid-template-columns: max-content 1fr; gap: .25rem 1.5rem; margin: 1rem 0; }
 dt { color: var(--dim); } dd { margin: 0; overflow-wrap: anywhere; }
-figure { margin: 0 0 1.6rem; } figcaption { color: var(--dim); font-size: .9rem; }
+figure { margin: 0 0 1.6rem; } figcaption { color: var(--dim); font-size: .9rem;
+  margin-top: .4rem; }
 svg { display: block; width: 100%; height: auto; background: var(--raised); border-radius: .4rem; }
 svg text { fill: var(--dim); font: 12px system-ui, sans-serif; } svg .grid { stroke: var(--rule); }
 svg .line { fill: none; stroke: var(--line); stroke-width: 2; stroke-linejoin: round; stroke-linecap: round; }

@@ -192,7 +192,7 @@ std::vector<Outcome> judgeBefore(const LogSet& logs, const SessionSpan& span) {
   if (down != nullptr) {
     const bool lost = isAnyOf(down->meaning, {Meaning::PowerLoss, Meaning::SystemCrash});
     outcomes.push_back({lost ? "power-loss" : "shutdown", lost ? Severity::Error : Severity::Notice,
-                        "Before this session: " + down->what + at(*down)});
+                        "Before this session: " + down->what + " (logged" + at(*down) + ')'});
     if (failure != nullptr && *failure->time < *down->time) {
       std::swap(outcomes[0], outcomes[1]);
     }

@@ -1,0 +1,89 @@
+// Logs as the program writes them, for the reader's tests.
+#pragma once
+
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include "logging/LogEncoding.h"
+#include "reader/Console.h"
+#include "reader/LogSet.h"
+
+namespace sentiq {
+
+/// A folder of its own, gone at the end.
+class SampleFolder {
+ public:
+  explicit SampleFolder(const std::string& name)
+      : path_(std::filesystem::temp_directory_path() / pathFromText(name)) {
+    std::filesystem::remove_all(path_);
+    std::filesystem::create_directories(path_);
+  }
+  ~SampleFolder() {
+    std::error_code ignored;
+    std::filesystem::remove_all(path_, ignored);
+  }
+  SampleFolder(const SampleFolder&) = delete;
+  SampleFolder& operator=(const SampleFolder&) = delete;
+
+  std::string file(const std::string& name) const { return textFromPath(path_ / pathFromText(name)); }
+  std::string write(const std::string& name, const std::string& bytes,
+                    std::ios::openmode mode = std::ios::trunc) const {
+    std::ofstream(path_ / pathFromText(name), std::ios::binary | std::ios::out | mode) << bytes;
+    return file(name);
+  }
+  std::string path() const { return textFromPath(path_); }
+
+ private:
+  std::filesystem::path path_;
+};
+
+inline std::string encodedLine(const std::string& text) {
+  return encodeText(text) + '\n';
+}
+
+/// An event in a watchdog line, at 13:05:00 local time; the event's own time is given, UTC.
+inline std::string eventLine(const std::string& provider, int id, const std::string& time,
+                             const std::vector<std::string>& data,
+                             const std::string& channel = "Application") {
+  std::string xml =
+      "<Event xmlns='http://schemas.microsoft.com/win/2004/08/events/event'><System><Provider Name='" +
+      provider + "'/><EventID Qualifiers='0'>" + std::to_string(id) +
+      "</EventID><Level>2</Level><TimeCreated SystemTime='" + time +
+      "'/><EventRecordID>7</EventRecordID><Channel>" + channel + "</Channel></System><EventData>";
+  for (const std::string& value : data) {
+    xml += "<Data>" + value + "</Data>";
+  }
+  return R"(2025-01-31T13:05:00.000+0100 [PROCESS] [INFO]: {"xmlData":")" + xml + "</EventData></Event>\"}";
+}
+
+inline std::string recordLine(const std::string& time, int freeDisk = 100) {
+  return R"({"appStartTime":"0 00:00:10","batteryPercentage":57,"freeDiskSpace":)" +
+         std::to_string(freeDisk) +
+         R"(,"freeSwapMemory":50,"processId":4242,"status":"Running","timestamp":")" + time +
+         R"(","totalDiskSpace":1000,"totalSwapMemory":60})";
+}
+
+inline std::string sessionLog(const std::vector<std::string>& lines) {
+  std::string log = "OrbelSessionID: session-1\nProcessID: 4242\n";
+  for (const std::string& line : lines) {
+    log += encodedLine(line);
+  }
+  return log;
+}
+
+/// Reads the texts as the files of one session.
+inline LogSet readTexts(const std::vector<std::string>& texts) {
+  const SampleFolder folder("sentiq-reader-texts");
+  std::vector<std::string> files;
+  for (const std::string& text : texts) {
+    files.push_back(folder.write(std::to_string(files.size()) + ".log", text));
+  }
+  std::istringstream noInput;
+  Progress progress(nullptr);
+  return readLogs(files, noInput, progress, /*keepRawLines=*/true);
+}
+
+}  // namespace sentiq

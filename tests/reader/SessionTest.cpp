@@ -1,0 +1,219 @@
+#include <random>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include <gmock/gmock.h>
+
+#include "reader/HtmlReport.h"
+#include "reader/LogTime.h"
+#include "reader/MetricsTable.h"
+#include "reader/Summary.h"
+#include "reader/Timeline.h"
+#include "tests/reader/SampleLogs.h"
+
+namespace sentiq {
+namespace {
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::Not;
+
+const std::string first = recordLine("2025-01-31T12:59:50.000+0100");
+const std::string second = recordLine("2025-01-31T13:00:00.000+0100", 90);
+const std::string exitLine = "2025-01-31T13:00:05.000+0100 Exit Status - Canvix is no longer alive";
+const std::string during = "2025-01-31T12:00:02.0000001Z";  // 13:00:02 local time.
+const std::string earlier = "2025-01-30T12:00:02.0000000Z";
+const std::vector<std::string> crashData{"Canvix.exe", "29.5",     "1",    "gfx.dll", "3.1",
+                                         "2",          "c0000005", "a1b2", "0x1092"};
+const std::vector<std::string> otherPid{"Canvix.exe", "29.5",     "1",    "gfx.dll", "3.1",
+                                        "2",          "c0000005", "a1b2", "0x1"};
+const std::vector<std::string> otherApp{"Other.exe", "1",        "1",    "x.dll", "1",
+                                        "2",         "c0000005", "a1b2", "0x1092"};
+const std::string applicationEvent = eventLine("Other", 5, during, {});
+
+std::string crash(const std::string& time, const std::vector<std::string>& data = crashData) {
+  return eventLine("Application Error", 1000, time, data);
+}
+
+std::string timelineOf(const LogSet& logs, const TimelineOptions& options = {}) {
+  std::ostringstream out;
+  writeTimeline(logs, options, out);
+  return out.str();
+}
+
+TEST(Summary, FirstLineSaysWhatHappened) {
+  struct Case {
+    std::vector<std::string> watchdog;
+    bool exited;
+    std::string outcome;
+    std::string words;
+  };
+  const std::string kernelPower = "Microsoft-Windows-Kernel-Power";
+  const std::vector<Case> cases{
+      {{crash(during)},
+       true,
+       "crashed",
+       "at 2025-01-31 13:00:02.000: module gfx.dll 3.1, exception c0000005, offset a1b2"},
+      {{eventLine("Application Hang", 1002, during, {"CANVIX.EXE", "29.5", "1092"})},
+       true,
+       "hung",
+       "stopped responding"},
+      {{applicationEvent}, true, "ended", "ended normally"},
+      {{}, true, "ended", "whether normally is unknown"},
+      {{crash(earlier), applicationEvent}, true, "ended", "ended normally"},
+      {{crash(during, otherPid)}, true, "ended", "ended normally"},
+      {{crash(during, otherApp)}, true, "ended", "ended normally"},
+      {{eventLine("User32", 1074, during, {"a.exe", "PC", "Planned", "0x8", "restart", "", "me"}, "System")},
+       true,
+       "shutdown",
+       "a.exe began a restart for me: Planned"},
+      {{eventLine(kernelPower, 41, "2025-01-31T13:30:00Z", {"0"}, "System")},
+       false,
+       "power-loss",
+       "went down"},
+      {{eventLine(kernelPower, 41, earlier, {"0"}, "System")}, false, "unknown", "unknown"},
+      {{"2025-01-31T13:00:01.000+0100 [SYSTEM] [INFO]: System Will Sleep"}, false, "asleep", "went to sleep"},
+      {{}, false, "unknown", "the logs stop while Canvix runs"},
+  };
+  for (const Case& c : cases) {
+    std::string watchdog;
+    for (const std::string& line : c.watchdog) {
+      watchdog += encodedLine(line);
+    }
+    std::vector<std::string> session{first, second};
+    if (c.exited) {
+      session.push_back(exitLine);
+    }
+    const LogSet logs = readTexts({sessionLog(session), watchdog});
+    // Event lines carry the time of their dump, which must not stretch the session.
+    const Summary summary = summarize(logs);
+    EXPECT_EQ(summary.outcome, c.outcome) << c.words;
+    EXPECT_THAT(summary.statements.front().text, HasSubstr(c.words));
+  }
+  EXPECT_EQ(summarize(LogSet{}).outcome, "unknown");
+}
+
+TEST(Summary, NamesGapsDamageAndWhatIsMissing) {
+  const LogSet logs =
+      readTexts({sessionLog({first, recordLine("2025-01-31T13:00:30.000+0100", 70)}) + "torn"});
+  const Summary summary = summarize(logs);
+  EXPECT_THAT(summary.gaps, ElementsAre("40 s from 2025-01-31 12:59:50.000"));
+  EXPECT_THAT(summary.problems, ElementsAre(HasSubstr("1 damaged or unfinished lines of 5"),
+                                            "No watchdog log", HasSubstr("No initial log")));
+  EXPECT_THAT(summaryText(summary, /*colour=*/false), HasSubstr("70 of 1000 MiB at 2025-01-31 13:00:30.000"));
+}
+
+TEST(Timeline, ShowsOneCopyOfAnEventAtItsOwnTimeAndFilters) {
+  const std::string plain = "2025-01-31T13:05:00.000+0100 [SYSTEM] [INFO]: two\nlines\n";
+  const LogSet logs =
+      readTexts({sessionLog({first}), plain + crash(during) + "\n" + encodedLine(crash(during))});
+  EXPECT_EQ(logs.eventCopies, 1);
+  const std::string all = timelineOf(logs);
+  EXPECT_THAT(
+      all,
+      HasSubstr("2025-01-31 13:00:02.000 +01:00  Application  error    Canvix.exe 29.5 crashed in gfx.dll"));
+  EXPECT_THAT(all, HasSubstr("two lines\n"));
+  TimelineOptions options;
+  options.since = parseLocalTime("2025-01-31 13:00:01");
+  options.until = parseLocalTime("2025-01-31T13:01");
+  options.sources = {"application"};
+  options.json = true;
+  EXPECT_THAT(timelineOf(logs, options),
+              testing::StartsWith(R"({"time":"2025-01-31T13:00:02.000+01:00","source":"App)"));
+  options.until = parseLocalTime("2025-01-31T13:00:02");
+  EXPECT_EQ(timelineOf(logs, options), "");
+}
+
+TEST(LogTime, ReadsEveryFormAndRejectsTheRest) {
+  const struct {
+    const char* text;
+    const char* shown;
+  } cases[]{{"2025-01-31T14:05:09.042+0100", "2025-01-31T14:05:09.042+01:00"},
+            {"2025-01-31T14:05:09.042-03:30", "2025-01-31T14:05:09.042-03:30"},
+            {"2025-01-31T13:05:09.0423456Z", "2025-01-31T13:05:09.042+00:00"},
+            {"2024-02-29T23:59:59Z", "2024-02-29T23:59:59.000+00:00"},
+            {"2025-02-29T10:00:00Z", ""},
+            {"2025-01-31T24:00:00Z", ""},
+            {"2025-01-31T14:0", ""},
+            {"2025-01-31T14:05:09+01", ""},
+            {"", ""}};
+  for (const auto& c : cases) {
+    const auto time = parseTime(c.text);
+    EXPECT_EQ(time ? isoTime(time->instant, time->offset) : "", c.shown) << c.text;
+  }
+}
+
+TEST(Metrics, QuotesCsvAndLeavesMissingFiguresEmpty) {
+  std::string record = first;
+  record.replace(record.find("Running"), 7, R"(a \"b\", c)");
+  std::ostringstream out;
+  writeMetrics(readTexts({sessionLog({record})}), TableForm::Csv, out);
+  EXPECT_THAT(
+      out.str(),
+      HasSubstr(
+          "\n2025-01-31T12:59:50.000+01:00,100,1000,50,60,57,4242,,,,0 00:00:10,,\"a \"\"b\"\", c\"\n"));
+}
+
+TEST(Report, EscapesAllTextOfTheLogs) {
+  const std::string attack = "<script>alert('x')</script>\"&\x01\xff";
+  const std::string inXml = "&lt;script>alert(1)&lt;/script>";
+  std::vector<std::string> data(9, inXml);
+  data[0] = "Canvix.exe";
+  data[8] = "0x1092";
+  std::string record = first;
+  record.replace(record.find("\"status\""), 0,
+                 R"("gpuInfo":[{"gpuMemoryUsage":1,"gpuName":"<script>gpu</script>"}],)");
+  const LogSet logs = readTexts(
+      {"OrbelSessionID: " + attack + "\nProcessID: 4242\n" + encodedLine(record) + attack,
+       "2025-01-31T13:05:00.000+0100 [SYSTEM] [INFO]: " + attack + "\n" + crash(during, data) + "\n"});
+  std::ostringstream out;
+  writeHtmlReport(logs, out);
+  const std::string page = out.str();
+  EXPECT_THAT(page, Not(HasSubstr("<script>alert")));
+  EXPECT_THAT(page, Not(HasSubstr("<script>gpu")));
+  EXPECT_THAT(
+      page,
+      HasSubstr(
+          "<dd>&lt;script&gt;alert(&#39;x&#39;)&lt;/script&gt;&quot;&amp;\xEF\xBF\xBD\xEF\xBF\xBD</dd>"));
+  EXPECT_THAT(page, HasSubstr("Canvix crashed at 2025-01-31 13:00:02.000: module &lt;script&gt;alert(1)"));
+  for (const char* const fetch : {"src=", "href=", "url(", "@import"}) {
+    EXPECT_THAT(page, Not(HasSubstr(fetch)));
+  }
+}
+
+TEST(AnyCommand, SurvivesLogsWithBytesChangedLostAndAdded) {
+  const std::string whole = sessionLog({first, second, exitLine}) + encodedLine(crash(during)) +
+                            crash(earlier) + "\n" + R"({"timestamp":[],"xmlData":7})" + "\n" +
+                            std::string(3, '\0') + "\n";
+  std::mt19937 random(1);
+  for (int round = 0; round < 300; ++round) {
+    std::string log = whole;
+    for (int change = 0; change < 5; ++change) {
+      const std::size_t at = random() % log.size();
+      const auto byte = static_cast<char>(random());
+      switch (random() % 3) {
+        case 0:
+          log[at] = byte;
+          break;
+        case 1:
+          log.erase(at, random() % 40);
+          break;
+        default:
+          log.insert(at, 1 + random() % 3, byte);
+      }
+    }
+    const LogSet logs = readTexts({log});
+    EXPECT_FALSE(summaryText(summarize(logs), /*colour=*/true).empty());
+    TimelineOptions options;
+    options.json = round % 2 == 0;
+    EXPECT_FALSE(timelineOf(logs, options).empty());
+    std::ostringstream page;
+    writeHtmlReport(logs, page);
+    writeMetrics(logs, TableForm::Json, page);
+    EXPECT_TRUE(page.good());
+  }
+}
+
+}  // namespace
+}  // namespace sentiq
