@@ -110,12 +110,13 @@ void DataCapture::stop(bool processGone) {
 
 void DataCapture::captureData(const CaptureSettings& settings, WriterPromise opened) {
   const std::shared_ptr<SessionFileWriter> writer = openSessionLog(settings);
-  opened.set_value(writer);
   if (!writer) {
     running_ = false;
+    opened.set_value(nullptr);
     return;
   }
   writeHeaderOnce(*writer, analyticsIdentifier_, settings.processId);
+  opened.set_value(writer);  // Not before the header, or a closing line could stand above it.
   while (running_) {
     try {
       captureSample(*writer, settings.metrics);

@@ -34,6 +34,9 @@ using ComObject = UniqueHandle<ComKind<Interface>>;
 constexpr BYTE percentageUnknown = 255;
 constexpr BYTE noSystemBattery = 128;
 
+// More than any machine has: an enumeration that keeps failing must come to an end.
+constexpr UINT mostAdapters = 256;
+
 ComObject<IDXGIFactory1> createFactory() {
   void* factory = nullptr;
   if (FAILED(CreateDXGIFactory1(IID_IDXGIFactory1, &factory))) {
@@ -74,7 +77,7 @@ void SystemInfoWindows::getGpuInfo(std::vector<GpuInfo>& adapters) {
     adapters.emplace_back();
     return;
   }
-  for (UINT index = 0;; ++index) {
+  for (UINT index = 0; index < mostAdapters; ++index) {
     IDXGIAdapter* found = nullptr;
     const HRESULT result = factory.get()->EnumAdapters(index, &found);
     const ComObject<IDXGIAdapter> adapter(found);
