@@ -111,14 +111,14 @@ std::string describe(const Chart& chart) {
 void writeAxes(const Chart& chart, const Scale& scale, std::ostream& out) {
   for (const double part : {0.0, 0.5, 1.0}) {
     const std::string y = scale.y(part * (chart.top > 0 ? chart.top : 1));
-    out << "<line class=\"grid\" x1=\"" << left << "\" x2=\"" << width - right << "\" y1=\"" << y
-        << "\" y2=\"" << y << "\"/><text x=\"" << left - 8 << "\" y=\"" << y
-        << "\" dy=\"4\" text-anchor=\"end\">" << htmlText(showValue(part * chart.top, chart.unit))
+    out << R"(<line class="grid" x1=")" << left << R"(" x2=")" << width - right << R"(" y1=")" << y
+        << R"(" y2=")" << y << R"("/><text x=")" << left - 8 << R"(" y=")" << y
+        << R"(" dy="4" text-anchor="end">)" << htmlText(showValue(part * chart.top, chart.unit))
         << "</text>\n";
   }
-  out << "<text x=\"" << left << "\" y=\"" << height - 8 << "\">" << shortTime(scale.first(), chart.offset)
-      << "</text><text x=\"" << width - right << "\" y=\"" << height - 8 << "\" text-anchor=\"end\">"
-      << shortTime(scale.last(), chart.offset) << "</text>\n";
+  out << R"(<text x=")" << left << R"(" y=")" << height - 8 << R"(">)"
+      << shortTime(scale.first(), chart.offset) << R"(</text><text x=")" << width - right << R"(" y=")"
+      << height - 8 << R"(" text-anchor="end">)" << shortTime(scale.last(), chart.offset) << "</text>\n";
 }
 
 // Letters of marks that stand close together go into one text, else they lie on top of each other.
@@ -127,12 +127,12 @@ void writeMarks(const Chart& chart, const Scale& scale, std::ostream& out) {
   std::string letters;
   double lettersAt = 0;
   const auto writeLetters = [&] {
-    out << "<text class=\"mark\" x=\"" << std::lround(lettersAt) << "\" y=\"" << above - 10
-        << "\" text-anchor=\"middle\">" << htmlText(letters) << "</text>\n";
+    out << R"(<text class="mark" x=")" << std::lround(lettersAt) << R"(" y=")" << above - 10
+        << R"(" text-anchor="middle">)" << htmlText(letters) << "</text>\n";
   };
   for (const ChartMark& mark : chart.marks) {
     const std::string x = scale.x(mark.time);
-    out << "<line class=\"mark\" x1=\"" << x << "\" x2=\"" << x << "\" y1=\"" << above - 4 << "\" y2=\""
+    out << R"(<line class="mark" x1=")" << x << R"(" x2=")" << x << R"(" y1=")" << above - 4 << R"(" y2=")"
         << height - below << "\"/>\n";
     if (!letters.empty() && scale.xOf(mark.time) - lettersAt > letterWidth) {
       writeLetters();
@@ -148,10 +148,10 @@ void writeMarks(const Chart& chart, const Scale& scale, std::ostream& out) {
 
 void writeTable(const Chart& chart, std::ostream& out) {
   out << "<details><summary>" << htmlText(chart.title)
-      << " as a table</summary><table><thead><tr><th scope=\"col\">Time"
-      << "</th><th scope=\"col\">" << htmlText(chart.unit) << "</th></tr></thead><tbody>\n";
+      << R"( as a table</summary><table><thead><tr><th scope="col">Time)"
+      << R"(</th><th scope="col">)" << htmlText(chart.unit) << "</th></tr></thead><tbody>\n";
   for (const ChartPoint& point : thinned(chart.points, mostRows)) {
-    out << "<tr><td>" << showTime(point.time, chart.offset) << "</td><td class=\"number\">"
+    out << "<tr><td>" << showTime(point.time, chart.offset) << R"(</td><td class="number">)"
         << std::lround(point.value) << "</td></tr>\n";
   }
   out << "</tbody></table></details>\n";
@@ -165,12 +165,12 @@ void writeChart(const Chart& chart, std::ostream& out) {
   const Ticks longest =
       std::max<Ticks>(longestStep, 3 * (chart.points.back().time - chart.points.front().time) /
                                        static_cast<std::int64_t>(mostPoints));
-  out << "<figure>\n<svg viewBox=\"0 0 " << width << ' ' << height << "\" role=\"img\" aria-labelledby=\""
-      << chart.id << "-title " << chart.id << "-text\">\n<title id=\"" << chart.id << "-title\">"
-      << htmlText(chart.title) << "</title>\n<desc id=\"" << chart.id << "-text\">"
+  out << "<figure>\n<svg viewBox=\"0 0 " << width << ' ' << height << R"(" role="img" aria-labelledby=")"
+      << chart.id << "-title " << chart.id << "-text\">\n<title id=\"" << chart.id << R"(-title">)"
+      << htmlText(chart.title) << "</title>\n<desc id=\"" << chart.id << R"(-text">)"
       << htmlText(describe(chart)) << "</desc>\n";
   writeAxes(chart, scale, out);
-  out << "<path class=\"line\" d=\"" << linePath(points, scale, longest) << "\"/>\n";
+  out << R"(<path class="line" d=")" << linePath(points, scale, longest) << "\"/>\n";
   writeMarks(chart, scale, out);
   out << "</svg>\n<figcaption><strong>" << htmlText(chart.title) << ".</strong> " << htmlText(describe(chart))
       << "</figcaption>\n";

@@ -101,11 +101,12 @@ bool readOnce(const DecodeOptions& options, std::istream& standardInput, std::os
 
 }  // namespace
 
-int decodeLogs(const DecodeOptions& given, std::istream& standardInput, std::ostream& out,
+int decodeLogs(const DecodeOptions& options, std::istream& standardInput, std::ostream& out,
                std::ostream& messages, Progress& progress, const std::atomic<bool>& stop) {
-  DecodeOptions options = given;
   if (options.files.empty()) {
-    options.files.emplace_back("-");
+    DecodeOptions fromInput = options;
+    fromInput.files.emplace_back("-");
+    return decodeLogs(fromInput, standardInput, out, messages, progress, stop);
   }
   OutputBlock block(out);
   std::list<DecodeStream> streams;

@@ -83,7 +83,7 @@ std::string describeUnknown(const EventRecord& event) {
   const char* between = ": ";
   for (const auto& [name, value] : event.data) {
     if (!value.empty() && text.size() < longestWords) {
-      text += between + (name.empty() ? std::string{} : name + ' ') + value;
+      text.append(between).append(name).append(name.empty() ? "" : " ").append(value);
       between = ", ";
     }
   }

@@ -64,8 +64,8 @@ class LogFileReader {
   void addDamaged(std::string_view what, std::string_view bytes);
   void takeText(std::string_view text);
   void takeMessage(std::string_view message);
-  void takeEvent(std::string_view json);
-  void takeMetric(std::string_view json);
+  void takeEvent(std::string_view text);
+  void takeMetric(std::string_view text);
   void takeHeader(std::string_view message);
   void keepRaw(std::string_view text);
 

@@ -86,12 +86,12 @@ Parts localParts(Instant instant, std::chrono::minutes offset) {
 std::string formatTime(Instant instant, std::chrono::minutes offset, char between) {
   const Parts parts = localParts(instant, offset);
   std::array<char, 40> text{};
-  std::snprintf(text.data(), text.size(), "%04d-%02u-%02u%c%02d:%02d:%02d.%03d",
-                static_cast<int>(parts.day.year()), static_cast<unsigned>(parts.day.month()),
-                static_cast<unsigned>(parts.day.day()), between, static_cast<int>(parts.time.hours().count()),
-                static_cast<int>(parts.time.minutes().count()),
-                static_cast<int>(parts.time.seconds().count()),
-                static_cast<int>(parts.time.subseconds().count() / 10'000));
+  static_cast<void>(std::snprintf(
+      text.data(), text.size(), "%04d-%02u-%02u%c%02d:%02d:%02d.%03d", static_cast<int>(parts.day.year()),
+      static_cast<unsigned>(parts.day.month()), static_cast<unsigned>(parts.day.day()), between,
+      static_cast<int>(parts.time.hours().count()), static_cast<int>(parts.time.minutes().count()),
+      static_cast<int>(parts.time.seconds().count()),
+      static_cast<int>(parts.time.subseconds().count() / 10'000)));
   return text.data();
 }
 
@@ -128,8 +128,8 @@ std::string showTime(Instant instant, std::chrono::minutes offset) {
 std::string showOffset(std::chrono::minutes offset) {
   const int minutes = static_cast<int>(std::abs(offset.count()));
   std::array<char, 24> text{};
-  std::snprintf(text.data(), text.size(), "%c%02d:%02d", offset.count() < 0 ? '-' : '+', minutes / 60,
-                minutes % 60);
+  static_cast<void>(std::snprintf(text.data(), text.size(), "%c%02d:%02d", offset.count() < 0 ? '-' : '+',
+                                  minutes / 60, minutes % 60));
   return text.data();
 }
 

@@ -31,7 +31,7 @@ struct MetricRecord {
 };
 
 /// Nothing when the text is not such a record. Never throws for any bytes.
-std::optional<MetricRecord> parseMetric(std::string_view json);
+std::optional<MetricRecord> parseMetric(std::string_view text);
 
 /// The elapsed-time form "2 03:04:05".
 std::optional<Ticks> parseElapsed(std::string_view text);

@@ -49,7 +49,7 @@ std::string plainText(const Json& value) {
 }
 
 std::string csvField(const Json& value) {
-  const std::string text = plainText(value);
+  std::string text = plainText(value);
   if (text.find_first_of(",\"\r\n") == std::string::npos) {
     return text;
   }
