@@ -1,7 +1,6 @@
 // What the footprint is measured beside: a windowed program that does nothing.
 //   EmptyProgram.exe                      ends at once
-//   EmptyProgram.exe THREADS DLL...       loads the DLLs, shows no window, keeps idle threads until it is
-//   ended
+//   EmptyProgram.exe THREADS DLL...       loads the DLLs, shows no window, keeps idle threads until it is ended
 #include <windows.h>
 
 #include <shellapi.h>

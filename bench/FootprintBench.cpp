@@ -29,9 +29,9 @@ struct Watch {
   ChildProcess sentiq;
 
   explicit Watch(DWORD pid)
-      : sentiq(L"CanvixSentiq.exe", L"--encode-logs 0 --pid " + std::to_wstring(pid) +
-                                        L" --sentiq-logs-path " + session.wstring() +
-                                        L" --watchdog-logs-path " + (folder / "watchdog.log").wstring()) {}
+      : sentiq(L"CanvixSentiq.exe", L"--encode-logs 0 --pid " + std::to_wstring(pid) + L" --sentiq-logs-path " +
+                                        session.wstring() + L" --watchdog-logs-path " +
+                                        (folder / "watchdog.log").wstring()) {}
 
   void waitForLines(std::size_t lines) const {
     while (sentiq::test::linesOf(sentiq::test::readFile(session)).size() < lines) {
@@ -42,8 +42,7 @@ struct Watch {
 
 PROCESS_MEMORY_COUNTERS_EX memoryOf(const ChildProcess& process) {
   PROCESS_MEMORY_COUNTERS_EX counters{};
-  GetProcessMemoryInfo(process.handle(), reinterpret_cast<PROCESS_MEMORY_COUNTERS*>(&counters),
-                       sizeof counters);
+  GetProcessMemoryInfo(process.handle(), reinterpret_cast<PROCESS_MEMORY_COUNTERS*>(&counters), sizeof counters);
   return counters;
 }
 
@@ -63,8 +62,7 @@ std::wstring modulesOf(DWORD pid) {
   MODULEENTRY32W entry{};
   entry.dwSize = sizeof entry;
   std::wstring names;
-  for (BOOL more = Module32FirstW(snapshot.get(), &entry); more;
-       more = Module32NextW(snapshot.get(), &entry)) {
+  for (BOOL more = Module32FirstW(snapshot.get(), &entry); more; more = Module32NextW(snapshot.get(), &entry)) {
     const std::wstring name = entry.szModule;
     if (name.find(L".exe") == std::wstring::npos) {
       names += L" " + name;
@@ -111,9 +109,7 @@ void processorTime() {
   FILETIME creation, exit, kernel, user;
   GetProcessTimes(watch.sentiq.handle(), &creation, &exit, &kernel, &user);
   const auto seconds = [](const FILETIME& time) {
-    return static_cast<double>(static_cast<unsigned long long>(time.dwHighDateTime) << 32 |
-                               time.dwLowDateTime) /
-           1e7;
+    return static_cast<double>(static_cast<unsigned long long>(time.dwHighDateTime) << 32 | time.dwLowDateTime) / 1e7;
   };
   const double used = seconds(kernel) + seconds(user);
   std::printf(

@@ -1,4 +1,6 @@
 // What the size of the program is measured beside: one line through a stream.
 #include <iostream>
 
-int main() { std::cout << "one line\n"; }
+int main() {
+  std::cout << "one line\n";
+}

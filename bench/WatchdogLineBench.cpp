@@ -18,8 +18,7 @@ namespace {
 using Clock = std::chrono::steady_clock;
 
 double median(std::vector<double> values) {
-  std::nth_element(values.begin(), values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2),
-                   values.end());
+  std::nth_element(values.begin(), values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2), values.end());
   return values[values.size() / 2];
 }
 
@@ -50,9 +49,8 @@ int main() {
       ratios.push_back(times[1] / times[0]);
       lineTimes.push_back(times[1] / 200);
     }
-    std::printf(
-        "one watchdog line, encoding %s|bare open, write, close|%.2f times|at most %s times|%.0f us\n",
-        encode ? "on" : "off", median(ratios), encode ? "1.25" : "1.15", median(lineTimes));
+    std::printf("one watchdog line, encoding %s|bare open, write, close|%.2f times|at most %s times|%.0f us\n",
+                encode ? "on" : "off", median(ratios), encode ? "1.25" : "1.15", median(lineTimes));
   }
   std::filesystem::remove_all(folder);
 }

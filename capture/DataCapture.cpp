@@ -125,8 +125,7 @@ void DataCapture::captureData(const CaptureSettings& settings, WriterPromise ope
                     /*neverEncode=*/false);
       continue;  // Without a pause, on purpose: the next sample makes up for the one that was lost.
     }
-    // Not a wait on a condition: its time-out would follow changes of the clock, and stop does not cut the
-    // sleep short.
+    // Not a wait on a condition: its time-out would follow changes of the clock, and stop does not cut the sleep short.
     std::this_thread::sleep_for(interval_);
   }
 }
@@ -160,15 +159,13 @@ void DataCapture::collect(const MetricSelection& selection, SystemMetrics& syste
     systemMetrics.fgProcessName = foregroundProcessName_;
   }
   if (isSelected(selection, MetricCode::DiskSpace)) {
-    system_->getDiskSpace(systemMetrics.totalDiskSpace, systemMetrics.usedDiskSpace,
-                          systemMetrics.freeDiskSpace);
+    system_->getDiskSpace(systemMetrics.totalDiskSpace, systemMetrics.usedDiskSpace, systemMetrics.freeDiskSpace);
   }
   if (isSelected(selection, MetricCode::Battery)) {
     systemMetrics.batteryPercentage = system_->getBatteryPercentage();
   }
   if (isSelected(selection, MetricCode::SwapMemory)) {
-    system_->getSwapMemory(systemMetrics.totalSwapMemory, systemMetrics.usedSwapMemory,
-                           systemMetrics.freeSwapMemory);
+    system_->getSwapMemory(systemMetrics.totalSwapMemory, systemMetrics.usedSwapMemory, systemMetrics.freeSwapMemory);
   }
   if (isSelected(selection, MetricCode::ThreadCount)) {
     processMetrics.threadCount = static_cast<std::int32_t>(process_->getThreadCount());
@@ -193,8 +190,7 @@ void DataCapture::collectSystemStart(SystemMetrics& metrics) {
 void DataCapture::collectProcessIdentity(ProcessMetrics& metrics) {
   if (!processIdentity_) {
     // Braces ask in this order: name, id, start time.
-    processIdentity_ =
-        ProcessIdentity{process_->getProcessName(), process_->getProcessId(), process_->getStartTime()};
+    processIdentity_ = ProcessIdentity{process_->getProcessName(), process_->getProcessId(), process_->getStartTime()};
   }
   metrics.processName = processIdentity_->name;
   metrics.processId = processIdentity_->id;

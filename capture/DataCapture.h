@@ -44,8 +44,7 @@ class DataCapture {
 
   /// Writes the closing line and waits for the capture thread, which may sleep up to one interval and may
   /// write one more record after that line. Does nothing without a capture or when its session log could not
-  /// be opened. Callable on any thread but the capture's own (std::system_error,
-  /// resource_deadlock_would_occur).
+  /// be opened. Callable on any thread but the capture's own (std::system_error, resource_deadlock_would_occur).
   /// @param processGone whether the monitored process has ended.
   void stop(bool processGone);
 
@@ -66,8 +65,7 @@ class DataCapture {
   // These run on the capture thread.
   void captureData(const CaptureSettings& settings, WriterPromise opened);
   void captureSample(SessionFileWriter& writer, const MetricSelection& selection);
-  void collect(const MetricSelection& selection, SystemMetrics& systemMetrics,
-               ProcessMetrics& processMetrics);
+  void collect(const MetricSelection& selection, SystemMetrics& systemMetrics, ProcessMetrics& processMetrics);
   void collectSystemStart(SystemMetrics& metrics);
   void collectProcessIdentity(ProcessMetrics& metrics);
 

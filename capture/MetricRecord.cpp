@@ -49,8 +49,7 @@ void addSystemFigures(json& record, const SystemMetrics& metrics) {
   record["batteryPercentage"] = batteryValue(metrics.batteryPercentage);
   // The first adapter makes the key; without one the record has none.
   for (const GpuInfo& gpu : metrics.gpuInfo) {
-    record["gpuInfo"].push_back(
-        {{"gpuName", gpu.name}, {"gpuMemoryUsage", mebibytes(gpu.dedicatedVideoMemory)}});
+    record["gpuInfo"].push_back({{"gpuName", gpu.name}, {"gpuMemoryUsage", mebibytes(gpu.dedicatedVideoMemory)}});
   }
 }
 
@@ -74,15 +73,14 @@ void addProcessFigures(json& record, const ProcessMetrics& metrics, const Metric
 
 }  // namespace
 
-void buildMetricRecord(const SystemMetrics& systemMetrics, const ProcessMetrics& processMetrics,
-                       std::string& text, const MetricSelection& selection) {
+void buildMetricRecord(const SystemMetrics& systemMetrics, const ProcessMetrics& processMetrics, std::string& text,
+                       const MetricSelection& selection) {
   json record;
   record["timestamp"] = isoLocalTimestamp();
   addSystemFigures(record, systemMetrics);
   addProcessFigures(record, processMetrics, selection);
   try {
-    text = record.dump(/*indent=*/-1, /*indent_char=*/' ', /*ensure_ascii=*/false,
-                       json::error_handler_t::strict);
+    text = record.dump(/*indent=*/-1, /*indent_char=*/' ', /*ensure_ascii=*/false, json::error_handler_t::strict);
   } catch (const std::exception&) {
     return;  // No part of a record is better than none: readers take each line as a whole.
   }
@@ -94,9 +92,8 @@ std::string elapsedTimeText(std::chrono::sys_seconds start, std::chrono::sys_sec
   const auto wholeDays = duration_cast<days>(elapsed);
   std::ostringstream text;
   text.imbue(std::locale::classic());
-  text << wholeDays.count() << ' ' << std::setfill('0') << std::setw(2) << (elapsed - wholeDays) / hours{1}
-       << ':' << std::setw(2) << elapsed % hours{1} / minutes{1} << ':' << std::setw(2)
-       << (elapsed % minutes{1}).count();
+  text << wholeDays.count() << ' ' << std::setfill('0') << std::setw(2) << (elapsed - wholeDays) / hours{1} << ':'
+       << std::setw(2) << elapsed % hours{1} / minutes{1} << ':' << std::setw(2) << (elapsed % minutes{1}).count();
   return text.str();
 }
 

@@ -34,8 +34,8 @@ std::string TargetProcessWindows::getProcessName() {
   }
   const KernelHandle process = openProcess(PROCESS_QUERY_INFORMATION, pid);
   std::array<char, MAX_PATH> name = {};
-  if (!process || K32GetModuleBaseNameA(process.get(), /*hModule=*/nullptr, name.data(),
-                                        static_cast<DWORD>(name.size())) == 0) {
+  if (!process ||
+      K32GetModuleBaseNameA(process.get(), /*hModule=*/nullptr, name.data(), static_cast<DWORD>(name.size())) == 0) {
     return "Unknown";
   }
   return name.data();
@@ -49,9 +49,8 @@ std::uint64_t TargetProcessWindows::getMemoryUsage() {
   const KernelHandle process = openProcess(PROCESS_QUERY_INFORMATION | PROCESS_VM_READ, processId_);
   PROCESS_MEMORY_COUNTERS_EX counters = {};
   static_assert(sizeof counters == 80);
-  if (!process ||
-      K32GetProcessMemoryInfo(process.get(), reinterpret_cast<PROCESS_MEMORY_COUNTERS*>(&counters),
-                              sizeof counters) == FALSE) {
+  if (!process || K32GetProcessMemoryInfo(process.get(), reinterpret_cast<PROCESS_MEMORY_COUNTERS*>(&counters),
+                                          sizeof counters) == FALSE) {
     return 0;
   }
   return counters.WorkingSetSize;

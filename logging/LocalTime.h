@@ -8,8 +8,7 @@
 
 namespace sentiq {
 
-/// Local broken-down time of an instant (seconds since 1970, UTC); nothing when the runtime library rejects
-/// it.
+/// Local broken-down time of an instant (seconds since 1970, UTC); nothing when the runtime library rejects it.
 std::optional<std::tm> toLocalTime(std::int64_t seconds);
 
 /// UTF-8; the standard or the daylight name of the zone, as the broken-down time says.

@@ -46,8 +46,7 @@ char* encodeBytes(std::string_view bytes, const std::array<std::uint32_t, groups
   std::size_t group = 0;
   std::size_t i = 0;
   for (; bytes.size() - i >= 3; i += 3) {
-    const std::uint32_t word =
-        (byteAt(bytes, i) << 16 | byteAt(bytes, i + 1) << 8 | byteAt(bytes, i + 2)) ^ key[group];
+    const std::uint32_t word = (byteAt(bytes, i) << 16 | byteAt(bytes, i + 1) << 8 | byteAt(bytes, i + 2)) ^ key[group];
     group = group + 1 == groups ? 0 : group + 1;
     std::memcpy(out, digitPairs[word >> 12].data(), 2);
     std::memcpy(out + 2, digitPairs[word & 0xFFF].data(), 2);

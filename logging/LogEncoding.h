@@ -1,6 +1,5 @@
 // Makes log text unreadable at a glance: each line is XOR-ed with a fixed key and written as base64, so that
-// a file stays line-oriented and any one line can be undone by itself. It hides nothing from whoever has this
-// program.
+// a file stays line-oriented and any one line can be undone by itself. It hides nothing from whoever has this program.
 #pragma once
 
 #include <string>
@@ -12,8 +11,7 @@ namespace sentiq {
 inline constexpr std::string_view logKey = "QiVo_Marblestone_14082023";
 
 /// The standard alphabet (RFC 4648, section 4).
-inline constexpr std::string_view base64Alphabet =
-    "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
+inline constexpr std::string_view base64Alphabet = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
 
 /// Encodes every line of the text by itself, joined by "\n"; a newline at the very end adds no line. A
 /// carriage return is a byte like any other. Callable on any thread.

@@ -14,8 +14,7 @@ class LogFile {
  public:
   enum class Mode { Append, Truncate };
 
-  /// Opens the file and creates it when it is missing, but not its folder; isOpen() tells whether that went
-  /// well.
+  /// Opens the file and creates it when it is missing, but not its folder; isOpen() tells whether that went well.
   LogFile(const std::filesystem::path& path, Mode mode);
   ~LogFile();
   LogFile(const LogFile&) = delete;
@@ -25,8 +24,7 @@ class LogFile {
 
   bool isOpen() const;
 
-  /// False when not all of the text was written. The file needs no flush: nothing is held back in the
-  /// process.
+  /// False when not all of the text was written. The file needs no flush: nothing is held back in the process.
   bool append(std::string_view text);
 
  private:

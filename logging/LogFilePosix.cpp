@@ -11,8 +11,7 @@
 namespace sentiq {
 
 LogFile::LogFile(const std::filesystem::path& path, Mode mode)
-    : file_(::open(path.c_str(),
-                   O_WRONLY | O_CREAT | O_CLOEXEC | O_APPEND | (mode == Mode::Truncate ? O_TRUNC : 0),
+    : file_(::open(path.c_str(), O_WRONLY | O_CREAT | O_CLOEXEC | O_APPEND | (mode == Mode::Truncate ? O_TRUNC : 0),
                    0644)) {}
 
 LogFile::~LogFile() {

@@ -13,8 +13,7 @@ namespace sentiq {
 namespace {
 
 HANDLE asHandle(std::intptr_t file) {
-  return reinterpret_cast<HANDLE>(
-      file);  // NOLINT(performance-no-int-to-ptr): so the header needs no windows.h.
+  return reinterpret_cast<HANDLE>(file);  // NOLINT(performance-no-int-to-ptr): so the header needs no windows.h.
 }
 
 std::string withWindowsLineEnds(std::string_view text) {
@@ -36,8 +35,8 @@ LogFile::LogFile(const std::filesystem::path& path, Mode mode)
           path.c_str(),
           // The right to append and no other makes the system put each write at the end, whoever else writes.
           mode == Mode::Truncate ? GENERIC_WRITE : FILE_APPEND_DATA, FILE_SHARE_READ | FILE_SHARE_WRITE,
-          /*lpSecurityAttributes=*/nullptr, mode == Mode::Truncate ? CREATE_ALWAYS : OPEN_ALWAYS,
-          FILE_ATTRIBUTE_NORMAL, /*hTemplateFile=*/nullptr))) {}
+          /*lpSecurityAttributes=*/nullptr, mode == Mode::Truncate ? CREATE_ALWAYS : OPEN_ALWAYS, FILE_ATTRIBUTE_NORMAL,
+          /*hTemplateFile=*/nullptr))) {}
 
 LogFile::~LogFile() {
   if (isOpen()) {
@@ -69,8 +68,8 @@ bool logFileExists(const std::filesystem::path& path) {
     case ERROR_INVALID_NAME:
       return false;
     default:
-      throw std::filesystem::filesystem_error(
-          "exists", path, std::error_code(static_cast<int>(error), std::system_category()));
+      throw std::filesystem::filesystem_error("exists", path,
+                                              std::error_code(static_cast<int>(error), std::system_category()));
   }
 }
 

@@ -13,12 +13,10 @@ namespace sentiq {
 namespace {
 
 // codecvt_utf8 rejects surrogate pairs where wchar_t has 16 bits; the UTF-16 facet converts them.
-using Facet =
-    std::conditional_t<sizeof(wchar_t) == 2, std::codecvt_utf8_utf16<wchar_t>, std::codecvt_utf8<wchar_t>>;
+using Facet = std::conditional_t<sizeof(wchar_t) == 2, std::codecvt_utf8_utf16<wchar_t>, std::codecvt_utf8<wchar_t>>;
 using Converter = std::wstring_convert<Facet>;
 
-// A text that ends in the middle of a character is not an error to every runtime library: it just stops
-// early.
+// A text that ends in the middle of a character is not an error to every runtime library: it just stops early.
 void requireWhole(const Converter& converter, std::size_t size) {
   if (converter.converted() != size) {
     throw std::range_error("text ends within a character");

@@ -35,8 +35,7 @@ std::string threeDigits(std::uint64_t number) {
 }
 
 std::int64_t secondsNow() {
-  return std::chrono::duration_cast<std::chrono::seconds>(std::chrono::system_clock::now().time_since_epoch())
-      .count();
+  return std::chrono::duration_cast<std::chrono::seconds>(std::chrono::system_clock::now().time_since_epoch()).count();
 }
 
 }  // namespace
@@ -94,8 +93,8 @@ std::string lastBootTime(std::int64_t now, std::uint64_t uptimeMs, std::int32_t 
   char offset[7];
   std::snprintf(offset, sizeof offset, "%+03d:%02d", hours % 100, minutes);
   // The fraction is the uptime's own remainder: the current time enters in whole seconds only.
-  return formatLocalTime(now - static_cast<std::int64_t>(uptimeMs / 1000), isoFormat) + '.' +
-         threeDigits(uptimeMs) + offset;
+  return formatLocalTime(now - static_cast<std::int64_t>(uptimeMs / 1000), isoFormat) + '.' + threeDigits(uptimeMs) +
+         offset;
 }
 
 std::string formatLocalTime(std::int64_t seconds, const std::string& format) {

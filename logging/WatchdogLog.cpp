@@ -71,14 +71,14 @@ void appendLine(LogTarget target, MakeText makeText) {
 
 }  // namespace
 
-void configureWatchdogLog(std::int32_t pid, const std::wstring& watchdogLogPath,
-                          const std::wstring& initialLogPath, bool encodeLogs) {
+void configureWatchdogLog(std::int32_t pid, const std::wstring& watchdogLogPath, const std::wstring& initialLogPath,
+                          bool encodeLogs) {
   configuration() = {pid, toPath(watchdogLogPath), toPath(initialLogPath), encodeLogs};
 }
 
 // The line carries no process id: the header says it once.
-void writeLogLine(std::string_view message, bool isSystem, LogLevel level, LogTarget target,
-                  bool keepHeaderPlain, bool neverEncode) {
+void writeLogLine(std::string_view message, bool isSystem, LogLevel level, LogTarget target, bool keepHeaderPlain,
+                  bool neverEncode) {
   appendLine(target, [&] {
     std::string line = isoLocalTimestamp();
     if (line.empty()) {

@@ -16,10 +16,9 @@ enum class LogLevel : std::uint32_t { Info = 0, Alert = 1, Error = 2 };
 /// Every value but WatchdogInitialLog means the watchdog log.
 enum class LogTarget : std::uint32_t { WatchdogInitialLog = 0, WatchdogLog = 1 };
 
-/// Called once, before the first line; what it stores is only read afterwards. An empty path switches its
-/// target off.
-void configureWatchdogLog(std::int32_t pid, const std::wstring& watchdogLogPath,
-                          const std::wstring& initialLogPath, bool encodeLogs);
+/// Called once, before the first line; what it stores is only read afterwards. An empty path switches its target off.
+void configureWatchdogLog(std::int32_t pid, const std::wstring& watchdogLogPath, const std::wstring& initialLogPath,
+                          bool encodeLogs);
 
 /// Appends "<time stamp> [SYSTEM] [INFO]: <message>", with the category "[PROCESS]" when not isSystem.
 /// @param message UTF-8; may hold newlines, only its first line then carries time stamp and tags.

@@ -68,8 +68,8 @@ std::vector<ChartPoint> thinned(const std::vector<ChartPoint>& points, std::size
   for (std::size_t i = 0; i < points.size(); i += stretch) {
     const auto begin = points.begin() + static_cast<std::ptrdiff_t>(i);
     const auto end = points.begin() + static_cast<std::ptrdiff_t>(std::min(points.size(), i + stretch));
-    kept.push_back(*std::min_element(
-        begin, end, [](const ChartPoint& a, const ChartPoint& b) { return a.value < b.value; }));
+    kept.push_back(
+        *std::min_element(begin, end, [](const ChartPoint& a, const ChartPoint& b) { return a.value < b.value; }));
   }
   return kept;
 }
@@ -96,12 +96,11 @@ std::string describe(const Chart& chart) {
   const auto [low, high] =
       std::minmax_element(chart.points.begin(), chart.points.end(),
                           [](const ChartPoint& a, const ChartPoint& b) { return a.value < b.value; });
-  std::string text = "From " + showValue(chart.points.front().value, chart.unit) + " at " +
-                     shortTime(chart.points.front().time, chart.offset) + " to " +
-                     showValue(chart.points.back().value, chart.unit) + " at " +
-                     shortTime(chart.points.back().time, chart.offset) + "; lowest " +
-                     showValue(low->value, chart.unit) + " at " + shortTime(low->time, chart.offset) +
-                     ", highest " + showValue(high->value, chart.unit) + '.';
+  std::string text =
+      "From " + showValue(chart.points.front().value, chart.unit) + " at " +
+      shortTime(chart.points.front().time, chart.offset) + " to " + showValue(chart.points.back().value, chart.unit) +
+      " at " + shortTime(chart.points.back().time, chart.offset) + "; lowest " + showValue(low->value, chart.unit) +
+      " at " + shortTime(low->time, chart.offset) + ", highest " + showValue(high->value, chart.unit) + '.';
   for (const ChartMark& mark : chart.marks) {
     text += ' ' + mark.name + " at " + shortTime(mark.time, chart.offset) + '.';
   }
@@ -111,14 +110,13 @@ std::string describe(const Chart& chart) {
 void writeAxes(const Chart& chart, const Scale& scale, std::ostream& out) {
   for (const double part : {0.0, 0.5, 1.0}) {
     const std::string y = scale.y(part * (chart.top > 0 ? chart.top : 1));
-    out << R"(<line class="grid" x1=")" << left << R"(" x2=")" << width - right << R"(" y1=")" << y
-        << R"(" y2=")" << y << R"("/><text x=")" << left - 8 << R"(" y=")" << y
-        << R"(" dy="4" text-anchor="end">)" << htmlText(showValue(part * chart.top, chart.unit))
-        << "</text>\n";
+    out << R"(<line class="grid" x1=")" << left << R"(" x2=")" << width - right << R"(" y1=")" << y << R"(" y2=")" << y
+        << R"("/><text x=")" << left - 8 << R"(" y=")" << y << R"(" dy="4" text-anchor="end">)"
+        << htmlText(showValue(part * chart.top, chart.unit)) << "</text>\n";
   }
-  out << R"(<text x=")" << left << R"(" y=")" << height - 8 << R"(">)"
-      << shortTime(scale.first(), chart.offset) << R"(</text><text x=")" << width - right << R"(" y=")"
-      << height - 8 << R"(" text-anchor="end">)" << shortTime(scale.last(), chart.offset) << "</text>\n";
+  out << R"(<text x=")" << left << R"(" y=")" << height - 8 << R"(">)" << shortTime(scale.first(), chart.offset)
+      << R"(</text><text x=")" << width - right << R"(" y=")" << height - 8 << R"(" text-anchor="end">)"
+      << shortTime(scale.last(), chart.offset) << "</text>\n";
 }
 
 // Letters of marks that stand close together go into one text, else they lie on top of each other.
@@ -151,8 +149,8 @@ void writeTable(const Chart& chart, std::ostream& out) {
       << R"( as a table</summary><table><thead><tr><th scope="col">Time)"
       << R"(</th><th scope="col">)" << htmlText(chart.unit) << "</th></tr></thead><tbody>\n";
   for (const ChartPoint& point : thinned(chart.points, mostRows)) {
-    out << "<tr><td>" << showTime(point.time, chart.offset) << R"(</td><td class="number">)"
-        << std::lround(point.value) << "</td></tr>\n";
+    out << "<tr><td>" << showTime(point.time, chart.offset) << R"(</td><td class="number">)" << std::lround(point.value)
+        << "</td></tr>\n";
   }
   out << "</tbody></table></details>\n";
 }
@@ -162,13 +160,11 @@ void writeTable(const Chart& chart, std::ostream& out) {
 void writeChart(const Chart& chart, std::ostream& out) {
   const Scale scale(chart);
   const std::vector<ChartPoint> points = thinned(chart.points, mostPoints);
-  const Ticks longest =
-      std::max<Ticks>(longestStep, 3 * (chart.points.back().time - chart.points.front().time) /
-                                       static_cast<std::int64_t>(mostPoints));
-  out << "<figure>\n<svg viewBox=\"0 0 " << width << ' ' << height << R"(" role="img" aria-labelledby=")"
-      << chart.id << "-title " << chart.id << "-text\">\n<title id=\"" << chart.id << R"(-title">)"
-      << htmlText(chart.title) << "</title>\n<desc id=\"" << chart.id << R"(-text">)"
-      << htmlText(describe(chart)) << "</desc>\n";
+  const Ticks longest = std::max<Ticks>(
+      longestStep, 3 * (chart.points.back().time - chart.points.front().time) / static_cast<std::int64_t>(mostPoints));
+  out << "<figure>\n<svg viewBox=\"0 0 " << width << ' ' << height << R"(" role="img" aria-labelledby=")" << chart.id
+      << "-title " << chart.id << "-text\">\n<title id=\"" << chart.id << R"(-title">)" << htmlText(chart.title)
+      << "</title>\n<desc id=\"" << chart.id << R"(-text">)" << htmlText(describe(chart)) << "</desc>\n";
   writeAxes(chart, scale, out);
   out << R"(<path class="line" d=")" << linePath(points, scale, longest) << "\"/>\n";
   writeMarks(chart, scale, out);

@@ -43,8 +43,8 @@ void prepareConsole() {
 // The narrow arguments are in the machine's code page, which cannot hold every file name.
 std::vector<std::string> consoleArguments(int /*argc*/, const char* const* /*argv*/) {
   int count = 0;
-  const std::unique_ptr<LPWSTR[], decltype(&LocalFree)> arguments(
-      CommandLineToArgvW(GetCommandLineW(), &count), LocalFree);
+  const std::unique_ptr<LPWSTR[], decltype(&LocalFree)> arguments(CommandLineToArgvW(GetCommandLineW(), &count),
+                                                                  LocalFree);
   std::vector<std::string> texts;
   for (int i = 1; arguments && i < count; ++i) {
     texts.push_back(toUtf8(arguments[i]));

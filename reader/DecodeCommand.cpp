@@ -34,17 +34,16 @@ std::string baseName(const std::string& file) {
   return file == "-" ? "standard input" : textFromPath(pathFromText(file).filename());
 }
 
-// What stands before each line of each file; names are filled up to the longest, so that the lines stand in
-// one column.
+// What stands before each line of each file; names are filled up to the longest, so that the lines stand in one column.
 std::vector<std::string> linePrefixes(const DecodeOptions& options) {
   std::vector<std::string> prefixes(options.files.size());
   if (!options.names.value_or(options.files.size() > 1)) {
     return prefixes;
   }
   std::transform(options.files.begin(), options.files.end(), prefixes.begin(), baseName);
-  const std::size_t width = std::accumulate(
-      prefixes.begin(), prefixes.end(), std::size_t{0},
-      [](std::size_t widest, const std::string& name) { return std::max(widest, name.size()); });
+  const std::size_t width =
+      std::accumulate(prefixes.begin(), prefixes.end(), std::size_t{0},
+                      [](std::size_t widest, const std::string& name) { return std::max(widest, name.size()); });
   for (std::size_t i = 0; i < prefixes.size(); ++i) {
     prefixes[i].resize(width, ' ');
     if (options.colour) {
@@ -55,8 +54,8 @@ std::vector<std::string> linePrefixes(const DecodeOptions& options) {
   return prefixes;
 }
 
-void follow(const DecodeOptions& options, OutputBlock& out, std::ostream& messages,
-            std::list<DecodeStream>& streams, const std::atomic<bool>& stop) {
+void follow(const DecodeOptions& options, OutputBlock& out, std::ostream& messages, std::list<DecodeStream>& streams,
+            const std::atomic<bool>& stop) {
   std::vector<FollowedFile> files;
   for (const std::string& file : options.files) {
     files.emplace_back(pathFromText(file));
@@ -70,8 +69,7 @@ void follow(const DecodeOptions& options, OutputBlock& out, std::ostream& messag
                      },
                      [&] {
                        stream->finish();
-                       messages << "sentiq-logs: " << options.files[i]
-                                << ": emptied or replaced, reading it anew\n";
+                       messages << "sentiq-logs: " << options.files[i] << ": emptied or replaced, reading it anew\n";
                      }},
                     stop);
     }
@@ -84,8 +82,8 @@ void follow(const DecodeOptions& options, OutputBlock& out, std::ostream& messag
 }
 
 // Whether all could be read.
-bool readOnce(const DecodeOptions& options, std::istream& standardInput, std::ostream& messages,
-              Progress& progress, std::list<DecodeStream>& streams) {
+bool readOnce(const DecodeOptions& options, std::istream& standardInput, std::ostream& messages, Progress& progress,
+              std::list<DecodeStream>& streams) {
   bool good = true;
   auto stream = streams.begin();
   for (const std::string& file : options.files) {
@@ -101,8 +99,8 @@ bool readOnce(const DecodeOptions& options, std::istream& standardInput, std::os
 
 }  // namespace
 
-int decodeLogs(const DecodeOptions& options, std::istream& standardInput, std::ostream& out,
-               std::ostream& messages, Progress& progress, const std::atomic<bool>& stop) {
+int decodeLogs(const DecodeOptions& options, std::istream& standardInput, std::ostream& out, std::ostream& messages,
+               Progress& progress, const std::atomic<bool>& stop) {
   if (options.files.empty()) {
     DecodeOptions fromInput = options;
     fromInput.files.emplace_back("-");

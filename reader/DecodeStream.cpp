@@ -73,8 +73,7 @@ void DecodeStream::report(const Line& line) {
   reportedLine_ = line.number;
   ++damagedLines_;
   messages_ << "sentiq-logs: " << name_ << ':' << line.number
-            << (line.whole ? ": damaged line, passed on as it is\n"
-                           : ": unfinished line, passed on as it is\n");
+            << (line.whole ? ": damaged line, passed on as it is\n" : ": unfinished line, passed on as it is\n");
 }
 
 }  // namespace sentiq

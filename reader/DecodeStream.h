@@ -1,5 +1,4 @@
-// One log's way through `decode`: bytes in, plain lines out, in the order and with the line ends that they
-// came with.
+// One log's way through `decode`: bytes in, plain lines out, in the order and with the line ends that they came with.
 #pragma once
 
 #include <cstddef>

@@ -15,8 +15,7 @@ namespace {
 constexpr std::string_view canvixFile = "canvix.exe";
 
 bool equalIgnoringCase(std::string_view text, std::string_view lower) {
-  return text.size() == lower.size() &&
-         std::equal(text.begin(), text.end(), lower.begin(), [](char a, char b) {
+  return text.size() == lower.size() && std::equal(text.begin(), text.end(), lower.begin(), [](char a, char b) {
            return (a >= 'A' && a <= 'Z' ? static_cast<char>(a + 32) : a) == b;
          });
 }
@@ -35,8 +34,7 @@ void readData(const pugi::xml_node& event, EventRecord& record) {
 
 std::string EventRecord::field(std::string_view nameOrPlace) const {
   std::size_t place = data.size();
-  const auto [end, error] =
-      std::from_chars(nameOrPlace.data(), nameOrPlace.data() + nameOrPlace.size(), place);
+  const auto [end, error] = std::from_chars(nameOrPlace.data(), nameOrPlace.data() + nameOrPlace.size(), place);
   if (error == std::errc{} && end == nameOrPlace.data() + nameOrPlace.size()) {
     return place < data.size() ? data[place].second : std::string{};
   }

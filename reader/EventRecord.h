@@ -19,11 +19,9 @@ struct EventRecord {
   int id = 0;
   int level = 0;  // 1 critical, 2 error, 3 warning, others information.
   std::uint64_t recordId = 0;
-  std::vector<std::pair<std::string, std::string>>
-      data;  // Name (may be empty) and value, in the event's order.
+  std::vector<std::pair<std::string, std::string>> data;  // Name (may be empty) and value, in the event's order.
 
-  /// The value of a data field: by name, or by place when the name is a number (from 0). Empty when there is
-  /// none.
+  /// The value of a data field: by name, or by place when the name is a number (from 0). Empty when there is none.
   std::string field(std::string_view nameOrPlace) const;
 
   /// Whether a field holds Canvix's file name, however written: only then is a crash or hang one of Canvix.

@@ -11,8 +11,7 @@
 namespace sentiq {
 namespace {
 
-// {name} is a field by its name, {3} by its place. Several providers use the same ids, so each row names its
-// own.
+// {name} is a field by its name, {3} by its place. Several providers use the same ids, so each row names its own.
 struct EventRow {
   int id;
   std::string_view provider;
@@ -27,8 +26,7 @@ constexpr std::string_view kernelGeneral = "Microsoft-Windows-Kernel-General";
 constexpr std::array eventRows{
     EventRow{1000, "Application Error", Meaning::Crash, Severity::Error,
              "{0} {1} crashed in {3} {4}: exception {6} at offset {7}"},
-    EventRow{1002, "Application Hang", Meaning::Hang, Severity::Error,
-             "{0} {1} stopped responding and was closed"},
+    EventRow{1002, "Application Hang", Meaning::Hang, Severity::Error, "{0} {1} stopped responding and was closed"},
     EventRow{1001, "Windows Error Reporting", Meaning::Other, Severity::Notice,
              "Error report {2}: {5} {6}, {8}, {11} {12}"},
     EventRow{1001, "Microsoft-Windows-WER-SystemErrorReporting", Meaning::SystemCrash, Severity::Error,
@@ -38,18 +36,15 @@ constexpr std::array eventRows{
     EventRow{41, kernelPower, Meaning::PowerLoss, Severity::Error,
              "The machine restarted without shutting down first (bugcheck code {BugcheckCode}, asleep "
              "{SleepInProgress}, power button {PowerButtonTimestamp})"},
-    EventRow{6008, "EventLog", Meaning::PowerLoss, Severity::Error,
-             "The shutdown at {0} on {1} was unexpected"},
+    EventRow{6008, "EventLog", Meaning::PowerLoss, Severity::Error, "The shutdown at {0} on {1} was unexpected"},
     EventRow{1074, "User32", Meaning::ShutdownBegun, Severity::Warning, "{0} began a {4} for {6}: {2} {5}"},
     EventRow{109, kernelPower, Meaning::ShutdownBegun, Severity::Notice,
              "The system began a shutdown or restart (action {0}, event {1}, reason {2})"},
-    EventRow{6006, "EventLog", Meaning::ShutdownDone, Severity::Notice,
-             "The event log stopped: a clean shutdown"},
+    EventRow{6006, "EventLog", Meaning::ShutdownDone, Severity::Notice, "The event log stopped: a clean shutdown"},
     EventRow{13, kernelGeneral, Meaning::ShutdownDone, Severity::Notice, "Windows shut down at {StopTime}"},
     EventRow{6005, "EventLog", Meaning::Boot, Severity::Notice, "The event log started: Windows came up"},
     EventRow{12, kernelGeneral, Meaning::Boot, Severity::Notice, "Windows started at {StartTime}"},
-    EventRow{42, kernelPower, Meaning::Sleep, Severity::Notice,
-             "The machine goes to sleep (reason {Reason})"},
+    EventRow{42, kernelPower, Meaning::Sleep, Severity::Notice, "The machine goes to sleep (reason {Reason})"},
     EventRow{107, kernelPower, Meaning::Resume, Severity::Notice, "The machine has resumed from sleep"},
     EventRow{1, "Microsoft-Windows-Power-Troubleshooter", Meaning::Resume, Severity::Notice,
              "The machine slept from {SleepTime} to {WakeTime}"},
@@ -104,8 +99,7 @@ EventWords describeEvent(const EventRecord& event) {
     return {Meaning::Other, severityOfLevel(event.level), describeUnknown(event)};
   }
   // Other programs crash, too: that is worth a line but is not what the logs are about.
-  const bool ofAnother =
-      (row->meaning == Meaning::Crash || row->meaning == Meaning::Hang) && !event.namesCanvix();
+  const bool ofAnother = (row->meaning == Meaning::Crash || row->meaning == Meaning::Hang) && !event.namesCanvix();
   return {ofAnother ? Meaning::Other : row->meaning, ofAnother ? Severity::Warning : row->severity,
           fillIn(row->words, event)};
 }

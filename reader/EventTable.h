@@ -1,5 +1,4 @@
-// The events that tell why an application or a machine went down: what each id means, and in which words it
-// is shown.
+// The events that tell why an application or a machine went down: what each id means, and in which words it is shown.
 #pragma once
 
 #include <cstdint>

@@ -17,7 +17,7 @@ class FollowedFile {
 
   struct Handlers {
     std::function<void(std::string_view)> bytes;  // What is new, in blocks.
-    std::function<void()> startedAnew;  // The file went or was emptied: what follows is another one.
+    std::function<void()> startedAnew;            // The file went or was emptied: what follows is another one.
   };
 
   /// Hands on what has come since the last poll; stops between two blocks when asked to. A file that cannot
@@ -30,8 +30,7 @@ class FollowedFile {
 
   std::filesystem::path path_;
   std::uint64_t offset_ = 0;
-  std::string
-      head_;  // The file's first bytes: another file at the same path differs in its time stamp or session.
+  std::string head_;  // The file's first bytes: another file at the same path differs in its time stamp or session.
 };
 
 }  // namespace sentiq

@@ -30,15 +30,14 @@ constexpr std::array markRows{
     MarkRow{Meaning::Resume, "R", "Resume"}, MarkRow{Meaning::PowerLoss, "P", "Power loss"},
 };
 
-// Marker and event, and both logs' exit lines, tell of one thing: what follows within this time is not marked
-// again.
+// Marker and event, and both logs' exit lines, tell of one thing: what follows within this time is not marked again.
 constexpr std::chrono::seconds sameMark{30};
 
 std::vector<ChartMark> marksOf(const LogSet& logs, const SessionSpan& span) {
   std::vector<ChartMark> marks;
   for (const LogEntry& entry : logs.entries) {
-    const auto* const row = std::find_if(markRows.begin(), markRows.end(),
-                                         [&](const MarkRow& r) { return r.meaning == entry.meaning; });
+    const auto* const row =
+        std::find_if(markRows.begin(), markRows.end(), [&](const MarkRow& r) { return r.meaning == entry.meaning; });
     if (row == markRows.end() || !entry.time || !span.contains(*entry.time)) {
       continue;
     }
@@ -54,12 +53,10 @@ std::vector<ChartMark> marksOf(const LogSet& logs, const SessionSpan& span) {
 
 void writeStatements(const Summary& summary, std::ostream& out) {
   const Statement& first = summary.statements.front();
-  out << "<p class=\"outcome " << severityName(first.severity) << "\">" << htmlText(first.text)
-      << "</p>\n<ul>\n";
+  out << "<p class=\"outcome " << severityName(first.severity) << "\">" << htmlText(first.text) << "</p>\n<ul>\n";
   for (std::size_t i = 1; i < summary.statements.size(); ++i) {
     const Statement& statement = summary.statements[i];
-    out << "<li class=\"" << severityName(statement.severity) << "\">" << htmlText(statement.text)
-        << "</li>\n";
+    out << "<li class=\"" << severityName(statement.severity) << "\">" << htmlText(statement.text) << "</li>\n";
   }
   out << "</ul>\n<dl>\n";
   for (const Fact& fact : summary.facts) {
@@ -137,8 +134,8 @@ void writeEvents(const LogSet& logs, std::ostream& out) {
 void writeRawLines(const LogSet& logs, std::ostream& out) {
   out << "<h2>The logs, decoded</h2>\n";
   for (const LogFileInfo& file : logs.files) {
-    out << "<details><summary>" << htmlText(file.name) << " (" << roleName(file.role) << " log, "
-        << file.lines << " lines)</summary>\n";
+    out << "<details><summary>" << htmlText(file.name) << " (" << roleName(file.role) << " log, " << file.lines
+        << " lines)</summary>\n";
     if (file.rawLeftOut > 0) {
       out << "<p>The first " << file.rawLeftOut
           << " lines are left out here; <code>sentiq-logs decode</code> shows them."

@@ -1,5 +1,4 @@
-// The session as one page: summary, charts, events, raw lines. The page needs no network, and no script to be
-// read.
+// The session as one page: summary, charts, events, raw lines. The page needs no network, and no script to be read.
 #pragma once
 
 #include <iosfwd>

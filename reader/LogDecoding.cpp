@@ -96,8 +96,7 @@ std::optional<std::size_t> decodeLine(std::string_view line, char* out) {
 }
 
 bool hasShape(std::string_view text, std::string_view shape) {
-  return text.size() >= shape.size() &&
-         std::equal(shape.begin(), shape.end(), text.begin(), [](char expected, char c) {
+  return text.size() >= shape.size() && std::equal(shape.begin(), shape.end(), text.begin(), [](char expected, char c) {
            return expected == '0' ? c >= '0' && c <= '9' : c == expected;
          });
 }
@@ -111,8 +110,7 @@ bool beginsEntry(std::string_view text) {
 
 // The lines that are plain in an encoded log, too, and so tell nothing about their neighbours.
 bool namesSessionOrProcess(std::string_view line) {
-  return line.find("OrbelSessionID") != std::string_view::npos ||
-         line.find("ProcessID") != std::string_view::npos;
+  return line.find("OrbelSessionID") != std::string_view::npos || line.find("ProcessID") != std::string_view::npos;
 }
 
 bool decodesToBeginning(std::string_view line) {

@@ -12,13 +12,11 @@ enum class LineKind : std::uint8_t { Plain, Encoded, Damaged };
 /// Takes the lines of one file in their order: what a line without time stamp is (a message's second line,
 /// say) follows from the entry that it belongs to. A file may hold plain and encoded entries side by side.
 ///
-/// 1. A line that decodes to the beginning of an entry (a time stamp, a JSON object, the separator) is
-/// encoded.
+/// 1. A line that decodes to the beginning of an entry (a time stamp, a JSON object, the separator) is encoded.
 /// 2. A line that holds a NUL byte is damaged: a machine that lost power leaves runs of them.
 /// 3. A line that begins an entry or a header as it stands is plain.
 /// 4. A line that still decodes to an entry's beginning, but not to its end, is damaged.
-/// 5. Any other line follows the entry before it. After a plain entry it is plain. After an encoded one it is
-/// encoded
+/// 5. Any other line follows the entry before it. After a plain entry it is plain. After an encoded one it is encoded
 ///    when it decodes to text, and damaged otherwise. Before the first entry it is encoded when it decodes to
 ///    text, and plain otherwise.
 class LineDecoder {

@@ -169,9 +169,8 @@ void LogFileReader::takeMessage(std::string_view message) {
   }
   takeHeader(message);
   LogEntry& entry = add(message);
-  const auto* const row = std::find_if(markerRows.begin(), markerRows.end(), [&](const MarkerRow& marker) {
-    return message.starts_with(marker.begin);
-  });
+  const auto* const row = std::find_if(markerRows.begin(), markerRows.end(),
+                                       [&](const MarkerRow& marker) { return message.starts_with(marker.begin); });
   if (row != markerRows.end()) {
     entry.meaning = row->meaning;
     entry.severity = row->severity;
@@ -304,8 +303,8 @@ LogSet readLogs(const std::vector<std::string>& inputs, std::istream& standardIn
     LogFileReader reader(set, eventKeys, keepRawLines);
     LineSplitter splitter;
     const LineSplitter::Visit visit = [&](const Line& line) { reader.take(line); };
-    set.files.back().readable = readInput(input.name, standardInput, progress,
-                                          [&](std::string_view bytes) { splitter.feed(bytes, visit); });
+    set.files.back().readable =
+        readInput(input.name, standardInput, progress, [&](std::string_view bytes) { splitter.feed(bytes, visit); });
     splitter.finish(visit);
     reader.finish();
     if (input.fromFolder && set.files.back().readable && set.files.back().role == LogRole::Unknown) {

@@ -24,8 +24,8 @@ class Scanner {
   int number(std::size_t digits) {
     int value = 0;
     const std::string_view part = text_.substr(0, digits);
-    const bool allDigits = part.size() == digits &&
-                           std::all_of(part.begin(), part.end(), [](char c) { return c >= '0' && c <= '9'; });
+    const bool allDigits =
+        part.size() == digits && std::all_of(part.begin(), part.end(), [](char c) { return c >= '0' && c <= '9'; });
     if (!allDigits) {
       good_ = false;
       return 0;
@@ -90,8 +90,7 @@ std::string formatTime(Instant instant, std::chrono::minutes offset, char betwee
       text.data(), text.size(), "%04d-%02u-%02u%c%02d:%02d:%02d.%03d", static_cast<int>(parts.day.year()),
       static_cast<unsigned>(parts.day.month()), static_cast<unsigned>(parts.day.day()), between,
       static_cast<int>(parts.time.hours().count()), static_cast<int>(parts.time.minutes().count()),
-      static_cast<int>(parts.time.seconds().count()),
-      static_cast<int>(parts.time.subseconds().count() / 10'000)));
+      static_cast<int>(parts.time.seconds().count()), static_cast<int>(parts.time.subseconds().count() / 10'000)));
   return text.data();
 }
 
@@ -128,8 +127,8 @@ std::string showTime(Instant instant, std::chrono::minutes offset) {
 std::string showOffset(std::chrono::minutes offset) {
   const int minutes = static_cast<int>(std::abs(offset.count()));
   std::array<char, 24> text{};
-  static_cast<void>(std::snprintf(text.data(), text.size(), "%c%02d:%02d", offset.count() < 0 ? '-' : '+',
-                                  minutes / 60, minutes % 60));
+  static_cast<void>(std::snprintf(text.data(), text.size(), "%c%02d:%02d", offset.count() < 0 ? '-' : '+', minutes / 60,
+                                  minutes % 60));
   return text.data();
 }
 

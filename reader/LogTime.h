@@ -1,5 +1,4 @@
-// The times that logs hold, and how they are shown: instants to 100 nanoseconds, each with the offset of its
-// log.
+// The times that logs hold, and how they are shown: instants to 100 nanoseconds, each with the offset of its log.
 #pragma once
 
 #include <chrono>

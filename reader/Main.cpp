@@ -23,8 +23,7 @@
 namespace sentiq {
 namespace {
 
-// Progress is for eyes: not when messages go elsewhere, and not between the lines of output on the same
-// terminal.
+// Progress is for eyes: not when messages go elsewhere, and not between the lines of output on the same terminal.
 Progress progressFor(bool outputIsText) {
   return Progress(messagesAreTerminal() && !(outputIsText && outputIsTerminal()) ? &std::cerr : nullptr);
 }
@@ -33,8 +32,7 @@ void addDecode(CLI::App& app, int& exitCode) {
   CLI::App* const command = app.add_subcommand("decode", "Write logs as plain text, line by line");
   const auto options = std::make_shared<DecodeOptions>();
   command->add_option("FILE", options->files, "Logs; none or - is standard input");
-  command->add_flag("-f,--follow", options->follow,
-                    "Go on as the files grow, are emptied or appear; end with Ctrl-C");
+  command->add_flag("-f,--follow", options->follow, "Go on as the files grow, are emptied or appear; end with Ctrl-C");
   command->add_flag("--names,!--no-names", options->names,
                     "Begin each line with its file's name (default: with more than one file)");
   command->footer("Example:\n  sentiq-logs decode CanvixWatchdogInfoSession.log | less");
@@ -50,8 +48,7 @@ void addDecode(CLI::App& app, int& exitCode) {
 }
 
 void addInputs(CLI::App* command, std::vector<std::string>& inputs) {
-  command->add_option("FILE", inputs, "Logs, or folders with logs (*.log, taken by what they hold)")
-      ->required();
+  command->add_option("FILE", inputs, "Logs, or folders with logs (*.log, taken by what they hold)")->required();
 }
 
 LogSet readWithProgress(const std::vector<std::string>& inputs, bool keepRawLines = false) {
@@ -83,8 +80,7 @@ void addTimeline(CLI::App& app, int& exitCode) {
     std::string until;
     TimelineOptions timeline;
   };
-  CLI::App* const command =
-      app.add_subcommand("timeline", "All logs in time order, one readable line per entry");
+  CLI::App* const command = app.add_subcommand("timeline", "All logs in time order, one readable line per entry");
   const auto options = std::make_shared<Options>();
   addInputs(command, options->inputs);
   const auto isTime = [](const std::string& text) {
@@ -93,14 +89,12 @@ void addTimeline(CLI::App& app, int& exitCode) {
   command->add_option("--since", options->since, "Leave out what is before this local time")->check(isTime);
   command->add_option("--until", options->until, "Leave out what is after this local time")->check(isTime);
   command
-      ->add_option(
-          "--source", options->timeline.sources,
-          "Only these: session, watchdog, initial, or an event channel such as System (comma-separated)")
+      ->add_option("--source", options->timeline.sources,
+                   "Only these: session, watchdog, initial, or an event channel such as System (comma-separated)")
       ->delimiter(',')
       ->allow_extra_args(false);
   command->add_flag("--json", options->timeline.json, "One JSON object per line");
-  command->footer(
-      "Example:\n  sentiq-logs timeline --since 2025-01-31T14:00 --source system,application logs/");
+  command->footer("Example:\n  sentiq-logs timeline --since 2025-01-31T14:00 --source system,application logs/");
   command->callback([options, &exitCode] {
     options->timeline.colour = colourWanted();
     options->timeline.since = parseLocalTime(options->since);
@@ -116,8 +110,7 @@ void addSummary(CLI::App& app, int& exitCode) {
     std::vector<std::string> inputs;
     bool json = false;
   };
-  CLI::App* const command =
-      app.add_subcommand("summary", "What happened, in one line, and the figures behind it");
+  CLI::App* const command = app.add_subcommand("summary", "What happened, in one line, and the figures behind it");
   const auto options = std::make_shared<Options>();
   addInputs(command, options->inputs);
   command->add_flag("--json", options->json, "One JSON object");
@@ -167,11 +160,7 @@ void addMetrics(CLI::App& app, int& exitCode) {
   command->footer("Example:\n  sentiq-logs metrics --csv CanvixSentiqSession.log > records.csv");
   command->callback([options, &exitCode] {
     const LogSet logs = readWithProgress(options->inputs);
-    writeMetrics(logs,
-                 options->csv    ? TableForm::Csv
-                 : options->json ? TableForm::Json
-                                 : TableForm::Text,
-                 std::cout);
+    writeMetrics(logs, options->csv ? TableForm::Csv : options->json ? TableForm::Json : TableForm::Text, std::cout);
     exitCode = exitCodeOf(logs);
   });
 }

@@ -35,8 +35,8 @@ void readAdapters(const json& object, MetricRecord& record) {
   }
   for (const json& adapter : *found) {
     if (adapter.is_object()) {
-      record.adapters.push_back(textAt(adapter, "gpuName") + " (" +
-                                std::to_string(sizeAt(adapter, "gpuMemoryUsage")) + " MiB)");
+      record.adapters.push_back(textAt(adapter, "gpuName") + " (" + std::to_string(sizeAt(adapter, "gpuMemoryUsage")) +
+                                " MiB)");
     }
   }
 }
@@ -90,10 +90,9 @@ std::optional<Ticks> parseElapsed(std::string_view text) {
 }
 
 std::string describeMetric(const MetricRecord& record) {
-  return "disk free " + std::to_string(record.freeDisk) + " MiB, page file free " +
-         std::to_string(record.freeSwap) + " MiB, battery " +
-         (record.battery ? std::to_string(*record.battery) + " %" : record.batteryText) + ", process " +
-         std::to_string(record.processId) + ' ' + record.status;
+  return "disk free " + std::to_string(record.freeDisk) + " MiB, page file free " + std::to_string(record.freeSwap) +
+         " MiB, battery " + (record.battery ? std::to_string(*record.battery) + " %" : record.batteryText) +
+         ", process " + std::to_string(record.processId) + ' ' + record.status;
 }
 
 }  // namespace sentiq

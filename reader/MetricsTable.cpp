@@ -68,8 +68,7 @@ void writeJson(const MetricRecord& record, std::ostream& out) {
   out << object.dump() << '\n';
 }
 
-// Text stands in columns; CSV has the line ends of RFC 4180's readers and writers on every system, which take
-// LF.
+// Text stands in columns; CSV has the line ends of RFC 4180's readers and writers on every system, which take LF.
 template <typename Cell>
 void writeRow(TableForm form, std::ostream& out, Cell cell) {
   for (std::size_t i = 0; i < columns.size(); ++i) {

@@ -95,22 +95,18 @@ Outcome endOf(const LogSet& logs, const LogEntry& exit) {
     return {"shutdown", Severity::Notice,
             "Canvix ended" + at(exit) + " while the machine shut down: " + shutdown->what};
   }
-  const bool eventsCopied = std::any_of(logs.events.begin(), logs.events.end(), [](const EventRecord& event) {
-    return event.channel == "Application";
-  });
+  const bool eventsCopied = std::any_of(logs.events.begin(), logs.events.end(),
+                                        [](const EventRecord& event) { return event.channel == "Application"; });
   if (eventsCopied) {
     return {"ended", Severity::Info,
             "Canvix ended normally" + at(exit) + ": the event log holds no crash or hang of it"};
   }
   return {"ended", Severity::Notice,
-          "Canvix ended" + at(exit) +
-              "; whether normally is unknown: the logs hold no copy of the Application events"};
+          "Canvix ended" + at(exit) + "; whether normally is unknown: the logs hold no copy of the Application events"};
 }
 
 Outcome withoutExit(const LogSet& logs, const SessionSpan& span) {
-  const auto afterwards = [&](const LogEntry& entry) {
-    return span.end && *entry.time >= *span.end - shutdownLead;
-  };
+  const auto afterwards = [&](const LogEntry& entry) { return span.end && *entry.time >= *span.end - shutdownLead; };
   const LogEntry* const down = findFirst(logs, [&](const LogEntry& entry) {
     return isAnyOf(entry.meaning, {Meaning::PowerLoss, Meaning::SystemCrash}) && afterwards(entry);
   });
@@ -129,8 +125,7 @@ Outcome withoutExit(const LogSet& logs, const SessionSpan& span) {
     return !entry.metric && isAnyOf(entry.meaning, {Meaning::Sleep, Meaning::Resume});
   });
   if (power != nullptr && power->meaning == Meaning::Sleep && afterwards(*power)) {
-    return {"asleep", Severity::Warning,
-            "The machine went to sleep" + at(*power) + ", and the logs end there"};
+    return {"asleep", Severity::Warning, "The machine went to sleep" + at(*power) + ", and the logs end there"};
   }
   return {"unknown", Severity::Notice,
           span.end ? "How the session ended is unknown: the logs stop while Canvix runs"
@@ -168,8 +163,7 @@ Outcome judgeOutcome(const LogSet& logs, const SessionSpan& span) {
   if (failure != nullptr) {
     return failureOf(logs, *failure);
   }
-  const LogEntry* const exit =
-      findFirst(logs, [](const LogEntry& entry) { return entry.meaning == Meaning::Exit; });
+  const LogEntry* const exit = findFirst(logs, [](const LogEntry& entry) { return entry.meaning == Meaning::Exit; });
   return exit != nullptr ? endOf(logs, *exit) : withoutExit(logs, span);
 }
 
@@ -180,8 +174,8 @@ std::vector<Outcome> judgeBefore(const LogSet& logs, const SessionSpan& span) {
     return isAnyOf(entry.meaning, {Meaning::Crash, Meaning::Hang}) && before(entry);
   });
   const LogEntry* const down = findLast(logs, [&](const LogEntry& entry) {
-    return isAnyOf(entry.meaning, {Meaning::PowerLoss, Meaning::SystemCrash, Meaning::ShutdownBegun,
-                                   Meaning::ShutdownDone}) &&
+    return isAnyOf(entry.meaning,
+                   {Meaning::PowerLoss, Meaning::SystemCrash, Meaning::ShutdownBegun, Meaning::ShutdownDone}) &&
            before(entry);
   });
   if (failure != nullptr) {

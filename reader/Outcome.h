@@ -16,8 +16,7 @@ struct Outcome {
   std::string text;
 };
 
-/// From Canvix's start to the last line of the session and watchdog logs; the initial log tells of the time
-/// before.
+/// From Canvix's start to the last line of the session and watchdog logs; the initial log tells of the time before.
 struct SessionSpan {
   std::optional<Instant> begin;
   std::optional<Instant> end;

@@ -54,9 +54,9 @@ std::string batteryText(const LogSet& logs) {
     return metric.battery ? std::to_string(*metric.battery) + " %" : cleanText(metric.batteryText);
   };
   const std::string last = show(logs.metrics.back());
-  return least == 101 ? last
-                      : show(logs.metrics.front()) + " at first, " + last + " at last, lowest " +
-                            std::to_string(least) + " %";
+  return least == 101
+             ? last
+             : show(logs.metrics.front()) + " at first, " + last + " at last, lowest " + std::to_string(least) + " %";
 }
 
 std::string adaptersText(const LogSet& logs) {
@@ -92,14 +92,12 @@ std::vector<Fact> factsOf(const LogSet& logs, const SessionSpan& span) {
   return {
       {"sessionId", "Session", fromFiles(logs, &LogFileInfo::sessionId, /*initial=*/false)},
       {"processId", "Process id", fromFiles(logs, &LogFileInfo::processId, /*initial=*/false)},
-      {"abnormalSessionId", "Abnormal session before",
-       fromFiles(logs, &LogFileInfo::sessionId, /*initial=*/true)},
+      {"abnormalSessionId", "Abnormal session before", fromFiles(logs, &LogFileInfo::sessionId, /*initial=*/true)},
       {"span", "Time span", spanText(span)},
       {"timeZone", "Time zone", fromFiles(logs, &LogFileInfo::timeZone, /*initial=*/false)},
       {"lastBoot", "Last boot", fromFiles(logs, &LogFileInfo::bootTime, /*initial=*/false)},
       {"lowestFreeDisk", "Lowest free disk", lowest(logs, &MetricRecord::freeDisk, &MetricRecord::totalDisk)},
-      {"lowestFreePageFile", "Lowest free page file",
-       lowest(logs, &MetricRecord::freeSwap, &MetricRecord::totalSwap)},
+      {"lowestFreePageFile", "Lowest free page file", lowest(logs, &MetricRecord::freeSwap, &MetricRecord::totalSwap)},
       {"battery", "Battery", batteryText(logs)},
       {"adapters", "Graphics adapters", adaptersText(logs)},
       {"records", "Ten-second records", std::to_string(logs.metrics.size())},
@@ -166,14 +164,13 @@ std::vector<std::string> problemsOf(const LogSet& logs) {
       problems.push_back(name + (file.lines == 0 ? ": empty" : ": holds no log of CanvixSentiq"));
     }
     if (file.damagedLines > 0) {
-      problems.push_back(name + ": " + std::to_string(file.damagedLines) +
-                         " damaged or unfinished lines of " + std::to_string(file.lines));
+      problems.push_back(name + ": " + std::to_string(file.damagedLines) + " damaged or unfinished lines of " +
+                         std::to_string(file.lines));
     }
   }
   for (const auto& [role, note] : {std::pair(LogRole::Session, ""), std::pair(LogRole::Watchdog, ""),
                                    std::pair(LogRole::Initial, " (written only after an abnormal end)")}) {
-    if (std::none_of(logs.files.begin(), logs.files.end(),
-                     [r = role](const auto& file) { return file.role == r; })) {
+    if (std::none_of(logs.files.begin(), logs.files.end(), [r = role](const auto& file) { return file.role == r; })) {
       problems.push_back("No " + roleName(role) + " log" + note);
     }
   }
@@ -217,8 +214,7 @@ std::string summaryText(const Summary& summary, bool colour) {
   text += '\n';
   constexpr std::size_t labelWidth = 26;
   for (const Fact& fact : summary.facts) {
-    text += fact.label + std::string(labelWidth - std::min(labelWidth, fact.label.size()), ' ') + fact.value +
-            '\n';
+    text += fact.label + std::string(labelWidth - std::min(labelWidth, fact.label.size()), ' ') + fact.value + '\n';
   }
   appendList(text, "Gaps of more than 15 s in the records", summary.gaps);
   appendList(text, "Missing or damaged", summary.problems);
@@ -228,16 +224,14 @@ std::string summaryText(const Summary& summary, bool colour) {
 std::string summaryJson(const Summary& summary) {
   nlohmann::ordered_json object{{"outcome", summary.outcome}};
   for (const Statement& statement : summary.statements) {
-    object["statements"].push_back(
-        {{"severity", severityName(statement.severity)}, {"text", statement.text}});
+    object["statements"].push_back({{"severity", severityName(statement.severity)}, {"text", statement.text}});
   }
   for (const Fact& fact : summary.facts) {
     object[fact.key] = fact.value;
   }
   object["gaps"] = summary.gaps;
   object["problems"] = summary.problems;
-  return object.dump(/*indent=*/-1, ' ', /*ensure_ascii=*/false,
-                     nlohmann::ordered_json::error_handler_t::replace);
+  return object.dump(/*indent=*/-1, ' ', /*ensure_ascii=*/false, nlohmann::ordered_json::error_handler_t::replace);
 }
 
 }  // namespace sentiq

@@ -24,8 +24,7 @@ struct Fact {
 };
 
 struct Summary {
-  std::string
-      outcome;  // One word for scripts: crashed, hung, ended, shutdown, power-loss, asleep or unknown.
+  std::string outcome;  // One word for scripts: crashed, hung, ended, shutdown, power-loss, asleep or unknown.
   std::vector<Statement> statements;  // Never empty; the first one is what happened.
   std::vector<Fact> facts;
   std::vector<std::string> gaps;      // In the records.

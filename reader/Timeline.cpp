@@ -63,8 +63,7 @@ std::string jsonLine(const LogSet& logs, const LogEntry& entry, const std::strin
       object["event"]["data"].push_back({{"name", name}, {"value", value}});
     }
   }
-  return object.dump(/*indent=*/-1, ' ', /*ensure_ascii=*/false,
-                     nlohmann::ordered_json::error_handler_t::replace);
+  return object.dump(/*indent=*/-1, ' ', /*ensure_ascii=*/false, nlohmann::ordered_json::error_handler_t::replace);
 }
 
 }  // namespace
@@ -83,8 +82,7 @@ std::optional<Instant> parseLocalTime(const std::string& text) {
   const std::string whole = text.size() == dayOnly ? text + "T00:00" : text;
   std::size_t used = 0;
   const auto time = parseTime(whole, &used);
-  return time && used == whole.size() && time->offset.count() == 0 ? std::optional(time->instant)
-                                                                   : std::nullopt;
+  return time && used == whole.size() && time->offset.count() == 0 ? std::optional(time->instant) : std::nullopt;
 }
 
 }  // namespace sentiq

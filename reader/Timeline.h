@@ -11,8 +11,7 @@
 namespace sentiq {
 
 struct TimelineOptions {
-  std::optional<Instant>
-      since;  // In the logs' local time, as if that were UTC; so is until, which is included.
+  std::optional<Instant> since;  // In the logs' local time, as if that were UTC; so is until, which is included.
   std::optional<Instant> until;
   std::vector<std::string> sources;  // Roles or channels in any case; all when empty.
   bool json = false;

@@ -21,8 +21,8 @@ std::uint32_t initializeGuarded(std::uintptr_t reserved, bool detached) {
     if (detached) {
       SetDetachedMode(productName, productVersion, productBuild, reserved);
     }
-    if (!CrashReporterInitialize(0, productName, productVersion, productBuild, reserved, 0, 0, 0, 0, 0, 0,
-                                 true, 0, false)) {
+    if (!CrashReporterInitialize(0, productName, productVersion, productBuild, reserved, 0, 0, 0, 0, 0, 0, true, 0,
+                                 false)) {
       GetCRLastErrorCode();
     }
     return 0;

@@ -1,5 +1,4 @@
-// The crash-reporting client, under this program's identity. Failures of it never stop the program. Main
-// thread only.
+// The crash-reporting client, under this program's identity. Failures of it never stop the program. Main thread only.
 #pragma once
 
 #include <cstdint>

@@ -26,8 +26,7 @@ class Utf8GlobalLocale {
   Utf8GlobalLocale& operator=(Utf8GlobalLocale&&) = delete;
 
  private:
-  using Facet =
-      std::conditional_t<sizeof(wchar_t) == 2, std::codecvt_utf8_utf16<wchar_t>, std::codecvt_utf8<wchar_t>>;
+  using Facet = std::conditional_t<sizeof(wchar_t) == 2, std::codecvt_utf8_utf16<wchar_t>, std::codecvt_utf8<wchar_t>>;
   std::locale previous_;
 };
 
@@ -64,8 +63,7 @@ void copyIfGiven(const po::variables_map& given, const char* option, Value& fiel
 CommandLine parseCommandLine(const std::vector<std::wstring>& tokens) {
   const Utf8GlobalLocale utf8;
   const po::options_description description = describeOptions();
-  // Without a list of positional options, an empty one too, the library skips tokens that belong to no
-  // option.
+  // Without a list of positional options, an empty one too, the library skips tokens that belong to no option.
   const po::positional_options_description noPositionals;
 
   po::variables_map given;

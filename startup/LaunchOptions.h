@@ -23,8 +23,7 @@ struct LaunchOptions {
 };
 
 struct CommandLine {
-  std::optional<std::int32_t>
-      exitCode;  ///< Set when the run ends before it begins; the rest then means nothing.
+  std::optional<std::int32_t> exitCode;  ///< Set when the run ends before it begins; the rest then means nothing.
   LaunchOptions options;
   bool crashReporterDetached = false;
 };

@@ -1,5 +1,4 @@
-// The program's entry: started by Canvix, without a window, silent. Any standard exception ends the run with
-// 0.
+// The program's entry: started by Canvix, without a window, silent. Any standard exception ends the run with 0.
 #include <windows.h>
 
 #include <shellapi.h>

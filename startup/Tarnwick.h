@@ -1,17 +1,15 @@
 // The four functions of the crash-reporting client, declared here because the library comes without a header.
 // Known are the names, the number of arguments, the text arguments and the 8-bit result of
 // CrashReporterInitialize; every other argument is only a position, declared pointer-sized. SetDetachedMode
-// may take the identity or nothing: in the x64 calling convention an argument too many does no harm, one too
-// few would.
+// may take the identity or nothing: in the x64 calling convention an argument too many does no harm, one too few would.
 #pragma once
 
 #include <cstdint>
 
 extern "C" {
 
-__declspec(dllimport) bool CrashReporterInitialize(std::uintptr_t position1, const char* product,
-                                                   const char* version, const char* build,
-                                                   std::uintptr_t reserved, std::uintptr_t position6,
+__declspec(dllimport) bool CrashReporterInitialize(std::uintptr_t position1, const char* product, const char* version,
+                                                   const char* build, std::uintptr_t reserved, std::uintptr_t position6,
                                                    std::uintptr_t position7, std::uintptr_t position8,
                                                    std::uintptr_t position9, std::uintptr_t position10,
                                                    std::uintptr_t position11, bool position12,

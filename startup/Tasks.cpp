@@ -55,8 +55,8 @@ void runCaptureTask(const LaunchOptions& options) {
 // The capture task and the start of the watchdog are not ordered against each other: when the monitored
 // process is already gone, stopWatchdog may come first, and the watchdog then runs until the process ends.
 void runTasks(const LaunchOptions& options) {
-  auto capture = std::make_unique<std::future<void>>(
-      std::async(std::launch::async, [options] { runCaptureTask(options); }));
+  auto capture =
+      std::make_unique<std::future<void>>(std::async(std::launch::async, [options] { runCaptureTask(options); }));
   if (!options.watchdogLogPath.empty()) {
     try {
       startWatchdog(watchdogSettings(options));

@@ -39,8 +39,8 @@ struct Query {
 };
 
 // 1000 and 1001: a program crashed, and the report about it.
-constexpr Query appTerminationQuery = {
-    L"*[System[EventID=1000 or EventID=1001]] and *[EventData[Data='Canvix.exe']]", 100, 5};
+constexpr Query appTerminationQuery = {L"*[System[EventID=1000 or EventID=1001]] and *[EventData[Data='Canvix.exe']]",
+                                       100, 5};
 // 1074: somebody asked for a restart; 6006: clean shutdown; 6008: unexpected one; 109: the kernel shuts down;
 // 41: power was lost.
 constexpr Query shutdownQuery = {
@@ -52,8 +52,8 @@ void writeProcessLine(std::string_view message, LogTarget target) {
 }
 
 EventHandle openQuery(const std::wstring& channel, const Query& query) {
-  return EventHandle(EvtQuery(/*Session=*/nullptr, channel.c_str(), query.text,
-                              EvtQueryChannelPath | EvtQueryReverseDirection));
+  return EventHandle(
+      EvtQuery(/*Session=*/nullptr, channel.c_str(), query.text, EvtQueryChannelPath | EvtQueryReverseDirection));
 }
 
 // Throws when the text is not well-formed.
@@ -68,8 +68,8 @@ DWORD copyEvents(EVT_HANDLE opened, const Query& query, LogTarget target) {
   while (count < query.limit) {
     std::array<EVT_HANDLE, largestBatch> events{};
     DWORD returned = 0;
-    if (EvtNext(opened, std::min(query.limit - count, query.batch), events.data(), INFINITE, /*Flags=*/0,
-                &returned) == FALSE ||
+    if (EvtNext(opened, std::min(query.limit - count, query.batch), events.data(), INFINITE, /*Flags=*/0, &returned) ==
+            FALSE ||
         returned == 0) {
       break;
     }
@@ -107,8 +107,7 @@ std::uint32_t renderEventAsJson(void* event, std::wstring& text) {
   DWORD bytes = 0;
   DWORD properties = 0;
   const auto render = [&](DWORD size, wchar_t* buffer) {
-    return EvtRender(/*Context=*/nullptr, event, EvtRenderEventXml, size, buffer, &bytes, &properties) !=
-           FALSE;
+    return EvtRender(/*Context=*/nullptr, event, EvtRenderEventXml, size, buffer, &bytes, &properties) != FALSE;
   };
   render(0, nullptr);  // Only asks for the size, so it always fails.
   if (const DWORD error = GetLastError(); error != ERROR_INSUFFICIENT_BUFFER) {

@@ -21,8 +21,7 @@ constexpr const wchar_t* windowTitle = L"Power Event Listener";
 constexpr std::chrono::seconds idleWait(1);
 
 // Used byte for byte as it stands, although no system header names it.
-constexpr GUID traditionalSleep = {
-    0xA1841308, 0xC1D9, 0x4EFD, {0xA7, 0x91, 0xF1, 0xB1, 0xD1, 0xD3, 0xB7, 0x16}};
+constexpr GUID traditionalSleep = {0xA1841308, 0xC1D9, 0x4EFD, {0xA7, 0x91, 0xF1, 0xB1, 0xD1, 0xD3, 0xB7, 0x16}};
 // The system's GUID_MONITOR_POWER_ON.
 constexpr GUID modernSleep = {0x02731015, 0x4510, 0x4526, {0x99, 0xE6, 0xE5, 0xA1, 0x7E, 0xBD, 0x1A, 0xEA}};
 
@@ -95,8 +94,8 @@ HWND createHiddenWindow() {
   description.lpfnWndProc = powerWindowProc;
   description.lpszClassName = windowClass;
   RegisterClassW(&description);  // When it fails, so does the window.
-  return CreateWindowExW(/*dwExStyle=*/0, windowClass, windowTitle, /*dwStyle=*/0, CW_USEDEFAULT,
-                         CW_USEDEFAULT, CW_USEDEFAULT, CW_USEDEFAULT, /*hWndParent=*/nullptr,
+  return CreateWindowExW(/*dwExStyle=*/0, windowClass, windowTitle, /*dwStyle=*/0, CW_USEDEFAULT, CW_USEDEFAULT,
+                         CW_USEDEFAULT, CW_USEDEFAULT, /*hWndParent=*/nullptr,
                          /*hMenu=*/nullptr, module,
                          /*lpParam=*/nullptr);
 }
@@ -121,8 +120,7 @@ std::optional<HPOWERNOTIFY> listen() {
   if (RegisterPowerSettingNotification(window, &traditionalSleep, DEVICE_NOTIFY_WINDOW_HANDLE) == nullptr) {
     writeSystemLine("inside power thread, registration failed for traditional sleep");
   }
-  const HPOWERNOTIFY modern =
-      RegisterPowerSettingNotification(window, &modernSleep, DEVICE_NOTIFY_WINDOW_HANDLE);
+  const HPOWERNOTIFY modern = RegisterPowerSettingNotification(window, &modernSleep, DEVICE_NOTIFY_WINDOW_HANDLE);
   if (modern == nullptr) {
     const DWORD error = GetLastError();
     writeSystemLine("inside power thread, registration failed for modern sleep");
@@ -162,8 +160,7 @@ void handleQueued(const MSG& message) {
 void pumpMessages() {
   while (!watchdogState().stopRequested && monitoredProcessRuns()) {
     MSG message{};
-    if (PeekMessageW(&message, /*hWnd=*/nullptr, /*wMsgFilterMin=*/0, /*wMsgFilterMax=*/0, PM_REMOVE) !=
-        FALSE) {
+    if (PeekMessageW(&message, /*hWnd=*/nullptr, /*wMsgFilterMin=*/0, /*wMsgFilterMax=*/0, PM_REMOVE) != FALSE) {
       handleQueued(message);
     } else {
       std::this_thread::sleep_for(idleWait);

@@ -22,8 +22,7 @@ struct WatchdogState {
 /// Never destroyed: the program may return from its entry while threads of the watchdog still run.
 WatchdogState& watchdogState();
 
-/// Whether the monitored process still runs. One that cannot be opened counts as gone. Callable on any
-/// thread.
+/// Whether the monitored process still runs. One that cannot be opened counts as gone. Callable on any thread.
 bool monitoredProcessRuns();
 
 }  // namespace sentiq

@@ -177,9 +177,8 @@ TEST_F(DataCaptureTest, CollectsWhatIsSelectedInAFixedOrderAndAsksStartTimesOnce
     calls.insert(calls.end(), figures_.calls.begin(),
                  std::find(figures_.calls.begin(), figures_.calls.end(), "status"));
   }
-  EXPECT_THAT(calls, ElementsAreArray({"system start", "name", "id", "start", "memory", "cpu", "gpu", "disk",
-                                       "battery", "swap", "threads", "descriptors", "gpu", "disk", "battery",
-                                       "swap"}));
+  EXPECT_THAT(calls, ElementsAreArray({"system start", "name", "id", "start", "memory", "cpu", "gpu", "disk", "battery",
+                                       "swap", "threads", "descriptors", "gpu", "disk", "battery", "swap"}));
 }
 
 TEST_F(DataCaptureTest, FiguresReachTheRecordUnlessAStartTimeIsUnknown) {

@@ -95,8 +95,8 @@ class FakeProcess : public TargetProcess {
 };
 
 inline std::unique_ptr<DataCapture> fakeCapture(FakeFigures& figures, std::chrono::milliseconds interval) {
-  return std::make_unique<DataCapture>(std::make_unique<FakeSystem>(figures),
-                                       std::make_unique<FakeProcess>(figures), interval);
+  return std::make_unique<DataCapture>(std::make_unique<FakeSystem>(figures), std::make_unique<FakeProcess>(figures),
+                                       interval);
 }
 
 }  // namespace sentiq::test

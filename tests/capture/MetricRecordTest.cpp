@@ -54,8 +54,8 @@ TEST(MetricRecord, SelectionDecidesTheOptionalKeysOnly) {
     }
     EXPECT_EQ(found, keys);
   }
-  EXPECT_EQ(defaultMetricSelection(), (MetricSelection{MetricCode{0}, MetricCode{1}, MetricCode{2},
-                                                       MetricCode{5}, MetricCode{6}, MetricCode{10}}));
+  EXPECT_EQ(defaultMetricSelection(), (MetricSelection{MetricCode{0}, MetricCode{1}, MetricCode{2}, MetricCode{5},
+                                                       MetricCode{6}, MetricCode{10}}));
 }
 
 TEST(MetricRecord, IsCompactSortedAndInWholeMebibytes) {
@@ -82,8 +82,7 @@ TEST(MetricRecord, IsCompactSortedAndInWholeMebibytes) {
 }
 
 TEST(MetricRecord, BatteryIsATextOrANumber) {
-  for (const auto& [percentage, value] :
-       {std::pair<int, json>{-2, "No battery"}, {-1, "Unknown"}, {57, 57}}) {
+  for (const auto& [percentage, value] : {std::pair<int, json>{-2, "No battery"}, {-1, "Unknown"}, {57, 57}}) {
     SystemMetrics system;
     system.batteryPercentage = percentage;
     EXPECT_EQ(json::parse(recordOf(system)).at("batteryPercentage"), value);
@@ -101,9 +100,8 @@ TEST(ElapsedTimeText, CountsDaysAndPadsTheRest) {
   const struct {
     std::int64_t seconds;
     std::string_view text;
-  } cases[] = {
-      {0, "0 00:00:00"},      {59, "0 00:00:59"},      {3'600, "0 01:00:00"},          {86'399, "0 23:59:59"},
-      {86'400, "1 00:00:00"}, {183'845, "2 03:04:05"}, {864'000'000, "10000 00:00:00"}};
+  } cases[] = {{0, "0 00:00:00"},      {59, "0 00:00:59"},      {3'600, "0 01:00:00"},          {86'399, "0 23:59:59"},
+               {86'400, "1 00:00:00"}, {183'845, "2 03:04:05"}, {864'000'000, "10000 00:00:00"}};
   const std::chrono::sys_seconds start{std::chrono::seconds{1'700'000'000}};
   for (const auto& [seconds, text] : cases) {
     EXPECT_EQ(elapsedTimeText(start, start + std::chrono::seconds{seconds}), text);

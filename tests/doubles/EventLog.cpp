@@ -1,10 +1,8 @@
-// Stands in for the system's wevtapi.dll: answers queries over event XML files as the system does over its
-// channels.
+// Stands in for the system's wevtapi.dll: answers queries over event XML files as the system does over its channels.
 //   SENTIQ_EVENTS=folder           <channel>.xml in it holds the channel's events, oldest first
-//   SENTIQ_EVENTS_FAULT=call:n:e   the n-th EvtNext or EvtRender of a query, or every EvtQuery, fails with
-//   error e SENTIQ_EVENTS_BALANCE=file     receives the number of handles left open when the process ends
-// In an event, {CONTROL} becomes every control character, {LONE} a lone surrogate, {MEGABYTE} a million
-// characters.
+//   SENTIQ_EVENTS_FAULT=call:n:e   the n-th EvtNext or EvtRender of a query, or every EvtQuery, fails with error e
+//   SENTIQ_EVENTS_BALANCE=file     receives the number of handles left open when the process ends
+// In an event, {CONTROL} becomes every control character, {LONE} a lone surrogate, {MEGABYTE} a million characters.
 #include <windows.h>
 
 #include <winevt.h>
@@ -138,8 +136,7 @@ BOOL WINAPI EvtNext(EVT_HANDLE query, DWORD size, EVT_HANDLE* events, DWORD, DWO
   return *returned > 0 || fail(ERROR_NO_MORE_ITEMS);
 }
 
-BOOL WINAPI EvtRender(EVT_HANDLE, EVT_HANDLE event, DWORD flags, DWORD size, void* buffer, DWORD* used,
-                      DWORD*) {
+BOOL WINAPI EvtRender(EVT_HANDLE, EVT_HANDLE event, DWORD flags, DWORD size, void* buffer, DWORD* used, DWORD*) {
   const auto& opened = *static_cast<Handle*>(event);
   if (flags != EvtRenderEventXml) {
     return fail(ERROR_INVALID_PARAMETER);

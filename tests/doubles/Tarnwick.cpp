@@ -27,10 +27,9 @@ extern "C" {
 
 bool CrashReporterInitialize(std::uintptr_t p1, const char* product, const char* version, const char* build,
                              std::uintptr_t p5, std::uintptr_t p6, std::uintptr_t p7, std::uintptr_t p8,
-                             std::uintptr_t p9, std::uintptr_t p10, std::uintptr_t p11, bool p12,
-                             std::uintptr_t p13, bool p14) {
-  std::string call =
-      "CrashReporterInitialize " + std::to_string(p1) + " " + product + " " + version + " " + build;
+                             std::uintptr_t p9, std::uintptr_t p10, std::uintptr_t p11, bool p12, std::uintptr_t p13,
+                             bool p14) {
+  std::string call = "CrashReporterInitialize " + std::to_string(p1) + " " + product + " " + version + " " + build;
   for (const std::uintptr_t position : {p5, p6, p7, p8, p9, p10, p11}) {
     call += " " + std::to_string(position);
   }

@@ -26,23 +26,13 @@ using Lines = std::vector<std::string>;
 const std::string system = stamp + " [SYSTEM] [INFO]: ";
 const std::string process = stamp + " [PROCESS] [INFO]: ";
 
-HWND powerWindowOf(DWORD pid) {
-  HWND window = nullptr;
-  DWORD owner = 0;
-  do {
-    window = FindWindowExW(nullptr, window, L"PowerEventWindowClass", L"Power Event Listener");
-    GetWindowThreadProcessId(window, &owner);
-  } while (window != nullptr && owner != pid);
-  return window;
-}
-
 Lines header(const std::string& sessionId, const ChildProcess& canvix, const Lines& actual) {
   // The machine decides what stands in the time zone and boot lines; their form has its own tests.
   const auto line = [&](std::size_t i) { return i < actual.size() ? actual[i] : std::string("missing"); };
   EXPECT_THAT(line(2), StartsWith(system + "Time zone offset: "));
   EXPECT_THAT(line(3), StartsWith(system + "LastBootTime: "));
-  return {system + "OrbelSessionID: " + sessionId, system + "ProcessID: " + std::to_string(canvix.pid()),
-          line(2), line(3)};
+  return {system + "OrbelSessionID: " + sessionId, system + "ProcessID: " + std::to_string(canvix.pid()), line(2),
+          line(3)};
 }
 
 void append(Lines& lines, const Lines& more) {
@@ -53,8 +43,7 @@ void append(Lines& lines, const Lines& more) {
 Lines sampleRecords(const std::string& channel, bool (*wanted)(const std::string& event)) {
   const std::string text = readFile(programFolder() / "events" / (channel + ".xml"));
   Lines records;
-  for (std::size_t start = text.find("<Event "); start != std::string::npos;
-       start = text.find("<Event ", start + 1)) {
+  for (std::size_t start = text.find("<Event "); start != std::string::npos; start = text.find("<Event ", start + 1)) {
     const std::string event = text.substr(start, text.find("</Event>", start) - start);
     const std::size_t number = event.find("<EventRecordID>") + 15;
     if (wanted(event)) {
@@ -72,8 +61,8 @@ bool holds(const std::string& event, const std::string& text) {
   return event.find(text) != std::string::npos;
 }
 bool ofShutdown(const std::string& event) {
-  return holds(event, ">1074<") || holds(event, ">6006<") || holds(event, ">6008<") ||
-         holds(event, ">109<") || holds(event, ">41</EventID>");
+  return holds(event, ">1074<") || holds(event, ">6006<") || holds(event, ">6008<") || holds(event, ">109<") ||
+         holds(event, ">41</EventID>");
 }
 bool ofCanvix(const std::string& event) {
   return (holds(event, ">1000</EventID>") || holds(event, ">1001</EventID>")) && holds(event, ">Canvix.exe<");
@@ -134,8 +123,7 @@ void fullRun(bool encode) {
   ASSERT_TRUE(eventually([&] { return readLog(run.session).size() >= 3; }));
   Lines lines = readLog(run.initial);
   Lines expected = header("previous", canvix, lines);
-  append(expected,
-         {system + "Starting initial metric collection.", process + "Reading last shutdown details"});
+  append(expected, {system + "Starting initial metric collection.", process + "Reading last shutdown details"});
   append(expected, sampleRecords("System", ofShutdown));
   expected.push_back(process + "Reading last app termination details in Application logs");
   append(expected, sampleRecords("Application", ofCanvix));
@@ -145,8 +133,7 @@ void fullRun(bool encode) {
 
   lines = readLog(run.watchdog);
   expected = header("session-\u00FC", canvix, lines);
-  append(expected,
-         {system + "Starting Watchdog application", system + "Done with start of Watchdog application"});
+  append(expected, {system + "Starting Watchdog application", system + "Done with start of Watchdog application"});
   EXPECT_TRUE(takeOut(lines, process + "Inside  monitor app exit"));
   EXPECT_TRUE(takeOut(lines, system + "inside power thread"));
   EXPECT_THAT(lines, ElementsAreArray(expected));
@@ -177,8 +164,7 @@ void fullRun(bool encode) {
   EXPECT_EQ(std::count(lines.begin(), lines.end(), stamp + " Exit Status - Canvix is no longer alive"), 1);
   EXPECT_TRUE(takeOut(lines, stamp + " Exit Status - Canvix is no longer alive"));
   ASSERT_GE(lines.size(), 3u);
-  EXPECT_EQ(lines[0] + " " + lines[1],
-            "OrbelSessionID: session-\u00FC ProcessID: " + std::to_string(canvix.pid()));
+  EXPECT_EQ(lines[0] + " " + lines[1], "OrbelSessionID: session-\u00FC ProcessID: " + std::to_string(canvix.pid()));
   for (std::size_t i = 2; i < lines.size(); ++i) {
     EXPECT_EQ(nlohmann::json::parse(lines[i])["processId"], canvix.pid());
   }
@@ -190,8 +176,7 @@ void fullRun(bool encode) {
     for (std::size_t i = 0; i < raw.size(); ++i) {
       const bool plain = !encode || i < 2;
       const bool separator = log == run.initial && i + 1 == raw.size();
-      EXPECT_EQ(raw[i].find_first_of(session ? ":" : "[") != std::string::npos, plain && !separator)
-          << raw[i];
+      EXPECT_EQ(raw[i].find_first_of(session ? ":" : "[") != std::string::npos, plain && !separator) << raw[i];
     }
   }
 }

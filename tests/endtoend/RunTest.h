@@ -1,5 +1,4 @@
-// What the end-to-end tests share: a run of the unchanged program in a folder of its own, and what it left
-// behind.
+// What the end-to-end tests share: a run of the unchanged program in a folder of its own, and what it left behind.
 #pragma once
 
 #include <windows.h>
@@ -46,6 +45,17 @@ inline std::vector<std::string> readLog(const std::filesystem::path& path) {
     line = masked(line);
   }
   return lines;
+}
+
+/// The hidden window of a process, null when it has none (yet).
+inline HWND powerWindowOf(DWORD pid) {
+  HWND window = nullptr;
+  DWORD owner = 0;
+  do {
+    window = FindWindowExW(nullptr, window, L"PowerEventWindowClass", L"Power Event Listener");
+    GetWindowThreadProcessId(window, &owner);
+  } while (window != nullptr && owner != pid);
+  return window;
 }
 
 }  // namespace sentiq::test

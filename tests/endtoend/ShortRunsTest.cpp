@@ -27,14 +27,8 @@ TEST(ShortRuns, ExitCodesOfTheCommandLine) {
     const wchar_t* arguments;
     DWORD code;
   } cases[] = {
-      {L"", 0},
-      {L"--help", 0},
-      {L"--pid 5 --help", 0},
-      {L"--logs-path x --watchdog-logs-path y", 1},
-      {L"--pid abc", 0},
-      {L"stray --pid 5", 0},
-      {L"--pid 5 \"\"", 0},
-      {L"--encode-logs 0", 1},
+      {L"", 0},          {L"--help", 0},        {L"--pid 5 --help", 0}, {L"--logs-path x --watchdog-logs-path y", 1},
+      {L"--pid abc", 0}, {L"stray --pid 5", 0}, {L"--pid 5 \"\"", 0},   {L"--encode-logs 0", 1},
   };
   for (const auto& [arguments, code] : cases) {
     EXPECT_EQ(ChildProcess(program, arguments).wait(60s), code) << std::filesystem::path(arguments);
@@ -89,9 +83,8 @@ TEST(ShortRuns, WithoutTheWatchdogOnlyTheSessionLogIsWritten) {
       keys.push_back(key);
     }
     EXPECT_THAT(keys, ElementsAre("appStartTime", "batteryPercentage", "fgProcessName", "freeDiskSpace",
-                                  "freeSwapMemory", "gpuInfo", "processId", "status", "systemStartTime",
-                                  "systemUpTime", "timestamp", "totalDiskSpace", "totalSwapMemory",
-                                  "usedDiskSpace", "usedSwapMemory"));
+                                  "freeSwapMemory", "gpuInfo", "processId", "status", "systemStartTime", "systemUpTime",
+                                  "timestamp", "totalDiskSpace", "totalSwapMemory", "usedDiskSpace", "usedSwapMemory"));
     EXPECT_EQ(sample["processId"], canvix.pid());
     EXPECT_EQ(sample["status"], "Running");
     EXPECT_EQ(lines[3], stamp + " Exit Status - Canvix is no longer alive");

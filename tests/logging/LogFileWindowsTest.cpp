@@ -13,8 +13,7 @@
 namespace {
 template <typename Function>
 Function real(const char* name) {
-  return reinterpret_cast<Function>(
-      reinterpret_cast<void*>(GetProcAddress(GetModuleHandleW(L"kernel32"), name)));
+  return reinterpret_cast<Function>(reinterpret_cast<void*>(GetProcAddress(GetModuleHandleW(L"kernel32"), name)));
 }
 
 DWORD attributesError = 0;
@@ -31,8 +30,7 @@ DWORD WINAPI failingAttributes(LPCWSTR path) {
 HANDLE WINAPI watchedCreateFile(LPCWSTR path, DWORD access, DWORD share, LPSECURITY_ATTRIBUTES security,
                                 DWORD disposition, DWORD flags, HANDLE templateFile) {
   lastAccess = access;
-  return real<decltype(&CreateFileW)>("CreateFileW")(path, access, share, security, disposition, flags,
-                                                     templateFile);
+  return real<decltype(&CreateFileW)>("CreateFileW")(path, access, share, security, disposition, flags, templateFile);
 }
 }  // namespace
 
@@ -56,8 +54,8 @@ TEST(LogFileWindows, ALockedFileLosesTheLineAndTheNextOneIsThere) {
     writeLogLine("lost", true, LogLevel::Info, LogTarget::WatchdogLog);
     truncateLog(LogTarget::WatchdogLog);
   }
-  const FileHandle reader(CreateFileW(path.c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
-                                      OPEN_EXISTING, 0, nullptr));
+  const FileHandle reader(
+      CreateFileW(path.c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr, OPEN_EXISTING, 0, nullptr));
   writeLogLine("after", true, LogLevel::Info, LogTarget::WatchdogLog);
   const auto lines = test::linesOf(test::readFile(path));
   ASSERT_EQ(lines.size(), 2u);

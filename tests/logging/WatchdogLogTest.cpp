@@ -135,8 +135,7 @@ TEST_F(WatchdogLog, WithoutAFileNothingHappens) {
   EXPECT_EQ(std::filesystem::file_size(initial_), 0u);
 }
 
-// Lines of eight threads on both files, emptied meanwhile: each line whole, and none lost after the last
-// truncation.
+// Lines of eight threads on both files, emptied meanwhile: each line whole, and none lost after the last truncation.
 TEST_F(WatchdogLog, ThreadsTearNoLineAndLoseNone) {
   configure(false);
   constexpr int threads = 8;

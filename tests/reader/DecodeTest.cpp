@@ -50,20 +50,16 @@ TEST(Decode, TellsPlainEncodedAndDamagedLinesApart) {
   const std::vector<Case> cases{
       {"nothing", "", "", exitGood},
       {"encoded, LF and CRLF", encoded + crlf, entry + "\n" + entry + "\r\n", exitGood},
-      {"plain header among encoded lines", "ProcessID: 42\n" + encoded, "ProcessID: 42\n" + entry + "\n",
-       exitGood},
-      {"second line of an encoded message", encoded + encodedLine("two words"), entry + "\ntwo words\n",
-       exitGood},
-      {"second line of a plain message that could be base64", entry + "\nDoneDone\n", entry + "\nDoneDone\n",
-       exitGood},
+      {"plain header among encoded lines", "ProcessID: 42\n" + encoded, "ProcessID: 42\n" + entry + "\n", exitGood},
+      {"second line of an encoded message", encoded + encodedLine("two words"), entry + "\ntwo words\n", exitGood},
+      {"second line of a plain message that could be base64", entry + "\nDoneDone\n", entry + "\nDoneDone\n", exitGood},
       {"carriage return within the encoded text", encoded + encodedLine("x\r"), entry + "\nx\r\n", exitGood},
       {"separator in a plain log", entry + "\n" + encodedLine(std::string(39, '=')) + "next\n",
        entry + "\n" + std::string(39, '=') + "\nnext\n", exitGood},
       {"empty lines", encoded + "\n\r\n" + encoded, entry + "\n\n\r\n" + entry + "\n", exitGood},
       {"cut in the middle", cut + "\n" + encoded, cut + "\n" + entry + "\n", exitDamaged},
       {"cut at the end", encoded + cut, entry + "\n" + cut, exitDamaged},
-      {"complete but for its line end", encoded + encodeText(entry), entry + "\n" + encodeText(entry),
-       exitDamaged},
+      {"complete but for its line end", encoded + encodeText(entry), entry + "\n" + encodeText(entry), exitDamaged},
       {"a foreign byte within", encoded.substr(0, 40) + "*" + encoded.substr(40), "", exitDamaged},
       {"beginning lost", encoded + encodeText(entry).substr(4) + "\n", "", exitDamaged},
       {"NUL bytes after a power loss", entry + "\n" + std::string(20, '\0') + "\n", "", exitDamaged},
@@ -157,8 +153,8 @@ TEST(Decode, FollowsAFileThatAppearsIsEmptiedAndIsDeleted) {
     std::ostream out(&output);
     std::istringstream noInput;
     Progress progress(nullptr);
-    decodeLogs({{folder.file("a.log"), folder.file("b.log")}, /*follow=*/true, {}, /*colour=*/false}, noInput,
-               out, messages, progress, stop);
+    decodeLogs({{folder.file("a.log"), folder.file("b.log")}, /*follow=*/true, {}, /*colour=*/false}, noInput, out,
+               messages, progress, stop);
   });
   folder.write("a.log", encodedLine(entry + " first"));
   EXPECT_TRUE(comesToHold(output, "a.log  " + entry + " first\n"));
@@ -168,10 +164,9 @@ TEST(Decode, FollowsAFileThatAppearsIsEmptiedAndIsDeleted) {
   folder.write("a.log", half.substr(0, 30), std::ios::app);
   folder.write("a.log", half.substr(30), std::ios::app);
   EXPECT_TRUE(comesToHold(output, " in two parts\n"));
-  folder.write(
-      "a.log",
-      encodedLine("2025-02-01T00:00:00.000+0100 emptied and longer than all that stood in it before " +
-                  std::string(200, '.')));
+  folder.write("a.log",
+               encodedLine("2025-02-01T00:00:00.000+0100 emptied and longer than all that stood in it before " +
+                           std::string(200, '.')));
   EXPECT_TRUE(comesToHold(output, "a.log  2025-02-01"));
   // On Windows it cannot go in the moment in which it is read.
   std::error_code error;

@@ -16,8 +16,7 @@ namespace sentiq {
 /// A folder of its own, gone at the end.
 class SampleFolder {
  public:
-  explicit SampleFolder(const std::string& name)
-      : path_(std::filesystem::temp_directory_path() / pathFromText(name)) {
+  explicit SampleFolder(const std::string& name) : path_(std::filesystem::temp_directory_path() / pathFromText(name)) {
     std::filesystem::remove_all(path_);
     std::filesystem::create_directories(path_);
   }
@@ -46,13 +45,11 @@ inline std::string encodedLine(const std::string& text) {
 
 /// An event in a watchdog line, at 13:05:00 local time; the event's own time is given, UTC.
 inline std::string eventLine(const std::string& provider, int id, const std::string& time,
-                             const std::vector<std::string>& data,
-                             const std::string& channel = "Application") {
-  std::string xml =
-      "<Event xmlns='http://schemas.microsoft.com/win/2004/08/events/event'><System><Provider Name='" +
-      provider + "'/><EventID Qualifiers='0'>" + std::to_string(id) +
-      "</EventID><Level>2</Level><TimeCreated SystemTime='" + time +
-      "'/><EventRecordID>7</EventRecordID><Channel>" + channel + "</Channel></System><EventData>";
+                             const std::vector<std::string>& data, const std::string& channel = "Application") {
+  std::string xml = "<Event xmlns='http://schemas.microsoft.com/win/2004/08/events/event'><System><Provider Name='" +
+                    provider + "'/><EventID Qualifiers='0'>" + std::to_string(id) +
+                    "</EventID><Level>2</Level><TimeCreated SystemTime='" + time +
+                    "'/><EventRecordID>7</EventRecordID><Channel>" + channel + "</Channel></System><EventData>";
   for (const std::string& value : data) {
     xml += "<Data>" + value + "</Data>";
   }
@@ -60,8 +57,7 @@ inline std::string eventLine(const std::string& provider, int id, const std::str
 }
 
 inline std::string recordLine(const std::string& time, int freeDisk = 100) {
-  return R"({"appStartTime":"0 00:00:10","batteryPercentage":57,"freeDiskSpace":)" +
-         std::to_string(freeDisk) +
+  return R"({"appStartTime":"0 00:00:10","batteryPercentage":57,"freeDiskSpace":)" + std::to_string(freeDisk) +
          R"(,"freeSwapMemory":50,"processId":4242,"status":"Running","timestamp":")" + time +
          R"(","totalDiskSpace":1000,"totalSwapMemory":60})";
 }

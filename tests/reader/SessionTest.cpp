@@ -26,10 +26,8 @@ const std::string during = "2025-01-31T12:00:02.0000001Z";  // 13:00:02 local ti
 const std::string earlier = "2025-01-30T12:00:02.0000000Z";
 const std::vector<std::string> crashData{"Canvix.exe", "29.5",     "1",    "gfx.dll", "3.1",
                                          "2",          "c0000005", "a1b2", "0x1092"};
-const std::vector<std::string> otherPid{"Canvix.exe", "29.5",     "1",    "gfx.dll", "3.1",
-                                        "2",          "c0000005", "a1b2", "0x1"};
-const std::vector<std::string> otherApp{"Other.exe", "1",        "1",    "x.dll", "1",
-                                        "2",         "c0000005", "a1b2", "0x1092"};
+const std::vector<std::string> otherPid{"Canvix.exe", "29.5", "1", "gfx.dll", "3.1", "2", "c0000005", "a1b2", "0x1"};
+const std::vector<std::string> otherApp{"Other.exe", "1", "1", "x.dll", "1", "2", "c0000005", "a1b2", "0x1092"};
 const std::string applicationEvent = eventLine("Other", 5, during, {});
 
 std::string crash(const std::string& time, const std::vector<std::string>& data = crashData) {
@@ -68,10 +66,7 @@ TEST(Summary, FirstLineSaysWhatHappened) {
        true,
        "shutdown",
        "a.exe began a restart for me: Planned"},
-      {{eventLine(kernelPower, 41, "2025-01-31T13:30:00Z", {"0"}, "System")},
-       false,
-       "power-loss",
-       "went down"},
+      {{eventLine(kernelPower, 41, "2025-01-31T13:30:00Z", {"0"}, "System")}, false, "power-loss", "went down"},
       {{eventLine(kernelPower, 41, earlier, {"0"}, "System")}, false, "unknown", "unknown"},
       {{"2025-01-31T13:00:01.000+0100 [SYSTEM] [INFO]: System Will Sleep"}, false, "asleep", "went to sleep"},
       {{}, false, "unknown", "the logs stop while Canvix runs"},
@@ -95,24 +90,21 @@ TEST(Summary, FirstLineSaysWhatHappened) {
 }
 
 TEST(Summary, NamesGapsDamageAndWhatIsMissing) {
-  const LogSet logs =
-      readTexts({sessionLog({first, recordLine("2025-01-31T13:00:30.000+0100", 70)}) + "torn"});
+  const LogSet logs = readTexts({sessionLog({first, recordLine("2025-01-31T13:00:30.000+0100", 70)}) + "torn"});
   const Summary summary = summarize(logs);
   EXPECT_THAT(summary.gaps, ElementsAre("40 s from 2025-01-31 12:59:50.000"));
-  EXPECT_THAT(summary.problems, ElementsAre(HasSubstr("1 damaged or unfinished lines of 5"),
-                                            "No watchdog log", HasSubstr("No initial log")));
+  EXPECT_THAT(summary.problems, ElementsAre(HasSubstr("1 damaged or unfinished lines of 5"), "No watchdog log",
+                                            HasSubstr("No initial log")));
   EXPECT_THAT(summaryText(summary, /*colour=*/false), HasSubstr("70 of 1000 MiB at 2025-01-31 13:00:30.000"));
 }
 
 TEST(Timeline, ShowsOneCopyOfAnEventAtItsOwnTimeAndFilters) {
   const std::string plain = "2025-01-31T13:05:00.000+0100 [SYSTEM] [INFO]: two\nlines\n";
-  const LogSet logs =
-      readTexts({sessionLog({first}), plain + crash(during) + "\n" + encodedLine(crash(during))});
+  const LogSet logs = readTexts({sessionLog({first}), plain + crash(during) + "\n" + encodedLine(crash(during))});
   EXPECT_EQ(logs.eventCopies, 1);
   const std::string all = timelineOf(logs);
-  EXPECT_THAT(
-      all,
-      HasSubstr("2025-01-31 13:00:02.000 +01:00  Application  error    Canvix.exe 29.5 crashed in gfx.dll"));
+  EXPECT_THAT(all,
+              HasSubstr("2025-01-31 13:00:02.000 +01:00  Application  error    Canvix.exe 29.5 crashed in gfx.dll"));
   EXPECT_THAT(all, HasSubstr("two lines\n"));
   TimelineOptions options;
   options.since = parseLocalTime("2025-01-31 13:00:01");
@@ -149,10 +141,8 @@ TEST(Metrics, QuotesCsvAndLeavesMissingFiguresEmpty) {
   record.replace(record.find("Running"), 7, R"(a \"b\", c)");
   std::ostringstream out;
   writeMetrics(readTexts({sessionLog({record})}), TableForm::Csv, out);
-  EXPECT_THAT(
-      out.str(),
-      HasSubstr(
-          "\n2025-01-31T12:59:50.000+01:00,100,1000,50,60,57,4242,,,,0 00:00:10,,\"a \"\"b\"\", c\"\n"));
+  EXPECT_THAT(out.str(),
+              HasSubstr("\n2025-01-31T12:59:50.000+01:00,100,1000,50,60,57,4242,,,,0 00:00:10,,\"a \"\"b\"\", c\"\n"));
 }
 
 TEST(Report, EscapesAllTextOfTheLogs) {
@@ -162,20 +152,17 @@ TEST(Report, EscapesAllTextOfTheLogs) {
   data[0] = "Canvix.exe";
   data[8] = "0x1092";
   std::string record = first;
-  record.replace(record.find("\"status\""), 0,
-                 R"("gpuInfo":[{"gpuMemoryUsage":1,"gpuName":"<script>gpu</script>"}],)");
-  const LogSet logs = readTexts(
-      {"OrbelSessionID: " + attack + "\nProcessID: 4242\n" + encodedLine(record) + attack,
-       "2025-01-31T13:05:00.000+0100 [SYSTEM] [INFO]: " + attack + "\n" + crash(during, data) + "\n"});
+  record.replace(record.find("\"status\""), 0, R"("gpuInfo":[{"gpuMemoryUsage":1,"gpuName":"<script>gpu</script>"}],)");
+  const LogSet logs =
+      readTexts({"OrbelSessionID: " + attack + "\nProcessID: 4242\n" + encodedLine(record) + attack,
+                 "2025-01-31T13:05:00.000+0100 [SYSTEM] [INFO]: " + attack + "\n" + crash(during, data) + "\n"});
   std::ostringstream out;
   writeHtmlReport(logs, out);
   const std::string page = out.str();
   EXPECT_THAT(page, Not(HasSubstr("<script>alert")));
   EXPECT_THAT(page, Not(HasSubstr("<script>gpu")));
-  EXPECT_THAT(
-      page,
-      HasSubstr(
-          "<dd>&lt;script&gt;alert(&#39;x&#39;)&lt;/script&gt;&quot;&amp;\xEF\xBF\xBD\xEF\xBF\xBD</dd>"));
+  EXPECT_THAT(page,
+              HasSubstr("<dd>&lt;script&gt;alert(&#39;x&#39;)&lt;/script&gt;&quot;&amp;\xEF\xBF\xBD\xEF\xBF\xBD</dd>"));
   EXPECT_THAT(page, HasSubstr("Canvix crashed at 2025-01-31 13:00:02.000: module &lt;script&gt;alert(1)"));
   for (const char* const fetch : {"src=", "href=", "url(", "@import"}) {
     EXPECT_THAT(page, Not(HasSubstr(fetch)));
@@ -183,9 +170,8 @@ TEST(Report, EscapesAllTextOfTheLogs) {
 }
 
 TEST(AnyCommand, SurvivesLogsWithBytesChangedLostAndAdded) {
-  const std::string whole = sessionLog({first, second, exitLine}) + encodedLine(crash(during)) +
-                            crash(earlier) + "\n" + R"({"timestamp":[],"xmlData":7})" + "\n" +
-                            std::string(3, '\0') + "\n";
+  const std::string whole = sessionLog({first, second, exitLine}) + encodedLine(crash(during)) + crash(earlier) + "\n" +
+                            R"({"timestamp":[],"xmlData":7})" + "\n" + std::string(3, '\0') + "\n";
   std::mt19937 random(1);
   for (int round = 0; round < 300; ++round) {
     std::string log = whole;

@@ -21,8 +21,7 @@ TEST(FaultHandler, RecordsEachCodeOnceAndNeverHandles) {
     EXCEPTION_POINTERS pointers{&record, nullptr};
     EXPECT_EQ(recordExceptionCode(&pointers), EXCEPTION_CONTINUE_SEARCH);
   }
-  EXPECT_EQ(recordedExceptionCodes(),
-            (std::unordered_set<std::uint32_t>{EXCEPTION_ACCESS_VIOLATION, 0xE06D7363}));
+  EXPECT_EQ(recordedExceptionCodes(), (std::unordered_set<std::uint32_t>{EXCEPTION_ACCESS_VIOLATION, 0xE06D7363}));
 }
 
 }  // namespace

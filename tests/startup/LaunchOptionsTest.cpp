@@ -14,11 +14,10 @@ namespace {
 TEST(LaunchOptions, EveryOptionReachesItsField) {
   const std::wstring path = L"C:\\\u00FC \u65E5\u672C\\\U0001F600.log";
   const std::wstring id = L"\u00FC\u65E5\U0001F600 x";
-  const CommandLine parsed =
-      parseCommandLine({L"--analytics-identifier", id, L"--pid=4242", L"--cr-detached-mode", L"--logs-path",
-                        L"1" + path, L"--sentiq-logs-path", L"2" + path, L"--watchdog-logs-path=3" + path,
-                        L"--watchdog-initial-logs-path", L"4" + path, L"--forcequit-log-path", L"5" + path,
-                        L"--last-abnormal-session-id", id, L"--encode-logs", L"no"});
+  const CommandLine parsed = parseCommandLine(
+      {L"--analytics-identifier", id, L"--pid=4242", L"--cr-detached-mode", L"--logs-path", L"1" + path,
+       L"--sentiq-logs-path", L"2" + path, L"--watchdog-logs-path=3" + path, L"--watchdog-initial-logs-path",
+       L"4" + path, L"--forcequit-log-path", L"5" + path, L"--last-abnormal-session-id", id, L"--encode-logs", L"no"});
   EXPECT_FALSE(parsed.exitCode);
   EXPECT_TRUE(parsed.crashReporterDetached);
   const LaunchOptions& options = parsed.options;

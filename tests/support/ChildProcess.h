@@ -22,7 +22,8 @@ inline std::filesystem::path programFolder() {
 
 class ChildProcess {
  public:
-  /// @param arguments as they stand on the command line. Ends with the object at the latest.
+  /// @param arguments as they stand on the command line. @param folder of the program, and the one it runs
+  /// in. Ends with the object at the latest.
   explicit ChildProcess(const wchar_t* program, const std::wstring& arguments = L"",
                         const std::filesystem::path& folder = programFolder()) {
     STARTUPINFOW startup{};
@@ -30,8 +31,8 @@ class ChildProcess {
     PROCESS_INFORMATION process{};
     const std::wstring path = (folder / program).wstring();
     std::wstring commandLine = L"\"" + path + L"\" " + arguments;
-    if (!CreateProcessW(path.c_str(), commandLine.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr,
-                        &startup, &process)) {
+    if (!CreateProcessW(path.c_str(), commandLine.data(), nullptr, nullptr, FALSE, 0, nullptr, folder.c_str(), &startup,
+                        &process)) {
       throw std::runtime_error("CreateProcessW: " + std::to_string(GetLastError()));
     }
     const KernelHandle thread(process.hThread);

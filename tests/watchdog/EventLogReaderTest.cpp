@@ -27,9 +27,9 @@ using testing::ElementsAre;
 const std::string head = stamp + " [PROCESS] [INFO]: ";
 
 std::string event(int number, int id, const std::string& data) {
-  return "<Event xmlns='x'><System><EventID Qualifiers='0'>" + std::to_string(id) +
-         "</EventID><EventRecordID>" + std::to_string(number) +
-         "</EventRecordID></System><EventData><Data>1</Data><Data>" + data + "</Data></EventData></Event>";
+  return "<Event xmlns='x'><System><EventID Qualifiers='0'>" + std::to_string(id) + "</EventID><EventRecordID>" +
+         std::to_string(number) + "</EventRecordID></System><EventData><Data>1</Data><Data>" + data +
+         "</Data></EventData></Event>";
 }
 
 class EventLogReader : public testing::Test {
@@ -56,8 +56,7 @@ class EventLogReader : public testing::Test {
     fill(channel, events);
   }
 
-  // What stands behind the head of each line since the last call: an event's record number, or the text
-  // itself.
+  // What stands behind the head of each line since the last call: an event's record number, or the text itself.
   std::vector<std::string> take(const std::filesystem::path& log) {
     std::vector<std::string> texts;
     for (const std::string& line : linesOf(readFile(log))) {
@@ -87,11 +86,10 @@ class EventLogReader : public testing::Test {
 };
 
 TEST_F(EventLogReader, QueriesFindWhatTheyAreMeantFor) {
-  fill("Application",
-       {event(1, 1000, "Canvix.exe"), event(2, 1001, "Canvix.exe"), event(3, 1000, "Other.exe"),
-        event(4, 1002, "Canvix.exe"), event(5, 10001, "Canvix.exe"), event(6, 1000, "Canvix.exe ")});
-  fill("System", {event(1, 1074, ""), event(2, 6006, ""), event(3, 6008, ""), event(4, 109, ""),
-                  event(5, 41, ""), event(6, 42, ""), event(7, 6005, ""), event(8, 1000, "")});
+  fill("Application", {event(1, 1000, "Canvix.exe"), event(2, 1001, "Canvix.exe"), event(3, 1000, "Other.exe"),
+                       event(4, 1002, "Canvix.exe"), event(5, 10001, "Canvix.exe"), event(6, 1000, "Canvix.exe ")});
+  fill("System", {event(1, 1074, ""), event(2, 6006, ""), event(3, 6008, ""), event(4, 109, ""), event(5, 41, ""),
+                  event(6, 42, ""), event(7, 6005, ""), event(8, 1000, "")});
   readAppTerminationEvents(L"Application", LogTarget::WatchdogInitialLog);
   EXPECT_THAT(take(initial_), ElementsAre("2", "1"));
   readShutdownEvents(L"System", LogTarget::WatchdogLog);
@@ -138,8 +136,7 @@ TEST_F(EventLogReader, ReadingThatFailsKeepsWhatItHas) {
   } cases[] = {
       {L"EvtNext:1:1734", {"Issue in reading logs"}, 0},
       {L"EvtNext:2:15011", {"12", "11", "10", "9", "8", "Issue in reading logs"}, 0},
-      // Two render calls for each event: the size of the second event, its text, and the text of the last
-      // one.
+      // Two render calls for each event: the size of the second event, its text, and the text of the last one.
       {L"EvtRender:3:15011", {"12", "", "7", "6", "5", "4", "3", "2", "1"}, 3},
       {L"EvtRender:4:122", {"12", "", "7", "6", "5", "4", "3", "2", "1"}, 3},
       {L"EvtRender:24:5", {"12", "11", "10", "9", "8", "7", "6", "5", "4", "3", "2", ""}, 0},
@@ -156,8 +153,7 @@ TEST_F(EventLogReader, ReadingThatFailsKeepsWhatItHas) {
 
 TEST_F(EventLogReader, EveryTextThatCanBeWrittenIs) {
   const std::string hard = "\"q\" \\b\\ \r\n\t \u00FC \u65E5\u672C \U0001F600 &lt;";
-  fill("System",
-       {event(1, 41, "{LONE}"), event(2, 41, "{MEGABYTE}"), event(3, 41, "{CONTROL}"), event(4, 41, hard)});
+  fill("System", {event(1, 41, "{LONE}"), event(2, 41, "{MEGABYTE}"), event(3, 41, "{CONTROL}"), event(4, 41, hard)});
   readShutdownEvents(L"System", LogTarget::WatchdogInitialLog);
   const auto lines = linesOf(readFile(initial_));
   ASSERT_EQ(lines.size(), 4u);

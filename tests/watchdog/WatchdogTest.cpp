@@ -1,5 +1,4 @@
-// The watchdog's threads on real processes and a real window; single system calls are replaced to make them
-// fail.
+// The watchdog's threads on real processes and a real window; single system calls are replaced to make them fail.
 #include <windows.h>
 
 #include <winevt.h>
@@ -37,12 +36,11 @@ Function real(const wchar_t* library, const char* name) {
   return reinterpret_cast<Function>(reinterpret_cast<void*>(GetProcAddress(LoadLibraryW(library), name)));
 }
 
-HWND WINAPI createWindow(DWORD exStyle, LPCWSTR name, LPCWSTR title, DWORD style, int x, int y, int width,
-                         int height, HWND parent, HMENU menu, HINSTANCE instance, LPVOID parameter) {
+HWND WINAPI createWindow(DWORD exStyle, LPCWSTR name, LPCWSTR title, DWORD style, int x, int y, int width, int height,
+                         HWND parent, HMENU menu, HINSTANCE instance, LPVOID parameter) {
   static const auto create = real<decltype(&CreateWindowExW)>(L"user32", "CreateWindowExW");
-  return windowFails
-             ? nullptr
-             : create(exStyle, name, title, style, x, y, width, height, parent, menu, instance, parameter);
+  return windowFails ? nullptr
+                     : create(exStyle, name, title, style, x, y, width, height, parent, menu, instance, parameter);
 }
 
 HPOWERNOTIFY WINAPI registerSetting(HANDLE, LPCGUID setting, DWORD flags) {
@@ -133,8 +131,7 @@ class Watchdog : public testing::Test {
 
 TEST_F(Watchdog, StopsWhileCanvixRunsWithoutADump) {
   startWatchdog({canvix_.pid(), log_.wstring(), "id", initial_.wstring(), "", false});
-  ASSERT_TRUE(
-      eventually([&] { return ownWindow() != nullptr && has(process + "Inside  monitor app exit"); }));
+  ASSERT_TRUE(eventually([&] { return ownWindow() != nullptr && has(process + "Inside  monitor app exit"); }));
   const auto start = std::chrono::steady_clock::now();
   stopWatchdog();
   EXPECT_GE(std::chrono::steady_clock::now() - start, 5s);
@@ -224,8 +221,7 @@ TEST_F(Watchdog, WhatCannotBeRegisteredIsSaid) {
   failingRegistration = 1;
   std::filesystem::remove(log_);
   std::thread(runPowerThread).join();
-  EXPECT_EQ(read(log_),
-            (std::vector<std::string>{inside, inside + ", registration failed for traditional sleep"}));
+  EXPECT_EQ(read(log_), (std::vector<std::string>{inside, inside + ", registration failed for traditional sleep"}));
   EXPECT_EQ(unregistered.size(), 1u);
 
   failingRegistration = 2;
