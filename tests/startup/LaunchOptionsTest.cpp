@@ -1,5 +1,13 @@
+#ifdef _WIN32
+#include <windows.h>
+
+#include <shellapi.h>
+#endif
+
+#include <algorithm>
 #include <exception>
 #include <locale>
+#include <random>
 #include <string>
 #include <vector>
 
@@ -73,6 +81,78 @@ TEST(LaunchOptions, DecidesWhetherToRun) {
     }
     EXPECT_EQ(seen, outcome) << testing::PrintToString(tokens);
   }
+}
+
+std::vector<std::wstring> split(const std::vector<std::wstring>& tokens) {
+#ifdef _WIN32
+  std::wstring line;
+  for (const std::wstring& token : tokens) {
+    line += token + L' ';
+  }
+  int count = 0;
+  wchar_t** const parts = CommandLineToArgvW(line.c_str(), &count);
+  std::vector<std::wstring> result(parts, parts + count);
+  LocalFree(parts);
+  return result;
+#else
+  return tokens;
+#endif
+}
+
+// Command lines put together of what programs, people and accidents leave there.
+TEST(LaunchOptions, AnyCommandLineRunsOrEndsWithZeroOrOne) {
+  const std::vector<std::wstring> pieces = {L"--pid",
+                                            L"--pid=42",
+                                            L"--pi ",
+                                            L" 4242",
+                                            L"--help",
+                                            L"--encode-logs",
+                                            L"--encode-logs=0 ",
+                                            L" off",
+                                            L"-",
+                                            L"--",
+                                            L"=",
+                                            L"\"",
+                                            L"\\",
+                                            L"\\\"",
+                                            L"",
+                                            L" ",
+                                            L"99999999999999999999",
+                                            L"-2147483649",
+                                            L"0x10",
+                                            L"--logs-path ",
+                                            L"--l",
+                                            L"/pid",
+                                            L"@response",
+                                            L"\xD800",
+                                            L"\xDFFF\xD83D",
+                                            L"\U0001F600",
+                                            L"\x01",
+                                            L"C:\\a b\\\u00FC.log",
+                                            L"--analytics-identifier ",
+                                            L"--last-abnormal-session-id=",
+                                            L"--cr-detached-mode",
+                                            std::wstring(5000, L'p')};
+  std::mt19937 random(137);
+  int runs = 0, zeros = 0, ones = 0;
+  for (int i = 0; i < 20'000; ++i) {
+    std::vector<std::wstring> tokens(random() % 6);
+    for (std::wstring& token : tokens) {
+      do {
+        token += pieces[random() % pieces.size()];
+      } while (random() % 3 == 0);
+    }
+    int exitCode = 0;
+    try {
+      exitCode = parseCommandLine(split(tokens)).exitCode.value_or(-1);
+    } catch (const std::exception&) {
+    }
+    runs += exitCode == -1;
+    zeros += exitCode == 0;
+    ones += exitCode == 1;
+  }
+  EXPECT_EQ(runs + zeros + ones, 20'000);
+  EXPECT_GT(std::min({runs, zeros, ones}), 50);  // Of each kind there was some.
 }
 
 }  // namespace
