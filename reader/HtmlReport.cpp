@@ -60,7 +60,7 @@ void writeStatements(const Summary& summary, std::ostream& out) {
   }
   out << "</ul>\n<dl>\n";
   for (const Fact& fact : summary.facts) {
-    out << "<dt>" << htmlText(fact.label) << "</dt><dd>" << htmlText(fact.value) << "</dd>\n";
+    out << "<dt>" << htmlText(fact.label) << "</dt><dd>" << htmlText(fact.text) << "</dd>\n";
   }
   out << "</dl>\n";
 }

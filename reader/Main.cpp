@@ -1,5 +1,6 @@
 // sentiq-logs: from the log files to plain text, a timeline, a summary, a page.
 #include <algorithm>
+#include <atomic>
 #include <exception>
 #include <fstream>
 #include <iostream>
@@ -9,7 +10,6 @@
 
 #include <CLI/CLI.hpp>
 
-#include "logging/LogEncoding.h"
 #include "reader/Console.h"
 #include "reader/DecodeCommand.h"
 #include "reader/ExitCode.h"
@@ -43,7 +43,9 @@ void addDecode(CLI::App& app, int& exitCode) {
         (options->files.empty() || std::count(options->files.begin(), options->files.end(), "-") > 0)) {
       throw CLI::ValidationError("--follow", "needs files, not standard input");
     }
-    exitCode = decodeLogs(*options, std::cin, std::cout, std::cerr, progress, stopRequested());
+    static const std::atomic<bool> never{false};  // Without --follow, Ctrl-C ends the process by itself.
+    exitCode =
+        decodeLogs(*options, std::cin, std::cout, std::cerr, progress, options->follow ? stopRequested() : never);
   });
 }
 
@@ -165,17 +167,6 @@ void addMetrics(CLI::App& app, int& exitCode) {
   });
 }
 
-// Hidden: makes input for tests and benchmarks.
-void addEncode(CLI::App& app) {
-  CLI::App* const command = app.add_subcommand("encode", "Encode the lines of standard input");
-  command->group("");
-  command->callback([] {
-    for (std::string line; std::getline(std::cin, line);) {
-      std::cout << encodeText(line) << '\n';
-    }
-  });
-}
-
 int run(std::vector<std::string> arguments) {
   CLI::App app("Reads the logs of CanvixSentiq.", "sentiq-logs");
   app.footer(
@@ -191,7 +182,6 @@ int run(std::vector<std::string> arguments) {
   addSummary(app, exitCode);
   addReport(app, exitCode);
   addMetrics(app, exitCode);
-  addEncode(app);
   std::reverse(arguments.begin(), arguments.end());  // The order that the parser takes a vector in.
   try {
     app.parse(arguments);
