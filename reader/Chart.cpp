@@ -16,7 +16,7 @@ namespace {
 
 constexpr double width = 760;
 constexpr double height = 200;
-constexpr double left = 84;
+constexpr double left = 110;
 constexpr double right = 12;
 constexpr double above = 26;
 constexpr double below = 30;

@@ -10,7 +10,7 @@
 namespace sentiq {
 namespace {
 
-constexpr std::size_t blockSize = 1U << 20;
+constexpr std::size_t blockSize = 128U << 10;
 
 }  // namespace
 

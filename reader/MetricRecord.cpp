@@ -81,7 +81,7 @@ std::optional<Ticks> parseElapsed(std::string_view text) {
   for (const char c : text) {
     if (c >= '0' && c <= '9' && part < 100'000) {
       part = part * 10 + (c - '0');
-    } else if ((c == ' ' && separators == 0) || (c == ':' && separators > 0)) {
+    } else if ((c == ' ' && separators == 0) || (c == ':' && separators > 0 && separators < 3)) {
       seconds = (seconds + part) * (separators == 0 ? 24 : 60);
       part = 0;
       ++separators;
