@@ -35,13 +35,13 @@ td.time, td.number { white-space: nowrap; font-variant-numeric: tabular-nums; }
 figure table { width: auto; }
 td.error, li.error { color: var(--error); } td.warning, li.warning { color: var(--warning); }
 td.notice { color: var(--notice); } td.error, td.warning { font-weight: 600; }
-label { display: block; margin: .4rem 0; } input { font: inherit; padding: .35rem .6rem; width: min(30rem, 100%);
+.search { margin-bottom: .6rem; } label { display: block; margin: .4rem 0; } input { font: inherit; padding: .35rem .6rem; width: min(30rem, 100%);
   color: inherit; background: var(--raised); border: 1px solid var(--dim); border-radius: .3rem; }
 summary { cursor: pointer; padding: .3rem 0; } :focus-visible { outline: 3px solid var(--line); outline-offset: 2px; }
 pre { background: var(--raised); padding: .8rem; overflow: auto; max-height: 40rem; font-size: .8rem; white-space: pre-wrap;
   overflow-wrap: anywhere; }
 @media (max-width: 40rem) { body { padding: .8rem; } svg text { font-size: 17px; }
-  .wide { overflow-x: auto; } .wide table { min-width: 44rem; }
+  .wide { overflow-x: auto; } .wide table { min-width: 56rem; }
   dl { grid-template-columns: 1fr; gap: 0; } dd { margin-bottom: .5rem; } }
 @media print { :root { --ground: #fff; --raised: #fff; --text: #000; --dim: #333; --rule: #999; --line: #000;
   --error: #000; --warning: #000; --notice: #000; } body { max-width: none; padding: 0; font-size: 10pt; }
