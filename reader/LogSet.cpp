@@ -92,6 +92,10 @@ class LogFileReader {
 };
 
 void LogFileReader::take(const Line& line) {
+  if (line.number == line_) {  // A further piece of an overlong line.
+    keepRaw(line.text);
+    return;
+  }
   line_ = line.number;
   file().lines = line.number;
   room_.resize(std::max(room_.size(), LineDecoder::roomFor(line.text.size())));
@@ -265,7 +269,12 @@ void LogFileReader::takeHeader(std::string_view message) {
     file().sessionIds.push_back(file().sessionId);
   }
   rest(processKey, file().processId);
-  rest("Time zone offset: ", file().timeZone);
+  if (rest("Time zone offset: ", file().timeZone)) {
+    constexpr std::string_view between = " Time Zone Name: ";
+    if (const std::size_t at = file().timeZone.find(between); at != std::string::npos) {
+      file().timeZone.replace(at, between.size(), ", ");
+    }
+  }
   rest("LastBootTime: ", file().bootTime);
   if (message == "Starting initial metric collection.") {
     file().role = LogRole::Initial;

@@ -47,6 +47,15 @@ inline std::vector<std::string> readLog(const std::filesystem::path& path) {
   return lines;
 }
 
+/// The page that the log reader makes of the run's folder; what it ended with when that is not 0.
+inline std::string readerReport(const RunFolder& run) {
+  const auto page = run.folder / L"report \u65E5\U0001F600.html";
+  ChildProcess reader(L"sentiq-logs.exe",
+                      L"report \"" + run.session.parent_path().wstring() + L"\" -o \"" + page.wstring() + L"\"");
+  const auto code = reader.wait(std::chrono::seconds(60));
+  return code == 0u ? readFile(page) : "exit code " + (code ? std::to_string(*code) : "missing");
+}
+
 /// The hidden window of a process, null when it has none (yet).
 inline HWND powerWindowOf(DWORD pid) {
   HWND window = nullptr;

@@ -16,7 +16,9 @@ namespace sentiq::test {
 namespace {
 
 using namespace std::chrono_literals;
+using testing::AllOf;
 using testing::ElementsAre;
+using testing::HasSubstr;
 
 constexpr auto program = L"CanvixSentiq.exe";
 const std::string system = stamp + " [SYSTEM] [INFO]: ";
@@ -88,6 +90,10 @@ TEST(ShortRuns, WithoutTheWatchdogOnlyTheSessionLogIsWritten) {
     EXPECT_EQ(sample["processId"], canvix.pid());
     EXPECT_EQ(sample["status"], "Running");
     EXPECT_EQ(lines[3], stamp + " Exit Status - Canvix is no longer alive");
+    EXPECT_THAT(readerReport(run),
+                AllOf(HasSubstr(">Canvix ended at "), HasSubstr("<dd>session-\u00FC</dd>"),
+                      HasSubstr("CanvixSentiqSession \u00FC\u65E5\U0001F600.log (session log, 4 lines)"),
+                      HasSubstr("<li>No watchdog log</li>")));
   }
 }
 
