@@ -1,14 +1,13 @@
 // What happened, from everything that the logs hold: the first line answers, the others say from what.
 #pragma once
 
-#include <optional>
 #include <string>
-#include <utility>
 #include <vector>
+
+#include <nlohmann/json.hpp>
 
 #include "reader/EventTable.h"
 #include "reader/LogSet.h"
-#include "reader/LogTime.h"
 
 namespace sentiq {
 
@@ -18,13 +17,15 @@ struct Statement {
 };
 
 struct Fact {
-  std::string key;    // For JSON.
-  std::string label;  // For people.
-  std::string value;  // "unknown" where the logs do not tell.
+  std::string label;
+  std::string text;  // "unknown" where the logs do not tell.
+  std::string key;   // The same for scripts.
+  nlohmann::ordered_json value;
 };
 
 struct Summary {
   std::string outcome;  // One word for scripts: crashed, hung, ended, shutdown, power-loss, asleep or unknown.
+  nlohmann::ordered_json evidence;    // When, and of a crash where; null when no single entry tells.
   std::vector<Statement> statements;  // Never empty; the first one is what happened.
   std::vector<Fact> facts;
   std::vector<std::string> gaps;      // In the records.

@@ -16,7 +16,10 @@ namespace sentiq::test {
 namespace {
 
 using namespace std::chrono_literals;
+using testing::AllOf;
 using testing::ElementsAreArray;
+using testing::HasSubstr;
+using testing::Not;
 using testing::StartsWith;
 
 Lines header(const std::string& sessionId, const ChildProcess& canvix, const Lines& actual) {
@@ -133,6 +136,9 @@ void fullRun(bool encode) {
   for (std::size_t i = 2; i < lines.size(); ++i) {
     EXPECT_EQ(nlohmann::json::parse(lines[i])["processId"], canvix.pid());
   }
+
+  EXPECT_THAT(readerReport(run), AllOf(HasSubstr(">Canvix ended normally at "), HasSubstr(">The machine slept 1 time<"),
+                                       HasSubstr("<dd>previous</dd>"), Not(HasSubstr("Missing or damaged"))));
 
   // Encoded files show in the clear which session and process they belong to, and nothing else.
   for (const auto& log : {run.initial, run.watchdog, run.session}) {

@@ -58,6 +58,15 @@ inline Lines readLog(const std::filesystem::path& path) {
   return lines;
 }
 
+/// The page that the log reader makes of the run's folder; what it ended with when that is not 0.
+inline std::string readerReport(const RunFolder& run) {
+  const auto page = run.folder / L"report \u65E5\U0001F600.html";
+  ChildProcess reader(L"sentiq-logs.exe",
+                      L"report \"" + run.session.parent_path().wstring() + L"\" -o \"" + page.wstring() + L"\"");
+  const auto code = reader.wait(std::chrono::seconds(60));
+  return code == 0u ? readFile(page) : "exit code " + (code ? std::to_string(*code) : "missing");
+}
+
 /// How many lines of the log are this one.
 inline std::ptrdiff_t count(const std::filesystem::path& log, const std::string& line) {
   const Lines lines = readLog(log);

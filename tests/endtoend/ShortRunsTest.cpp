@@ -16,6 +16,8 @@ namespace sentiq::test {
 namespace {
 
 using namespace std::chrono_literals;
+using testing::AllOf;
+using testing::HasSubstr;
 
 constexpr auto program = L"CanvixSentiq.exe";
 
@@ -101,6 +103,10 @@ TEST(ShortRuns, WithoutTheWatchdogOnlyTheSessionLogIsWritten) {
     EXPECT_EQ(sample["processId"], canvix.pid());
     EXPECT_EQ(sample["status"], "Running");
     EXPECT_EQ(lines[3], exitLine);
+    EXPECT_THAT(readerReport(run),
+                AllOf(HasSubstr(">Canvix ended at "), HasSubstr("<dd>session-\u00FC</dd>"),
+                      HasSubstr("CanvixSentiqSession \u00FC\u65E5\U0001F600.log (session log, 4 lines)"),
+                      HasSubstr("<li>No watchdog log</li>")));
   }
 }
 

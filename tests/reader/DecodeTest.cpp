@@ -62,6 +62,7 @@ TEST(Decode, TellsPlainEncodedAndDamagedLinesApart) {
       {"complete but for its line end", encoded + encodeText(entry), entry + "\n" + encodeText(entry), exitDamaged},
       {"a foreign byte within", encoded.substr(0, 40) + "*" + encoded.substr(40), "", exitDamaged},
       {"beginning lost", encoded + encodeText(entry).substr(4) + "\n", "", exitDamaged},
+      {"bytes that are no text", entry + "\n\xff\x80\n", entry + "\n\xff\x80\n", exitDamaged},
       {"NUL bytes after a power loss", entry + "\n" + std::string(20, '\0') + "\n", "", exitDamaged},
   };
   for (const Case& c : cases) {
@@ -145,7 +146,7 @@ testing::AssertionResult comesToHold(SharedOutput& output, const std::string& te
 }
 
 TEST(Decode, FollowsAFileThatAppearsIsEmptiedAndIsDeleted) {
-  const SampleFolder folder("sentiq-reader-follow");
+  const SampleFolder folder;
   SharedOutput output;
   std::ostringstream messages;
   std::atomic<bool> stop{false};
