@@ -4,17 +4,22 @@
 #include <psapi.h>
 #include <tlhelp32.h>
 
+#include <atomic>
 #include <chrono>
 #include <cstdio>
 #include <filesystem>
-#include <string>
+#include <functional>
+#include <memory>
+#include <vector>
 
+#include "capture/CaptureSettings.h"
+#include "capture/DataCapture.h"
 #include "capture/MetricCode.h"
-#include "capture/MetricRecord.h"
 #include "capture/SystemInfoWindows.h"
 #include "capture/TargetProcessWindows.h"
 #include "logging/UniqueHandle.h"
 #include "logging/WatchdogLog.h"
+#include "tests/support/TestFiles.h"
 #include "watchdog/EventLogReader.h"
 
 namespace {
@@ -40,31 +45,51 @@ Holdings holdings() {
   return now;
 }
 
-void sample() {
-  sentiq::SystemInfoWindows system;
-  sentiq::TargetProcessWindows process;
-  process.setProcessId(GetCurrentProcessId());
-  sentiq::SystemMetrics systemMetrics;
-  sentiq::ProcessMetrics processMetrics;
-  system.getDiskSpace(systemMetrics.totalDiskSpace, systemMetrics.usedDiskSpace, systemMetrics.freeDiskSpace);
-  system.getSwapMemory(systemMetrics.totalSwapMemory, systemMetrics.usedSwapMemory, systemMetrics.freeSwapMemory);
-  systemMetrics.batteryPercentage = system.getBatteryPercentage();
-  processMetrics.status = process.getStatus();
-  processMetrics.processName = process.getProcessName();
-  std::string record;
-  sentiq::buildMetricRecord(systemMetrics, processMetrics, record, sentiq::defaultMetricSelection());
+// Adapters apart: under Wine each look at them starts a graphics library.
+class SystemWithoutAdapters : public sentiq::SystemInfoWindows {
+ public:
+  explicit SystemWithoutAdapters(std::atomic<int>& samples) : samples_(samples) {}
+  void getGpuInfo(std::vector<sentiq::GpuInfo>& /*adapters*/) override { ++samples_; }
+
+ private:
+  std::atomic<int>& samples_;
+};
+
+// Through the capture loop, without its pauses, into a session log; the program watches itself.
+void takeSamples(int count, const std::filesystem::path& log) {
+  std::atomic<int> samples = 0;
+  sentiq::DataCapture capture(std::make_unique<SystemWithoutAdapters>(samples),
+                              std::make_unique<sentiq::TargetProcessWindows>(), std::chrono::milliseconds(0));
+  sentiq::CaptureSettings settings;
+  settings.processId = GetCurrentProcessId();
+  settings.sessionLogPath = log.wstring();
+  settings.metrics = sentiq::defaultMetricSelection();
+  capture.start(settings);
+  while (samples < count) {
+    Sleep(10);
+  }
+  capture.stop(/*processGone=*/false);
+}
+
+void lookAtAdapters(int times) {
+  for (int i = 0; i < times; ++i) {
+    std::vector<sentiq::GpuInfo> adapters;
+    sentiq::SystemInfoWindows().getGpuInfo(adapters);
+  }
+}
+
+void dump(int times) {
+  for (int i = 0; i < times; ++i) {
+    sentiq::dumpEventLogs();
+    sentiq::truncateLog(sentiq::LogTarget::WatchdogLog);
+  }
 }
 
 // The first tenth warms up what the system and the runtime library keep.
-template <typename Work>
-void measure(const char* what, int times, Work work) {
-  for (int i = 0; i < times / 10; ++i) {
-    work();
-  }
+void measure(const char* what, int times, const std::function<void(int)>& work) {
+  work(times / 10);
   const Holdings before = holdings();
-  for (int i = 0; i < times; ++i) {
-    work();
-  }
+  work(times);
   const Holdings after = holdings();
   std::printf("growth over %s|-|%+ld handles, %+d threads, %+.2f MiB private|none|\n", what,
               static_cast<long>(after.handles) - static_cast<long>(before.handles),
@@ -75,17 +100,9 @@ void measure(const char* what, int times, Work work) {
 }  // namespace
 
 int main() {
-  const auto log = std::filesystem::temp_directory_path() / "sentiq-growth.log";
-  sentiq::configureWatchdogLog(1, log.wstring(), L"", true);
-  // Adapters apart: under Wine each look at them starts a graphics library.
-  measure("10,000 samples without adapters", 10'000, sample);
-  measure("200 looks at the adapters", 200, [] {
-    std::vector<sentiq::GpuInfo> adapters;
-    sentiq::SystemInfoWindows().getGpuInfo(adapters);
-  });
-  measure("1,000 dumps of the event log", 1'000, [&] {
-    sentiq::dumpEventLogs();
-    sentiq::truncateLog(sentiq::LogTarget::WatchdogLog);
-  });
-  std::filesystem::remove(log);
+  const sentiq::test::TempFolder folder;
+  sentiq::configureWatchdogLog(1, (folder / "watchdog.log").wstring(), L"", true);
+  measure("10,000 samples without adapters", 10'000, [&](int times) { takeSamples(times, folder / "session.log"); });
+  measure("200 looks at the adapters", 200, lookAtAdapters);
+  measure("1,000 dumps of the event log", 1'000, dump);
 }

@@ -2,29 +2,24 @@
 // loop, so that what the machine does meanwhile falls on both.
 #include <windows.h>
 
-#include <algorithm>
 #include <chrono>
-#include <cstddef>
 #include <cstdio>
 #include <filesystem>
 #include <string>
 #include <vector>
 
 #include "bench/BareFile.h"
+#include "bench/Median.h"
 #include "logging/WatchdogLog.h"
 
 namespace {
 
 using Clock = std::chrono::steady_clock;
 
-double median(std::vector<double> values) {
-  std::nth_element(values.begin(), values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2), values.end());
-  return values[values.size() / 2];
-}
-
 }  // namespace
 
 int main() {
+  using sentiq::bench::median;
   const auto folder = std::filesystem::temp_directory_path() / "sentiq-line-bench";
   std::filesystem::create_directories(folder);
   const auto lineLog = (folder / "line.log").wstring();

@@ -9,7 +9,7 @@ export DISPLAY=:$display_number
 
 # A process that stays, started with no pipe of ours: Wine's own service processes inherit the pipes of whoever starts
 # them, and whoever reads such a pipe (ctest does) would wait for them.
-"$root/scripts/wine" "$build/windows/Canvix.exe" 86400 </dev/null >/dev/null 2>&1 &
+"$root/scripts/wine" "$build/${windows_tree:-windows}/Canvix.exe" 86400 </dev/null >/dev/null 2>&1 &
 
 stop_display() {
   [ -n "$display_pid" ] || return 0

@@ -1,0 +1,148 @@
+// The capture loop and the watchdog log at a thousand times their rate: a sample every 10 milliseconds, and from two
+// threads, to both watchdog logs, two lines in that time. Afterwards every line must be there, whole and in order, and
+// the process must hold no more than it did after its first quarter.
+//   Soak [SECONDS]    two minutes without one; prints one row of the table; exit code 1 when anything is wrong
+#include <chrono>
+#include <cstddef>
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <stdexcept>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include <nlohmann/json.hpp>
+
+#include "capture/CaptureSettings.h"
+#include "capture/MetricCode.h"
+#include "logging/WatchdogLog.h"
+#include "tests/capture/FakeProviders.h"
+#include "tests/support/Decode.h"
+#include "tests/support/TestFiles.h"
+
+namespace {
+
+using namespace std::chrono_literals;
+using Clock = std::chrono::steady_clock;
+using sentiq::LogTarget;
+
+constexpr auto interval = 10ms;
+
+void require(bool holds, const std::string& what) {
+  if (!holds) {
+    throw std::runtime_error(what);
+  }
+}
+
+struct Holdings {
+  std::ptrdiff_t files = 0;
+  std::ptrdiff_t threads = 0;
+  long privateKibibytes = 0;
+};
+
+Holdings holdings() {
+  const auto entries = [](const char* folder) {
+    return std::distance(std::filesystem::directory_iterator(folder), std::filesystem::directory_iterator());
+  };
+  Holdings now{entries("/proc/self/fd"), entries("/proc/self/task"), 0};
+  std::ifstream status("/proc/self/status");
+  for (std::string word; status >> word;) {
+    if (word == "RssAnon:") {
+      status >> now.privateKibibytes;
+    }
+  }
+  return now;
+}
+
+std::string messageOf(int number) {
+  return "line " + std::to_string(number) + ' ' + std::string(static_cast<std::size_t>(number % 500), 'm');
+}
+
+int writeWatchdogLines(LogTarget target, Clock::time_point end) {
+  int lines = 0;
+  for (auto next = Clock::now(); next < end; next += interval) {
+    std::this_thread::sleep_until(next);
+    sentiq::writeLogLine(messageOf(lines++), /*isSystem=*/true, sentiq::LogLevel::Info, target);
+  }
+  return lines;
+}
+
+void checkWatchdogLog(const std::filesystem::path& file, int written) {
+  const std::vector<std::string> lines = sentiq::test::linesOf(sentiq::test::readFile(file));
+  require(lines.size() == static_cast<std::size_t>(written), "a watchdog log lost lines");
+  for (int i = 0; i < written; ++i) {
+    const std::string line = sentiq::test::decodeLine(lines[static_cast<std::size_t>(i)]);
+    require(sentiq::test::masked(line) == sentiq::test::stamp + " [SYSTEM] [INFO]: " + messageOf(i),
+            "a watchdog log has a torn line: " + line);
+  }
+}
+
+// Two header lines, the records, and the closing line, which one more record may follow.
+void checkSessionLog(const std::filesystem::path& file, int samples) {
+  const std::vector<std::string> lines = sentiq::test::linesOf(sentiq::test::readFile(file));
+  require(lines.size() == static_cast<std::size_t>(samples) + 3, "the session log lost lines");
+  int records = 0;
+  for (std::size_t i = 2; i < lines.size(); ++i) {
+    const std::string line = sentiq::test::decodeLine(lines[i]);
+    const nlohmann::json record = nlohmann::json::parse(line, nullptr, /*allow_exceptions=*/false);
+    require(record.is_object() || line.ends_with(" Exit Status - Canvix is no longer alive"),
+            "the session log has a torn line: " + line);
+    records += record.is_object() ? 1 : 0;
+  }
+  require(records == samples, "the session log lost records");
+}
+
+void soak(std::chrono::seconds duration) {
+  const sentiq::test::TempFolder folder;
+  sentiq::test::FakeFigures figures;
+  figures.adapters.resize(2);
+  sentiq::CaptureSettings settings;
+  settings.processId = 4242;
+  settings.sessionLogPath = (folder / "session.log").wstring();
+  settings.encodeLogs = true;
+  settings.metrics = sentiq::defaultMetricSelection();
+  sentiq::configureWatchdogLog(4242, (folder / "watchdog.log").wstring(), (folder / "initial.log").wstring(), true);
+
+  const auto capture = sentiq::test::fakeCapture(figures, interval);
+  const auto start = Clock::now();
+  capture->start(settings);
+  int watchdogLines = 0;
+  int initialLines = 0;
+  std::thread watchdog([&] { watchdogLines = writeWatchdogLines(LogTarget::WatchdogLog, start + duration); });
+  std::thread initial([&] { initialLines = writeWatchdogLines(LogTarget::WatchdogInitialLog, start + duration); });
+  holdings();  // Once before, for what reading them takes itself.
+  std::this_thread::sleep_until(start + duration / 4);
+  const Holdings before = holdings();
+  std::this_thread::sleep_until(start + duration - 1s);
+  const Holdings after = holdings();
+  watchdog.join();
+  initial.join();
+  capture->stop(/*processGone=*/true);
+
+  checkSessionLog(folder / "session.log", figures.samples);
+  checkWatchdogLog(folder / "watchdog.log", watchdogLines);
+  checkWatchdogLog(folder / "initial.log", initialLines);
+  const auto files = after.files - before.files;
+  const auto threads = after.threads - before.threads;
+  const auto kibibytes = after.privateKibibytes - before.privateKibibytes;
+  std::printf(
+      "soak of capture loop and watchdog log, %lld s at 1,000 times the rate|-|"
+      "%d records and %d lines, none lost or torn; %+td files, %+td threads, %+ld KiB private|none|\n",
+      static_cast<long long>(duration.count()), figures.samples.load(), watchdogLines + initialLines, files, threads,
+      kibibytes);
+  require(files <= 0 && threads <= 0 && kibibytes <= 64, "the process holds more than after its first quarter");
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  try {
+    soak(std::chrono::seconds(argc > 1 ? std::atoi(argv[1]) : 120));
+  } catch (const std::exception& error) {
+    std::fprintf(stderr, "%s\n", error.what());
+    return 1;
+  }
+}
