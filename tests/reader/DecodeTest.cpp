@@ -83,22 +83,6 @@ TEST(Decode, LosesNoByteOfAnyLength) {
   }
 }
 
-TEST(LineSplitter, CutsTheSameLinesWhereverTheBlocksEnd) {
-  const std::string bytes = "one\r\n\ntwo\nrest";
-  for (std::size_t size = 1; size <= bytes.size(); ++size) {
-    LineSplitter splitter;
-    std::string seen;
-    const auto visit = [&](const Line& line) {
-      seen += std::to_string(line.number) + std::string(line.text) + (line.whole ? "|" : "?");
-    };
-    for (std::size_t i = 0; i < bytes.size(); i += size) {
-      splitter.feed(std::string_view(bytes).substr(i, size), visit);
-    }
-    splitter.finish(visit);
-    EXPECT_EQ(seen, "1one|2|3two|4rest?") << "blocks of " << size;
-  }
-}
-
 TEST(Decode, PassesOnALineOfAnyLengthInBoundedPieces) {
   const std::string block(1U << 20, 'x');
   LineSplitter splitter;
@@ -114,6 +98,17 @@ TEST(Decode, PassesOnALineOfAnyLengthInBoundedPieces) {
   splitter.feed("\nend\n", visit);
   EXPECT_EQ(total, 40 * block.size() + 5);
   EXPECT_LE(longest, LineSplitter::longestLine + block.size());
+}
+
+TEST(Decode, EndsALineThatTheLogBeforeLeftUnfinished) {
+  const SampleFolder folder;
+  std::istringstream noInput;
+  std::ostringstream out;
+  std::ostringstream messages;
+  Progress progress(nullptr);
+  decodeLogs({{folder.write("a.log", entry), folder.write("b.log", encoded)}, /*follow=*/false, {}, /*colour=*/false},
+             noInput, out, messages, progress, stopRequested());
+  EXPECT_EQ(out.str(), "a.log  " + entry + "\nb.log  " + entry + "\n");
 }
 
 // Output that another thread looks at.
