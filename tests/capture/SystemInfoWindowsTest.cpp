@@ -3,15 +3,11 @@
 
 #include <dxgi.h>
 
-#include <cstdint>
 #include <cstdlib>
 #include <ctime>
-#include <string>
-#include <vector>
-
-#include <gtest/gtest.h>
 
 #include "capture/SystemInfoWindows.h"
+#include "tests/support/Test.h"
 
 namespace {
 

@@ -5,17 +5,9 @@
 #include <sddl.h>
 #include <tlhelp32.h>
 
-#include <algorithm>
 #include <atomic>
-#include <chrono>
-#include <cstdint>
 #include <ctime>
-#include <memory>
 #include <set>
-#include <string>
-#include <vector>
-
-#include <gtest/gtest.h>
 
 #include "capture/CaptureSettings.h"
 #include "capture/DataCapture.h"
@@ -24,6 +16,7 @@
 #include "capture/TargetProcessWindows.h"
 #include "tests/support/ChildProcess.h"
 #include "tests/support/SystemCalls.h"
+#include "tests/support/Test.h"
 #include "tests/support/TestFiles.h"
 
 namespace {

@@ -1,21 +1,12 @@
 // Faults that the unchanged program must survive: exit code 0, no line lost that could be written, no hang.
-#include <windows.h>
-
-#include <algorithm>
-#include <chrono>
 #include <cstdlib>
-#include <filesystem>
-#include <fstream>
 #include <functional>
 #include <list>
-#include <memory>
-#include <string>
-#include <thread>
 
-#include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 
 #include "tests/endtoend/RunTest.h"
+#include "tests/support/Test.h"
 
 namespace sentiq::test {
 namespace {

@@ -1,16 +1,8 @@
 // The whole run with everything on. It takes over two minutes: the program stays for a second dump 120 s after Canvix.
-#include <windows.h>
-
-#include <algorithm>
-#include <chrono>
-#include <cstddef>
-#include <string>
-
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 
 #include "tests/endtoend/RunTest.h"
+#include "tests/support/Test.h"
 
 namespace sentiq::test {
 namespace {

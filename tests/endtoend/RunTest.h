@@ -1,19 +1,11 @@
 // What the end-to-end tests share: a run of the unchanged program in a folder of its own, and what it left behind.
 #pragma once
 
-#include <windows.h>
-
-#include <algorithm>
-#include <chrono>
-#include <cstddef>
-#include <filesystem>
-#include <string>
-#include <vector>
-
 #include "logging/LogEncoding.h"
 #include "tests/support/ChildProcess.h"
 #include "tests/support/Decode.h"
 #include "tests/support/SystemCalls.h"
+#include "tests/support/Test.h"
 #include "tests/support/TestFiles.h"
 
 namespace sentiq::test {

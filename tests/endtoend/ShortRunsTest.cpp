@@ -1,16 +1,8 @@
 // Runs of the unchanged program that end within seconds.
-#include <windows.h>
-
-#include <chrono>
-#include <filesystem>
-#include <fstream>
-#include <string>
-
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 
 #include "tests/endtoend/RunTest.h"
+#include "tests/support/Test.h"
 
 namespace sentiq::test {
 namespace {

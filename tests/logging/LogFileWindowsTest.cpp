@@ -1,14 +1,8 @@
 // What only the system's own file sharing shows.
-#include <windows.h>
-
-#include <filesystem>
-#include <string>
-
-#include <gtest/gtest.h>
-
 #include "logging/UniqueHandle.h"
 #include "logging/WatchdogLog.h"
 #include "tests/support/SystemCalls.h"
+#include "tests/support/Test.h"
 #include "tests/support/TestFiles.h"
 
 namespace {

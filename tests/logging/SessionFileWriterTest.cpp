@@ -1,13 +1,9 @@
-#include <filesystem>
 #include <stdexcept>
-#include <string>
-#include <vector>
-
-#include <gtest/gtest.h>
 
 #include "logging/SessionFileWriter.h"
 #include "logging/TextConversion.h"
 #include "tests/support/Decode.h"
+#include "tests/support/Test.h"
 #include "tests/support/TestFiles.h"
 
 namespace sentiq {

@@ -9,13 +9,10 @@
 #include <map>
 #include <random>
 #include <sstream>
-#include <string>
-#include <vector>
-
-#include <gtest/gtest.h>
 
 #include "logging/TextConversion.h"
 #include "startup/LaunchOptions.h"
+#include "tests/support/Test.h"
 
 namespace sentiq {
 namespace {

@@ -1,16 +1,8 @@
 // The readers, unchanged, on the stand-in for the system's event log.
-#include <windows.h>
-
-#include <filesystem>
-#include <fstream>
-#include <string>
-#include <vector>
-
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 
 #include "logging/WatchdogLog.h"
+#include "tests/support/Test.h"
 #include "tests/support/TestFiles.h"
 #include "watchdog/EventLogReader.h"
 

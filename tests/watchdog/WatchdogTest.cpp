@@ -3,21 +3,13 @@
 
 #include <winevt.h>
 
-#include <algorithm>
-#include <chrono>
-#include <filesystem>
 #include <functional>
 #include <stdexcept>
-#include <string>
-#include <thread>
-#include <vector>
-
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include "logging/WatchdogLog.h"
 #include "tests/support/ChildProcess.h"
 #include "tests/support/SystemCalls.h"
+#include "tests/support/Test.h"
 #include "tests/support/TestFiles.h"
 #include "watchdog/PowerEventListener.h"
 #include "watchdog/Watchdog.h"
