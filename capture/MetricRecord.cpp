@@ -2,10 +2,8 @@
 
 #include <chrono>
 #include <cstdint>
+#include <cstdio>
 #include <exception>
-#include <iomanip>
-#include <locale>
-#include <sstream>
 #include <string>
 
 #include <nlohmann/json.hpp>
@@ -87,14 +85,11 @@ void buildMetricRecord(const SystemMetrics& systemMetrics, const ProcessMetrics&
 }
 
 std::string elapsedTimeText(std::chrono::sys_seconds start, std::chrono::sys_seconds now) {
-  using namespace std::chrono;
-  const seconds elapsed = now - start;
-  const auto wholeDays = duration_cast<days>(elapsed);
-  std::ostringstream text;
-  text.imbue(std::locale::classic());
-  text << wholeDays.count() << ' ' << std::setfill('0') << std::setw(2) << (elapsed - wholeDays) / hours{1} << ':'
-       << std::setw(2) << elapsed % hours{1} / minutes{1} << ':' << std::setw(2) << (elapsed % minutes{1}).count();
-  return text.str();
+  const long long elapsed = (now - start).count();
+  char text[64];
+  std::snprintf(text, sizeof text, "%lld %02lld:%02lld:%02lld", elapsed / 86400, elapsed % 86400 / 3600,
+                elapsed % 3600 / 60, elapsed % 60);
+  return text;
 }
 
 }  // namespace sentiq

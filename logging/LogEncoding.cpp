@@ -40,9 +40,9 @@ std::uint32_t byteAt(std::string_view bytes, std::size_t i) {
   return static_cast<unsigned char>(bytes[i]);
 }
 
-// Writes encodedSize(bytes.size()) characters at out and returns what follows them.
+// Writes encodedSize(bytes.size()) characters at out.
 template <std::size_t groups>
-char* encodeBytes(std::string_view bytes, const std::array<std::uint32_t, groups>& key, char* out) {
+void encodeBytes(std::string_view bytes, const std::array<std::uint32_t, groups>& key, char* out) {
   std::size_t group = 0;
   std::size_t i = 0;
   for (; bytes.size() - i >= 3; i += 3) {
@@ -60,9 +60,7 @@ char* encodeBytes(std::string_view bytes, const std::array<std::uint32_t, groups
     std::memcpy(out, digitPairs[word >> 12].data(), 2);
     out[2] = left == 2 ? base64Alphabet[word >> 6 & 63] : '=';
     out[3] = '=';
-    out += 4;
   }
-  return out;
 }
 
 // Calls visit(line) for each line, split as a stream's line reading does.
@@ -78,16 +76,16 @@ void forEachLine(std::string_view text, Visit visit) {
 }  // namespace
 
 std::string encodeText(std::string_view text) {
-  if (text.empty()) {
-    return {};
-  }
-  std::size_t size = 0;
-  forEachLine(text, [&](std::string_view line) { size += encodedSize(line.size()) + 1; });
-  std::string encoded(size, '\n');
-  char* out = encoded.data();
-  // Steps over the newline that already stands behind each line.
-  forEachLine(text, [&](std::string_view line) { out = encodeBytes(line, logKeyGroups, out) + 1; });
-  encoded.pop_back();
+  std::string encoded;
+  encoded.reserve(encodedSize(text.size()));  // Enough for a single line, and nearly so for several.
+  forEachLine(text, [&](std::string_view line) {
+    if (line.data() != text.data()) {
+      encoded += '\n';
+    }
+    const std::size_t start = encoded.size();
+    encoded.resize(start + encodedSize(line.size()));
+    encodeBytes(line, logKeyGroups, encoded.data() + start);
+  });
   return encoded;
 }
 
