@@ -242,18 +242,19 @@ std::vector<std::string> problemsOf(const LogSet& logs) {
   return problems;
 }
 
-nlohmann::ordered_json evidenceOf(const LogSet& logs, const Outcome& outcome) {
+// Empty when no single entry tells.
+std::vector<std::pair<std::string, std::string>> evidenceOf(const LogSet& logs, const Outcome& outcome) {
   if (outcome.evidence == nullptr) {
-    return nullptr;
+    return {};
   }
   const LogEntry& entry = *outcome.evidence;
-  nlohmann::ordered_json evidence{{"time", isoTime(*entry.time, entry.offset)}};
+  std::vector<std::pair<std::string, std::string>> evidence{{"time", isoTime(*entry.time, entry.offset)}};
   if (entry.meaning == Meaning::Crash) {
     const CrashPlace place = crashPlace(logs.events[*entry.event]);
-    evidence["module"] = place.module;
-    evidence["moduleVersion"] = place.version;
-    evidence["exception"] = place.exception;
-    evidence["offset"] = place.offset;
+    evidence.insert(evidence.end(), {{"module", place.module},
+                                     {"moduleVersion", place.version},
+                                     {"exception", place.exception},
+                                     {"offset", place.offset}});
   }
   return evidence;
 }
@@ -307,7 +308,10 @@ std::string summaryText(const Summary& summary, bool colour) {
 }
 
 std::string summaryJson(const Summary& summary) {
-  nlohmann::ordered_json object{{"outcome", summary.outcome}, {"evidence", summary.evidence}};
+  nlohmann::ordered_json object{{"outcome", summary.outcome}, {"evidence", nullptr}};
+  for (const auto& [key, value] : summary.evidence) {
+    object["evidence"][key] = value;
+  }
   for (const Statement& statement : summary.statements) {
     object["statements"].push_back({{"severity", severityName(statement.severity)}, {"text", statement.text}});
   }

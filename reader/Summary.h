@@ -2,6 +2,7 @@
 #pragma once
 
 #include <string>
+#include <utility>
 #include <vector>
 
 #include <nlohmann/json.hpp>
@@ -25,8 +26,8 @@ struct Fact {
 
 struct Summary {
   std::string outcome;  // One word for scripts: crashed, hung, ended, shutdown, power-loss, asleep or unknown.
-  nlohmann::ordered_json evidence;    // When, and of a crash where; null when no single entry tells.
-  std::vector<Statement> statements;  // Never empty; the first one is what happened.
+  std::vector<std::pair<std::string, std::string>> evidence;  // For scripts: when, and of a crash where.
+  std::vector<Statement> statements;                          // Never empty; the first one is what happened.
   std::vector<Fact> facts;
   std::vector<std::string> gaps;      // In the records.
   std::vector<std::string> problems;  // Files missing or damaged.
