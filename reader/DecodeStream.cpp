@@ -86,9 +86,10 @@ void DecodeStream::write(const Line& line) {
 
 void DecodeStream::report(const Line& line) {
   ++damagedLines_;
-  messages_ << "sentiq-logs: " << name_ << ':' << line.number
-            << (line.whole ? ": damaged line, passed on as it is\n"
-                           : ": unfinished or overlong line, passed on as it is\n");
+  // One piece, since standard error is written through piece by piece.
+  messages_ << "sentiq-logs: " + name_ + ':' + std::to_string(line.number) +
+                   (line.whole ? ": damaged line, passed on as it is\n"
+                               : ": unfinished or overlong line, passed on as it is\n");
 }
 
 }  // namespace sentiq
