@@ -5,6 +5,7 @@
 #include <dxgi.h>
 
 #include <algorithm>
+#include <cstddef>
 #include <cstdint>
 #include <ctime>
 #include <iterator>

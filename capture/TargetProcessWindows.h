@@ -15,7 +15,8 @@ class TargetProcessWindows : public TargetProcess {
  public:
   void setProcessId(std::uint32_t pid) override;
 
-  /// In the machine's code page.
+  /// In the machine's code page. The system answers only who may also read the process's memory; that right is not
+  /// asked for, so another process's name is "Unknown" there.
   std::string getProcessName() override;
 
   std::uint32_t getProcessId() override;

@@ -16,11 +16,11 @@ foreach(program CanvixSentiq sentiq-logs)
   endif()
 endforeach()
 
-execute_process(COMMAND git log -1 --format=%ct WORKING_DIRECTORY "${PROJECT_SOURCE_DIR}" OUTPUT_VARIABLE commit_time
-  OUTPUT_STRIP_TRAILING_WHITESPACE)
 file(WRITE "${CMAKE_BINARY_DIR}/FixTimes.cmake" "
+execute_process(COMMAND git log -1 --format=%ct WORKING_DIRECTORY \"${PROJECT_SOURCE_DIR}\" OUTPUT_VARIABLE time
+  OUTPUT_STRIP_TRAILING_WHITESPACE COMMAND_ERROR_IS_FATAL ANY)
 file(GLOB_RECURSE files LIST_DIRECTORIES true \"\${CPACK_TEMPORARY_DIRECTORY}/*\")
-execute_process(COMMAND touch --no-dereference --date=@${commit_time} \${files})
+execute_process(COMMAND touch --no-dereference --date=@\${time} \${files} COMMAND_ERROR_IS_FATAL ANY)
 ")
 
 set(CPACK_GENERATOR ZIP)
@@ -30,5 +30,7 @@ set(CPACK_PACKAGE_FILE_NAME "CanvixSentiq-${PROJECT_VERSION}-windows-x64")
 set(CPACK_ARCHIVE_COMPONENT_INSTALL ON)
 set(CPACK_COMPONENTS_ALL program symbols)
 set(CPACK_COMPONENT_INCLUDE_TOPLEVEL_DIRECTORY OFF)
-set(CPACK_PRE_BUILD_SCRIPTS "${CMAKE_BINARY_DIR}/FixTimes.cmake")
+if(NOT MSVC)  # There is no touch.
+  set(CPACK_PRE_BUILD_SCRIPTS "${CMAKE_BINARY_DIR}/FixTimes.cmake")
+endif()
 include(CPack)

@@ -15,7 +15,8 @@ if(WIN32)
 endif()
 if(MSVC)
   target_compile_options(sentiq_options INTERFACE /W4 /permissive- /utf-8 /Zc:__cplusplus)
-  target_compile_definitions(sentiq_options INTERFACE _SILENCE_CXX17_CODECVT_HEADER_DEPRECATION_WARNING)
+  target_compile_definitions(sentiq_options INTERFACE _SILENCE_CXX17_CODECVT_HEADER_DEPRECATION_WARNING
+    _CRT_SECURE_NO_WARNINGS)
   if(SENTIQ_WARNINGS_AS_ERRORS)
     target_compile_options(sentiq_options INTERFACE /WX)
   endif()
@@ -24,9 +25,8 @@ else()
   if(SENTIQ_WARNINGS_AS_ERRORS)
     target_compile_options(sentiq_options INTERFACE -Werror)
   endif()
-  # Each function in a section of its own, so that the linker drops what nobody calls.
+  # Each function in a section of its own, so that the linker can drop what nobody calls.
   target_compile_options(sentiq_options INTERFACE -ffunction-sections -fdata-sections)
-  target_link_options(sentiq_options INTERFACE -Wl,--gc-sections)
   # No path of the machine that built it ends up in a program.
   target_compile_options(sentiq_options INTERFACE "-ffile-prefix-map=${PROJECT_SOURCE_DIR}=.")
 endif()
@@ -49,7 +49,8 @@ if(SENTIQ_SANITIZE)
 endif()
 
 # Code that ends up in a shipped program: debug symbols, and objects for linking with and without link-time optimisation.
-# Tests link without it, and the first definition counts: so a test can take the place of a single system call.
+# Tests link without it, and the first definition counts: so a test can take the place of a single system call. They keep
+# every section, because dropping the import that is no longer called would shift those behind it.
 if(WIN32 AND NOT MSVC)
   set(sentiq_shipped_options -g $<$<CONFIG:Release>:-flto=auto> $<$<CONFIG:Release>:-ffat-lto-objects>)
   set(sentiq_test_link_options -fno-lto -Wl,--allow-multiple-definition)
@@ -62,8 +63,12 @@ function(sentiq_library name)
   target_compile_options(${name} PRIVATE ${sentiq_shipped_options})
 endfunction()
 
-# sentiq_program(NAME): finishes a program that is shipped: link-time optimisation, and its debug symbols in a file beside it.
+# sentiq_program(NAME): finishes a program that is shipped: what nobody calls is dropped, link-time optimisation, and its
+# debug symbols in a file beside it.
 function(sentiq_program name)
+  if(NOT MSVC)
+    target_link_options(${name} PRIVATE -Wl,--gc-sections)
+  endif()
   if(MSVC)
     set_property(TARGET ${name} PROPERTY INTERPROCEDURAL_OPTIMIZATION_RELEASE ON)
   elseif(WIN32)

@@ -1,6 +1,5 @@
 #include "logging/TextConversion.h"
 
-#include <codecvt>
 #include <cstddef>
 #include <filesystem>
 #include <locale>
@@ -9,12 +8,12 @@
 #include <string_view>
 #include <type_traits>
 
+#include "logging/Utf8Facet.h"
+
 namespace sentiq {
 namespace {
 
-// codecvt_utf8 rejects surrogate pairs where wchar_t has 16 bits; the UTF-16 facet converts them.
-using Facet = std::conditional_t<sizeof(wchar_t) == 2, std::codecvt_utf8_utf16<wchar_t>, std::codecvt_utf8<wchar_t>>;
-using Converter = std::wstring_convert<Facet>;
+using Converter = std::wstring_convert<Utf8Facet>;
 
 // A text that ends in the middle of a character is not an error to every runtime library: it just stops early.
 void requireWhole(const Converter& converter, std::size_t size) {

@@ -5,8 +5,11 @@
 #include <cstdio>
 #include <cstdlib>
 #include <ctime>
+#include <iomanip>
+#include <locale>
 #include <optional>
 #include <ratio>
+#include <sstream>
 #include <string>
 
 #include "logging/LocalTime.h"
@@ -18,10 +21,12 @@ using Ticks = std::chrono::duration<std::int64_t, std::ratio<1, 10'000'000>>;
 
 constexpr const char* isoFormat = "%Y-%m-%dT%H:%M:%S";
 
-// English names: nothing in the program leaves the runtime library's "C" locale.
+// In the classic locale, whatever the global one is: names are English.
 std::string format(const std::tm& local, const char* format) {
-  char text[64];
-  return {text, std::strftime(text, sizeof text, format, &local)};
+  std::ostringstream text;
+  text.imbue(std::locale::classic());
+  text << std::put_time(&local, format);
+  return text.str();
 }
 
 std::string threeDigits(std::uint64_t number) {

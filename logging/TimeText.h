@@ -25,8 +25,7 @@ std::string lastBootTime();
 /// @param now seconds since 1970, UTC. @param secondsWest from local standard time to UTC.
 std::string lastBootTime(std::int64_t now, std::uint64_t uptimeMs, std::int32_t secondsWest);
 
-/// Local time in std::strftime's notation with English names; empty when the instant cannot be converted or the text
-/// has 64 bytes or more.
+/// Local time in std::put_time's notation with English names; empty when the instant cannot be converted.
 /// @param seconds since 1970, UTC.
 std::string formatLocalTime(std::int64_t seconds, const std::string& format);
 

@@ -1,5 +1,6 @@
 #include "logging/WatchdogLog.h"
 
+#include <atomic>
 #include <cstdint>
 #include <filesystem>
 #include <mutex>
@@ -19,13 +20,15 @@ struct Configuration {
   std::filesystem::path watchdogLog;
   std::filesystem::path initialLog;
   bool encodeLogs = false;
+  const Configuration* replaced = nullptr;  // Kept: a thread may still read it.
 };
 
-// Process-wide: written once by configureWatchdogLog, read by every thread that logs. Never destroyed,
-// because threads of the watchdog may still write while the process ends.
-Configuration& configuration() {
-  static auto* const instance = new Configuration;
-  return *instance;
+// Process-wide: published by configureWatchdogLog, read by every thread that logs. Stopping the watchdog writes a line,
+// and may come before or while it is started. Never destroyed, because threads may still write while the process ends.
+std::atomic<const Configuration*> published{new Configuration};
+
+const Configuration& configuration() {
+  return *published.load();
 }
 
 // Process-wide: guards the files, not the configuration.
@@ -73,7 +76,7 @@ void appendLine(LogTarget target, MakeText makeText) {
 
 void configureWatchdogLog(std::int32_t pid, const std::wstring& watchdogLogPath, const std::wstring& initialLogPath,
                           bool encodeLogs) {
-  configuration() = {pid, toPath(watchdogLogPath), toPath(initialLogPath), encodeLogs};
+  published = new Configuration{pid, toPath(watchdogLogPath), toPath(initialLogPath), encodeLogs, published};
 }
 
 // The line carries no process id: the header says it once.

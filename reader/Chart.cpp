@@ -16,7 +16,7 @@ namespace {
 
 constexpr double width = 760;
 constexpr double height = 200;
-constexpr double left = 84;
+constexpr double left = 110;
 constexpr double right = 12;
 constexpr double above = 26;
 constexpr double below = 30;
@@ -48,7 +48,7 @@ class Scale {
 
  private:
   static std::string rounded(double number) {
-    const long tenths = std::lround(number * 10);
+    const long long tenths = std::llround(number * 10);
     return std::to_string(tenths / 10) + '.' + std::to_string(tenths % 10);
   }
 
@@ -58,7 +58,7 @@ class Scale {
 };
 
 std::string showValue(double value, const std::string& unit) {
-  return std::to_string(std::lround(value)) + ' ' + unit;
+  return std::to_string(std::llround(value)) + ' ' + unit;
 }
 
 // The lowest point of each of so many stretches: what runs out is what matters.
@@ -149,8 +149,8 @@ void writeTable(const Chart& chart, std::ostream& out) {
       << R"( as a table</summary><table><thead><tr><th scope="col">Time)"
       << R"(</th><th scope="col">)" << htmlText(chart.unit) << "</th></tr></thead><tbody>\n";
   for (const ChartPoint& point : thinned(chart.points, mostRows)) {
-    out << "<tr><td>" << showTime(point.time, chart.offset) << R"(</td><td class="number">)" << std::lround(point.value)
-        << "</td></tr>\n";
+    out << "<tr><td>" << showTime(point.time, chart.offset) << R"(</td><td class="number">)"
+        << std::llround(point.value) << "</td></tr>\n";
   }
   out << "</tbody></table></details>\n";
 }

@@ -38,6 +38,7 @@ void prepareConsole() {
   _setmode(_fileno(stdout), _O_BINARY);
   SetConsoleOutputCP(CP_UTF8);
   understandColours(STD_OUTPUT_HANDLE);
+  understandColours(STD_ERROR_HANDLE);
 }
 
 // The narrow arguments are in the machine's code page, which cannot hold every file name.

@@ -60,7 +60,7 @@ void follow(const DecodeOptions& options, OutputBlock& out, std::ostream& messag
   for (const std::string& file : options.files) {
     files.emplace_back(pathFromText(file));
   }
-  while (!stop) {
+  while (!stop && out.good()) {
     auto stream = streams.begin();
     for (std::size_t i = 0; i < files.size(); ++i, ++stream) {
       files[i].poll({[&](std::string_view bytes) {

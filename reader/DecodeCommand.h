@@ -18,7 +18,7 @@ struct DecodeOptions {
   bool colour = false;
 };
 
-/// Writes the logs' lines as plain text. With follow it returns only once stop is set.
+/// Writes the logs' lines as plain text. With follow it returns only once stop is set or out fails.
 /// @return the program's exit code.
 int decodeLogs(const DecodeOptions& options, std::istream& standardInput, std::ostream& out, std::ostream& messages,
                Progress& progress, const std::atomic<bool>& stop);

@@ -10,7 +10,7 @@
 namespace sentiq {
 namespace {
 
-constexpr std::size_t blockSize = 1U << 20;
+constexpr std::size_t blockSize = 128U << 10;
 
 }  // namespace
 
@@ -31,7 +31,20 @@ void OutputBlock::append(std::string_view text) {
   advance(text.size());
 }
 
+void OutputBlock::beginLine() {
+  if (used_ > 0 ? block_[used_ - 1] != '\n' : !flushedLine_) {
+    append("\n");
+  }
+}
+
+bool OutputBlock::good() const {
+  return out_.good();
+}
+
 void OutputBlock::flush() {
+  if (used_ > 0) {
+    flushedLine_ = block_[used_ - 1] == '\n';
+  }
   out_.write(block_.data(), static_cast<std::streamsize>(used_));
   out_.flush();
   used_ = 0;
@@ -47,11 +60,16 @@ void DecodeStream::feed(std::string_view bytes) {
 void DecodeStream::finish() {
   splitter_.finish([this](const Line& line) { write(line); });
   decoder_ = {};
-  reportedLine_ = 0;
+  lastNumber_ = 0;
 }
 
 void DecodeStream::write(const Line& line) {
-  out_.append(prefix_);
+  const bool furtherPiece = line.number == lastNumber_;  // Of an overlong line.
+  lastNumber_ = line.number;
+  if (!furtherPiece) {
+    out_.beginLine();
+    out_.append(prefix_);
+  }
   LineDecoder::Result result{LineKind::Damaged, 0};
   if (line.whole) {
     result = decoder_.decode(line.text, out_.room(LineDecoder::roomFor(line.text.size())));
@@ -61,19 +79,17 @@ void DecodeStream::write(const Line& line) {
     out_.append(line.text);
   }
   out_.append(line.end);
-  if (result.kind == LineKind::Damaged) {
+  if (result.kind == LineKind::Damaged && !furtherPiece) {
     report(line);
   }
 }
 
 void DecodeStream::report(const Line& line) {
-  if (line.number == reportedLine_) {  // A further piece of an overlong line.
-    return;
-  }
-  reportedLine_ = line.number;
   ++damagedLines_;
-  messages_ << "sentiq-logs: " << name_ << ':' << line.number
-            << (line.whole ? ": damaged line, passed on as it is\n" : ": unfinished line, passed on as it is\n");
+  // One piece, since standard error is written through piece by piece.
+  messages_ << "sentiq-logs: " + name_ + ':' + std::to_string(line.number) +
+                   (line.whole ? ": damaged line, passed on as it is\n"
+                               : ": unfinished or overlong line, passed on as it is\n");
 }
 
 }  // namespace sentiq

@@ -23,12 +23,17 @@ class OutputBlock {
   char* room(std::size_t bytes);
   void advance(std::size_t bytes) { used_ += bytes; }
   void append(std::string_view text);
+  /// Ends a line that another log, or the same one before it was emptied, left unfinished.
+  void beginLine();
   void flush();
+  /// False once the stream behind does not take any more.
+  bool good() const;
 
  private:
   std::ostream& out_;
   std::vector<char> block_;
   std::size_t used_ = 0;
+  bool flushedLine_ = true;  // Whether the last byte written was a line end.
 };
 
 class DecodeStream {
@@ -56,7 +61,7 @@ class DecodeStream {
   LineSplitter splitter_;
   LineDecoder decoder_;
   std::uint64_t damagedLines_ = 0;
-  std::uint64_t reportedLine_ = 0;
+  std::uint64_t lastNumber_ = 0;
 };
 
 }  // namespace sentiq

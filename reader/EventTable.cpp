@@ -11,13 +11,15 @@
 namespace sentiq {
 namespace {
 
-// {name} is a field by its name, {3} by its place. Several providers use the same ids, so each row names its own.
+// {name} is a field by its name, {3} by its place; {, |3} is a field that may be missing, with what stands before it.
+// Several providers use the same ids, so each row names its own. The first row that fits counts.
 struct EventRow {
   int id;
   std::string_view provider;
   Meaning meaning;
   Severity severity;
   std::string_view words;
+  std::string_view report = {};  // What the name of an error report begins with.
 };
 
 constexpr std::string_view kernelPower = "Microsoft-Windows-Kernel-Power";
@@ -27,8 +29,10 @@ constexpr std::array eventRows{
     EventRow{1000, "Application Error", Meaning::Crash, Severity::Error,
              "{0} {1} crashed in {3} {4}: exception {6} at offset {7}"},
     EventRow{1002, "Application Hang", Meaning::Hang, Severity::Error, "{0} {1} stopped responding and was closed"},
+    EventRow{1001, "Windows Error Reporting", Meaning::HangReport, Severity::Error,
+             "Error report {2}: {5} {6} stopped responding", "AppHang"},
     EventRow{1001, "Windows Error Reporting", Meaning::Other, Severity::Notice,
-             "Error report {2}: {5} {6}, {8}, {11} {12}"},
+             "Error report {2}: {5} {6}{, |8}{, |11}{ |12}"},
     EventRow{1001, "Microsoft-Windows-WER-SystemErrorReporting", Meaning::SystemCrash, Severity::Error,
              "The machine restarted after a bugcheck: {0}, dump {1}"},
     EventRow{1001, "BugCheck", Meaning::SystemCrash, Severity::Error,
@@ -37,7 +41,7 @@ constexpr std::array eventRows{
              "The machine restarted without shutting down first (bugcheck code {BugcheckCode}, asleep "
              "{SleepInProgress}, power button {PowerButtonTimestamp})"},
     EventRow{6008, "EventLog", Meaning::PowerLoss, Severity::Error, "The shutdown at {0} on {1} was unexpected"},
-    EventRow{1074, "User32", Meaning::ShutdownBegun, Severity::Warning, "{0} began a {4} for {6}: {2} {5}"},
+    EventRow{1074, "User32", Meaning::ShutdownBegun, Severity::Warning, "{0} began a {4} for {6}: {2}{, |5}"},
     EventRow{109, kernelPower, Meaning::ShutdownBegun, Severity::Notice,
              "The system began a shutdown or restart (action {0}, event {1}, reason {2})"},
     EventRow{6006, "EventLog", Meaning::ShutdownDone, Severity::Notice, "The event log stopped: a clean shutdown"},
@@ -65,8 +69,19 @@ std::string fillIn(std::string_view words, const EventRecord& event) {
       break;
     }
     const std::size_t close = words.find('}', open);
-    const std::string value = event.field(words.substr(open + 1, close - open - 1));
-    text += value.empty() ? "unknown" : value;
+    std::string_view name = words.substr(open + 1, close - open - 1);
+    const std::size_t bar = name.find('|');
+    std::string_view before;
+    if (bar != std::string_view::npos) {
+      before = name.substr(0, bar);
+      name.remove_prefix(bar + 1);
+    }
+    const std::string value = event.field(name);
+    if (!value.empty()) {
+      text.append(before).append(value);
+    } else if (before.empty()) {
+      text += "unknown";
+    }
     words.remove_prefix(close + 1);
   }
   return text;
@@ -93,15 +108,20 @@ Severity severityOfLevel(int level) {
 
 EventWords describeEvent(const EventRecord& event) {
   const auto* const row = std::find_if(eventRows.begin(), eventRows.end(), [&](const EventRow& candidate) {
-    return candidate.id == event.id && candidate.provider == event.provider;
+    return candidate.id == event.id && candidate.provider == event.provider &&
+           event.field("2").starts_with(candidate.report);
   });
   if (row == eventRows.end()) {
     return {Meaning::Other, severityOfLevel(event.level), describeUnknown(event)};
   }
   // Other programs crash, too: that is worth a line but is not what the logs are about.
-  const bool ofAnother = (row->meaning == Meaning::Crash || row->meaning == Meaning::Hang) && !event.namesCanvix();
+  const bool ofAnother = isFailure(row->meaning) && !event.namesCanvix();
   return {ofAnother ? Meaning::Other : row->meaning, ofAnother ? Severity::Warning : row->severity,
           fillIn(row->words, event)};
+}
+
+bool isFailure(Meaning meaning) {
+  return meaning == Meaning::Crash || meaning == Meaning::Hang || meaning == Meaning::HangReport;
 }
 
 std::string_view severityName(Severity severity) {

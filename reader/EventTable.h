@@ -16,6 +16,7 @@ enum class Meaning : std::uint8_t {
   Other,
   Crash,
   Hang,
+  HangReport,  // An error report of a hang: names no process id, and most often a Hang stands beside it.
   Exit,
   PowerLoss,      // The machine went down without shutting down.
   SystemCrash,    // A bugcheck.
@@ -35,6 +36,9 @@ struct EventWords {
 
 /// Events that the table does not know are shown with provider, id and fields.
 EventWords describeEvent(const EventRecord& event);
+
+/// A crash, a hang or the report of one.
+bool isFailure(Meaning meaning);
 
 std::string_view severityName(Severity severity);
 

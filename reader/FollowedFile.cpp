@@ -14,7 +14,7 @@ namespace sentiq {
 namespace {
 
 constexpr std::size_t headSize = 128;
-constexpr std::size_t blockSize = 1U << 20;
+constexpr std::size_t blockSize = 1U << 16;
 
 // Fewer bytes than asked for only at the file's end.
 std::string readBytes(std::istream& in, std::size_t size) {

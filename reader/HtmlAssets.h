@@ -30,21 +30,23 @@ svg .line { fill: none; stroke: var(--line); stroke-width: 2; stroke-linejoin: r
 svg line.mark { stroke: var(--error); stroke-dasharray: 4 3; } svg text.mark { fill: var(--error); font-weight: 700; }
 table { border-collapse: collapse; width: 100%; font-size: .9rem; }
 th, td { text-align: left; vertical-align: top; padding: .35rem .6rem; border-bottom: 1px solid var(--rule); }
-th { background: var(--raised); position: sticky; top: 0; } td { overflow-wrap: anywhere; }
-td.time, td.number { white-space: nowrap; font-variant-numeric: tabular-nums; overflow-wrap: normal; }
+th { background: var(--raised); position: sticky; top: 0; } td:last-child { overflow-wrap: anywhere; }
+td.time, td.number { white-space: nowrap; font-variant-numeric: tabular-nums; }
 figure table { width: auto; }
 td.error, li.error { color: var(--error); } td.warning, li.warning { color: var(--warning); }
 td.notice { color: var(--notice); } td.error, td.warning { font-weight: 600; }
-label { display: block; margin: .4rem 0; } input { font: inherit; padding: .35rem .6rem; width: min(30rem, 100%);
+.search { margin-bottom: .6rem; } label { display: block; margin: .4rem 0; } input { font: inherit; padding: .35rem .6rem; width: min(30rem, 100%);
   color: inherit; background: var(--raised); border: 1px solid var(--dim); border-radius: .3rem; }
 summary { cursor: pointer; padding: .3rem 0; } :focus-visible { outline: 3px solid var(--line); outline-offset: 2px; }
 pre { background: var(--raised); padding: .8rem; overflow: auto; max-height: 40rem; font-size: .8rem; white-space: pre-wrap;
   overflow-wrap: anywhere; }
-@media (max-width: 40rem) { dl { grid-template-columns: 1fr; gap: 0; } dd { margin-bottom: .5rem; } }
+@media (max-width: 40rem) { body { padding: .8rem; } svg text { font-size: 17px; }
+  .wide { overflow-x: auto; } .wide table { min-width: 56rem; }
+  dl { grid-template-columns: 1fr; gap: 0; } dd { margin-bottom: .5rem; } }
 @media print { :root { --ground: #fff; --raised: #fff; --text: #000; --dim: #333; --rule: #999; --line: #000;
   --error: #000; --warning: #000; --notice: #000; } body { max-width: none; padding: 0; font-size: 10pt; }
-  .search, details:not([open]) { display: none; } figure, tr { break-inside: avoid; } th { position: static; }
-  pre { max-height: none; } }
+  table { font-size: 8pt; } th { position: static; } .search, details:not([open]) { display: none; }
+  figure, tr { break-inside: avoid; } pre { max-height: none; } }
 )css";
 
 // Search only: the page is whole without it, so the field stays hidden until the script runs.

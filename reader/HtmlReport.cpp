@@ -60,7 +60,7 @@ void writeStatements(const Summary& summary, std::ostream& out) {
   }
   out << "</ul>\n<dl>\n";
   for (const Fact& fact : summary.facts) {
-    out << "<dt>" << htmlText(fact.label) << "</dt><dd>" << htmlText(fact.value) << "</dd>\n";
+    out << "<dt>" << htmlText(fact.label) << "</dt><dd>" << htmlText(fact.text) << "</dd>\n";
   }
   out << "</dl>\n";
 }
@@ -119,6 +119,7 @@ void writeEvents(const LogSet& logs, std::ostream& out) {
          "<div class=\"search\" hidden><label for=\"search\">Search</label>"
          "<input id=\"search\" type=\"search\" autocomplete=\"off\"> <span id=\"count\" "
          "role=\"status\"></span></div>\n"
+         "<div class=\"wide\" role=\"region\" aria-label=\"Events and log lines\" tabindex=\"0\">"
          "<table id=\"events\"><thead><tr><th scope=\"col\">Local time</th><th scope=\"col\">Source</th>"
          "<th scope=\"col\">Severity</th><th scope=\"col\">Provider, id</th><th "
          "scope=\"col\">What</th></tr></thead>"
@@ -128,7 +129,7 @@ void writeEvents(const LogSet& logs, std::ostream& out) {
       writeRow(logs, entry, out);
     }
   }
-  out << "</tbody></table>\n";
+  out << "</tbody></table></div>\n";
 }
 
 void writeRawLines(const LogSet& logs, std::ostream& out) {

@@ -160,7 +160,8 @@ LineKind LineDecoder::kindAsItStands(std::string_view line) {
     manner_ = Manner::Plain;
     return LineKind::Plain;
   }
-  return manner_ == Manner::Encoded || decodesToBeginning(line) ? LineKind::Damaged : LineKind::Plain;
+  const bool damaged = manner_ == Manner::Encoded || decodesToBeginning(line) || !isCleanText(line);
+  return damaged ? LineKind::Damaged : LineKind::Plain;
 }
 
 }  // namespace sentiq

@@ -16,9 +16,8 @@ enum class LineKind : std::uint8_t { Plain, Encoded, Damaged };
 /// 2. A line that holds a NUL byte is damaged: a machine that lost power leaves runs of them.
 /// 3. A line that begins an entry or a header as it stands is plain.
 /// 4. A line that still decodes to an entry's beginning, but not to its end, is damaged.
-/// 5. Any other line follows the entry before it. After a plain entry it is plain. After an encoded one it is encoded
-///    when it decodes to text, and damaged otherwise. Before the first entry it is encoded when it decodes to
-///    text, and plain otherwise.
+/// 5. Any other line follows the entry before it. After an encoded one, and before the first, it is encoded when it
+///    decodes to text. What is left is plain, or damaged after an encoded entry and when it is not text.
 class LineDecoder {
  public:
   struct Result {

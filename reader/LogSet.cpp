@@ -30,6 +30,8 @@ constexpr std::string_view sessionKey = "OrbelSessionID: ";
 constexpr std::string_view processKey = "ProcessID: ";
 constexpr std::string_view eventHead = R"({"xmlData":)";
 constexpr std::size_t rawBytesKept = 4U << 20;
+constexpr std::size_t longestMessage = 64U << 10;
+constexpr std::string_view cutMark = " \xE2\x80\xA6";  // An ellipsis.
 
 // The program's own lines that mean something for the session.
 struct MarkerRow {
@@ -49,6 +51,11 @@ constexpr std::array markerRows{
     MarkerRow{"inside power thread, ", Meaning::Other, Severity::Warning},
 };
 
+// Clean, and not longer than a message may be.
+std::string shownText(std::string_view text) {
+  return text.size() <= longestMessage ? cleanText(text) : cleanText(text.substr(0, longestMessage)).append(cutMark);
+}
+
 // The lines of one file, turned into entries of the set.
 class LogFileReader {
  public:
@@ -63,6 +70,7 @@ class LogFileReader {
   LogEntry& add(std::string_view what);
   void addDamaged(std::string_view what, std::string_view bytes);
   void takeText(std::string_view text);
+  void continueEntry(std::string_view text);
   void takeMessage(std::string_view message);
   void takeEvent(std::string_view text);
   void takeMetric(std::string_view text);
@@ -76,12 +84,18 @@ class LogFileReader {
   LineDecoder decoder_;
   std::string room_;
   std::uint64_t line_ = 0;
-  std::optional<LogTime> time_;  // Of the last line that had one.
-  bool lastContinues_ = false;   // Whether a line without time stamp belongs to the last entry.
+  std::optional<LogTime> time_;   // Of the last line that had one.
+  bool lastContinues_ = false;    // Whether a line without time stamp belongs to the last entry.
+  std::uint64_t damagedRun_ = 0;  // Damaged lines that the last entry stands for.
+  std::size_t damagedHead_ = 0;   // How much of its text is of the first one.
   std::size_t rawBytes_ = 0;
 };
 
 void LogFileReader::take(const Line& line) {
+  if (line.number == line_) {  // A further piece of an overlong line.
+    keepRaw(line.text);
+    return;
+  }
   line_ = line.number;
   file().lines = line.number;
   room_.resize(std::max(room_.size(), LineDecoder::roomFor(line.text.size())));
@@ -118,15 +132,25 @@ LogEntry& LogFileReader::add(std::string_view what) {
   }
   entry.file = set_.files.size() - 1;
   entry.line = line_;
-  entry.what = cleanText(what);
+  entry.what = shownText(what);
   lastContinues_ = false;
+  damagedRun_ = 0;
   return entry;
 }
 
 void LogFileReader::addDamaged(std::string_view what, std::string_view bytes) {
   constexpr std::size_t longestShown = 200;
   ++file().damagedLines;
-  add(std::string(what) + std::string(bytes.substr(0, longestShown))).severity = Severity::Warning;
+  if (damagedRun_ == 0) {
+    LogEntry& entry = add(std::string(what) + std::string(bytes.substr(0, longestShown)));
+    entry.severity = Severity::Warning;
+    damagedHead_ = entry.what.size();
+  } else {
+    std::string& text = set_.entries.back().what;
+    text.resize(damagedHead_);
+    text += " (and " + std::to_string(damagedRun_) + " more after it)";
+  }
+  ++damagedRun_;
 }
 
 void LogFileReader::takeText(std::string_view text) {
@@ -146,9 +170,19 @@ void LogFileReader::takeText(std::string_view text) {
   } else if (text.find_first_not_of("=\r") == std::string_view::npos) {
     lastContinues_ = false;  // An empty line or the separator.
   } else if (lastContinues_) {
-    set_.entries.back().what += ' ' + cleanText(text);
+    continueEntry(text);
   } else {
     add(text);
+    lastContinues_ = true;
+  }
+}
+
+void LogFileReader::continueEntry(std::string_view text) {
+  std::string& what = set_.entries.back().what;
+  if (what.size() < longestMessage) {
+    what += ' ' + shownText(text);
+  } else if (!what.ends_with(cutMark)) {
+    what += cutMark;
   }
 }
 
@@ -190,8 +224,15 @@ void LogFileReader::takeEvent(std::string_view text) {
     addDamaged("Unreadable event: ", text);
     return;
   }
+  if (file().role == LogRole::Unknown) {
+    file().role = LogRole::Watchdog;
+  }
+  if (event->channel == "Application" && time_) {
+    set_.applicationCopied = std::max(set_.applicationCopied.value_or(time_->instant), time_->instant);
+  }
   if (!eventKeys_.insert(event->key()).second) {
     ++set_.eventCopies;
+    lastContinues_ = false;
     return;
   }
   EventWords words = describeEvent(*event);
@@ -217,13 +258,23 @@ void LogFileReader::takeMetric(std::string_view text) {
 
 void LogFileReader::takeHeader(std::string_view message) {
   const auto rest = [message](std::string_view key, std::string& value) {
-    if (message.starts_with(key)) {
-      value = cleanText(message.substr(key.size()));
+    const bool found = message.starts_with(key);
+    if (found) {
+      value = shownText(message.substr(key.size()));
     }
+    return found;
   };
-  rest(sessionKey, file().sessionId);
+  if (rest(sessionKey, file().sessionId) &&
+      (file().sessionIds.empty() || file().sessionIds.back() != file().sessionId)) {
+    file().sessionIds.push_back(file().sessionId);
+  }
   rest(processKey, file().processId);
-  rest("Time zone offset: ", file().timeZone);
+  if (rest("Time zone offset: ", file().timeZone)) {
+    constexpr std::string_view between = " Time Zone Name: ";
+    if (const std::size_t at = file().timeZone.find(between); at != std::string::npos) {
+      file().timeZone.replace(at, between.size(), ", ");
+    }
+  }
   rest("LastBootTime: ", file().bootTime);
   if (message == "Starting initial metric collection.") {
     file().role = LogRole::Initial;
@@ -235,9 +286,9 @@ void LogFileReader::keepRaw(std::string_view text) {
     return;
   }
   file().rawLines.emplace_back(text);
-  rawBytes_ += text.size();
+  rawBytes_ += sizeof(std::string) + text.size();
   while (rawBytes_ > rawBytesKept) {
-    rawBytes_ -= file().rawLines.front().size();
+    rawBytes_ -= sizeof(std::string) + file().rawLines.front().size();
     file().rawLines.pop_front();
     ++file().rawLeftOut;
   }
@@ -278,6 +329,7 @@ void sortByTime(std::vector<LogEntry>& entries) {
 
 // A folder holds other programs' logs, too.
 void dropFile(LogSet& set, std::size_t firstEntry) {
+  set.leftOut.push_back(set.files.back().name);
   set.files.pop_back();
   set.entries.resize(firstEntry);
 }

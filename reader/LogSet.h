@@ -7,7 +7,6 @@
 #include <iosfwd>
 #include <optional>
 #include <string>
-#include <unordered_set>
 #include <vector>
 
 #include "reader/EventRecord.h"
@@ -27,7 +26,8 @@ struct LogFileInfo {
   bool readable = true;
   std::uint64_t lines = 0;
   std::uint64_t damagedLines = 0;
-  std::string sessionId;
+  std::string sessionId;                // The last one.
+  std::vector<std::string> sessionIds;  // All that it names: several sessions may have appended to one file.
   std::string processId;
   std::string timeZone;
   std::string bootTime;
@@ -52,7 +52,9 @@ struct LogSet {
   std::vector<LogEntry> entries;    // In time order, and in the order of the files where times are equal.
   std::vector<EventRecord> events;  // Distinct.
   std::vector<MetricRecord> metrics;
-  std::uint64_t eventCopies = 0;  // Events that were in the logs more than once.
+  std::uint64_t eventCopies = 0;             // Events that were in the logs more than once.
+  std::optional<Instant> applicationCopied;  // When the Application channel was last copied.
+  std::vector<std::string> leftOut;          // Files of a folder that are no logs of this program.
 
   /// "session", "watchdog", "initial" or "unknown"; for an event its channel.
   std::string sourceOf(const LogEntry& entry) const;
@@ -61,7 +63,8 @@ struct LogSet {
 std::string roleName(LogRole role);
 
 /// @param inputs files, "-" or folders, whose "*.log" files count when they hold log lines.
-/// Files that cannot be read are in the result, marked so.
+/// Files that cannot be read are in the result, marked so. Memory is proportional to what is distinct in the logs:
+/// copies of events, runs of damaged lines and what goes beyond 64 KB of one message are counted or cut, visibly.
 LogSet readLogs(const std::vector<std::string>& inputs, std::istream& standardInput, Progress& progress,
                 bool keepRawLines = false);
 

@@ -1,5 +1,7 @@
 // sentiq-logs: from the log files to plain text, a timeline, a summary, a page.
 #include <algorithm>
+#include <atomic>
+#include <cstdint>
 #include <exception>
 #include <fstream>
 #include <iostream>
@@ -9,7 +11,6 @@
 
 #include <CLI/CLI.hpp>
 
-#include "logging/LogEncoding.h"
 #include "reader/Console.h"
 #include "reader/DecodeCommand.h"
 #include "reader/ExitCode.h"
@@ -33,9 +34,13 @@ void addDecode(CLI::App& app, int& exitCode) {
   const auto options = std::make_shared<DecodeOptions>();
   command->add_option("FILE", options->files, "Logs; none or - is standard input");
   command->add_flag("-f,--follow", options->follow, "Go on as the files grow, are emptied or appear; end with Ctrl-C");
-  command->add_flag("--names,!--no-names", options->names,
-                    "Begin each line with its file's name (default: with more than one file)");
-  command->footer("Example:\n  sentiq-logs decode CanvixWatchdogInfoSession.log | less");
+  command->add_flag_function(
+      "--names,!--no-names", [options](std::int64_t given) { options->names = given > 0; },
+      "Begin each line with its file's name (default: with more than one file)");
+  command->footer(
+      "Examples:\n"
+      "  sentiq-logs decode CanvixWatchdogInfoSession.log | less\n"
+      "  sentiq-logs decode --follow logs/CanvixSentiqSession.log logs/CanvixWatchdogInfoSession.log");
   command->callback([options, &exitCode] {
     options->colour = colourWanted();
     Progress progress = progressFor(/*outputIsText=*/true);
@@ -43,7 +48,9 @@ void addDecode(CLI::App& app, int& exitCode) {
         (options->files.empty() || std::count(options->files.begin(), options->files.end(), "-") > 0)) {
       throw CLI::ValidationError("--follow", "needs files, not standard input");
     }
-    exitCode = decodeLogs(*options, std::cin, std::cout, std::cerr, progress, stopRequested());
+    static const std::atomic<bool> never{false};  // Without --follow, Ctrl-C ends the process by itself.
+    exitCode =
+        decodeLogs(*options, std::cin, std::cout, std::cerr, progress, options->follow ? stopRequested() : never);
   });
 }
 
@@ -165,20 +172,13 @@ void addMetrics(CLI::App& app, int& exitCode) {
   });
 }
 
-// Hidden: makes input for tests and benchmarks.
-void addEncode(CLI::App& app) {
-  CLI::App* const command = app.add_subcommand("encode", "Encode the lines of standard input");
-  command->group("");
-  command->callback([] {
-    for (std::string line; std::getline(std::cin, line);) {
-      std::cout << encodeText(line) << '\n';
-    }
-  });
-}
-
 int run(std::vector<std::string> arguments) {
   CLI::App app("Reads the logs of CanvixSentiq.", "sentiq-logs");
   app.footer(
+      "Examples:\n"
+      "  sentiq-logs summary logs/\n"
+      "  sentiq-logs report logs/ -o session.html\n"
+      "  sentiq-logs timeline --help\n\n"
       "Exit codes:\n"
       "  0  all was read\n"
       "  1  something was damaged or unfinished; everything else was read\n"
@@ -191,7 +191,6 @@ int run(std::vector<std::string> arguments) {
   addSummary(app, exitCode);
   addReport(app, exitCode);
   addMetrics(app, exitCode);
-  addEncode(app);
   std::reverse(arguments.begin(), arguments.end());  // The order that the parser takes a vector in.
   try {
     app.parse(arguments);

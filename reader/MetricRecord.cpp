@@ -5,6 +5,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <type_traits>
 
 #include <nlohmann/json.hpp>
 
@@ -21,7 +22,9 @@ std::string textAt(const json& object, const char* key) {
 template <typename Number>
 std::optional<Number> numberAt(const json& object, const char* key) {
   const auto found = object.find(key);
-  return found != object.end() && found->is_number() ? std::optional(found->get<Number>()) : std::nullopt;
+  const bool fits =
+      found != object.end() && (std::is_floating_point_v<Number> ? found->is_number() : found->is_number_integer());
+  return fits ? std::optional(found->get<Number>()) : std::nullopt;
 }
 
 std::int64_t sizeAt(const json& object, const char* key) {
@@ -76,9 +79,9 @@ std::optional<Ticks> parseElapsed(std::string_view text) {
   std::int64_t part = 0;
   int separators = 0;
   for (const char c : text) {
-    if (c >= '0' && c <= '9' && part < 1'000'000) {
+    if (c >= '0' && c <= '9' && part < 100'000) {
       part = part * 10 + (c - '0');
-    } else if ((c == ' ' && separators == 0) || (c == ':' && separators > 0)) {
+    } else if ((c == ' ' && separators == 0) || (c == ':' && separators > 0 && separators < 3)) {
       seconds = (seconds + part) * (separators == 0 ? 24 : 60);
       part = 0;
       ++separators;

@@ -5,6 +5,7 @@
 #include <chrono>
 #include <cstdint>
 #include <functional>
+#include <initializer_list>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -59,8 +60,7 @@ std::int64_t monitoredProcess(const LogSet& logs) {
 // Whether a crash or hang is of another process than the monitored one: there may be several instances of
 // Canvix. The events hold the process id in hexadecimal.
 bool isOfOtherProcess(const LogSet& logs, const LogEntry& entry) {
-  const EventRecord& event = logs.events[*entry.event];
-  const std::string text = event.field(event.id == 1000 ? "8" : "2");
+  const std::string text = logs.events[*entry.event].field(entry.meaning == Meaning::Crash ? "8" : "2");
   std::string_view digits = text;
   if (digits.starts_with("0x")) {
     digits.remove_prefix(2);
@@ -71,19 +71,17 @@ bool isOfOtherProcess(const LogSet& logs, const LogEntry& entry) {
   return error == std::errc{} && monitored != 0 && pid != monitored;
 }
 
-std::string crashText(const EventRecord& event) {
-  const auto field = [&event](const char* place) {
-    const std::string value = cleanText(event.field(place));
-    return value.empty() ? std::string("unknown") : value;
-  };
-  return "module " + field("3") + ' ' + field("4") + ", exception " + field("6") + ", offset " + field("7");
+std::string crashText(const CrashPlace& place) {
+  const auto known = [](const std::string& text) { return text.empty() ? std::string("unknown") : text; };
+  return "module " + known(place.module) + ' ' + known(place.version) + ", exception " + known(place.exception) +
+         ", offset " + known(place.offset);
 }
 
 Outcome failureOf(const LogSet& logs, const LogEntry& entry) {
-  const EventRecord& event = logs.events[*entry.event];
   return entry.meaning == Meaning::Crash
-             ? Outcome{"crashed", Severity::Error, "Canvix crashed" + at(entry) + ": " + crashText(event)}
-             : Outcome{"hung", Severity::Error, "Canvix stopped responding and was closed" + at(entry)};
+             ? Outcome{"crashed", Severity::Error,
+                       "Canvix crashed" + at(entry) + ": " + crashText(crashPlace(logs.events[*entry.event])), &entry}
+             : Outcome{"hung", Severity::Error, "Canvix stopped responding and was closed" + at(entry), &entry};
 }
 
 Outcome endOf(const LogSet& logs, const LogEntry& exit) {
@@ -92,17 +90,17 @@ Outcome endOf(const LogSet& logs, const LogEntry& exit) {
            *entry.time >= *exit.time - shutdownLead;
   });
   if (shutdown != nullptr) {
-    return {"shutdown", Severity::Notice,
-            "Canvix ended" + at(exit) + " while the machine shut down: " + shutdown->what};
+    return {"shutdown", Severity::Notice, "Canvix ended" + at(exit) + " while the machine shut down: " + shutdown->what,
+            &exit};
   }
-  const bool eventsCopied = std::any_of(logs.events.begin(), logs.events.end(),
-                                        [](const EventRecord& event) { return event.channel == "Application"; });
-  if (eventsCopied) {
+  if (logs.applicationCopied && *logs.applicationCopied >= *exit.time) {
     return {"ended", Severity::Info,
-            "Canvix ended normally" + at(exit) + ": the event log holds no crash or hang of it"};
+            "Canvix ended normally" + at(exit) + ": the event log holds no crash or hang of it", &exit};
   }
   return {"ended", Severity::Notice,
-          "Canvix ended" + at(exit) + "; whether normally is unknown: the logs hold no copy of the Application events"};
+          "Canvix ended" + at(exit) +
+              "; whether normally is unknown: the logs hold no copy of the Application events made afterwards",
+          &exit};
 }
 
 Outcome withoutExit(const LogSet& logs, const SessionSpan& span) {
@@ -112,20 +110,20 @@ Outcome withoutExit(const LogSet& logs, const SessionSpan& span) {
   });
   if (down != nullptr) {
     return {"power-loss", Severity::Error,
-            "The machine went down while Canvix ran. " + down->what + " (logged" + at(*down) + ')'};
+            "The machine went down while Canvix ran. " + down->what + " (logged" + at(*down) + ')', down};
   }
   const LogEntry* const shutdown = findFirst(logs, [&](const LogEntry& entry) {
     return isAnyOf(entry.meaning, {Meaning::ShutdownBegun, Meaning::ShutdownDone}) && afterwards(entry);
   });
   if (shutdown != nullptr) {
     return {"shutdown", Severity::Notice,
-            "The machine was shut down while Canvix ran: " + shutdown->what + at(*shutdown)};
+            "The machine was shut down while Canvix ran: " + shutdown->what + at(*shutdown), shutdown};
   }
   const LogEntry* const power = findLast(logs, [&](const LogEntry& entry) {
     return !entry.metric && isAnyOf(entry.meaning, {Meaning::Sleep, Meaning::Resume});
   });
   if (power != nullptr && power->meaning == Meaning::Sleep && afterwards(*power)) {
-    return {"asleep", Severity::Warning, "The machine went to sleep" + at(*power) + ", and the logs end there"};
+    return {"asleep", Severity::Warning, "The machine went to sleep" + at(*power) + ", and the logs end there", power};
   }
   return {"unknown", Severity::Notice,
           span.end ? "How the session ended is unknown: the logs stop while Canvix runs"
@@ -133,6 +131,11 @@ Outcome withoutExit(const LogSet& logs, const SessionSpan& span) {
 }
 
 }  // namespace
+
+CrashPlace crashPlace(const EventRecord& event) {
+  const auto field = [&event](const char* place) { return cleanText(event.field(place)); };
+  return {field("3"), field("4"), field("6"), field("7")};
+}
 
 bool SessionSpan::contains(Instant time) const {
   return begin && end && time >= *begin && time <= *end + afterEnd;
@@ -147,7 +150,7 @@ SessionSpan sessionSpan(const LogSet& logs) {
       span.offset = entry.offset;
     }
   }
-  if (!logs.metrics.empty()) {
+  if (span.begin && !logs.metrics.empty()) {
     const MetricRecord& first = logs.metrics.front();
     const Instant start = first.time.instant - parseElapsed(first.appRunTime).value_or(Ticks{});
     span.begin = std::min(*span.begin, start);
@@ -170,9 +173,8 @@ Outcome judgeOutcome(const LogSet& logs, const SessionSpan& span) {
 std::vector<Outcome> judgeBefore(const LogSet& logs, const SessionSpan& span) {
   const auto before = [&](const LogEntry& entry) { return !span.begin || *entry.time < *span.begin; };
   std::vector<Outcome> outcomes;
-  const LogEntry* const failure = findLast(logs, [&](const LogEntry& entry) {
-    return isAnyOf(entry.meaning, {Meaning::Crash, Meaning::Hang}) && before(entry);
-  });
+  const LogEntry* const failure =
+      findLast(logs, [&](const LogEntry& entry) { return isFailure(entry.meaning) && before(entry); });
   const LogEntry* const down = findLast(logs, [&](const LogEntry& entry) {
     return isAnyOf(entry.meaning,
                    {Meaning::PowerLoss, Meaning::SystemCrash, Meaning::ShutdownBegun, Meaning::ShutdownDone}) &&
@@ -186,7 +188,7 @@ std::vector<Outcome> judgeBefore(const LogSet& logs, const SessionSpan& span) {
   if (down != nullptr) {
     const bool lost = isAnyOf(down->meaning, {Meaning::PowerLoss, Meaning::SystemCrash});
     outcomes.push_back({lost ? "power-loss" : "shutdown", lost ? Severity::Error : Severity::Notice,
-                        "Before this session: " + down->what + " (logged" + at(*down) + ')'});
+                        "Before this session: " + down->what + " (logged" + at(*down) + ')', down});
     if (failure != nullptr && *failure->time < *down->time) {
       std::swap(outcomes[0], outcomes[1]);
     }

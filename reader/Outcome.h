@@ -13,8 +13,19 @@ namespace sentiq {
 struct Outcome {
   std::string word;  // crashed, hung, ended, shutdown, power-loss, asleep or unknown.
   Severity severity;
-  std::string text;
+  std::string text;                    // UTF-8, clean.
+  const LogEntry* evidence = nullptr;  // In the logs: what the judgement rests on, when it is one entry.
 };
+
+/// A crash in words for scripts: what it happened in. Empty where the event does not tell.
+struct CrashPlace {
+  std::string module;
+  std::string version;
+  std::string exception;
+  std::string offset;
+};
+
+CrashPlace crashPlace(const EventRecord& event);
 
 /// From Canvix's start to the last line of the session and watchdog logs; the initial log tells of the time before.
 struct SessionSpan {

@@ -1,12 +1,15 @@
 #include "reader/Summary.h"
 
 #include <algorithm>
-#include <array>
+#include <charconv>
 #include <chrono>
+#include <cstddef>
 #include <cstdint>
-#include <functional>
+#include <set>
 #include <string>
 #include <string_view>
+#include <system_error>
+#include <utility>
 #include <vector>
 
 #include <nlohmann/json.hpp>
@@ -21,87 +24,128 @@ namespace {
 constexpr std::chrono::seconds longestInterval{15};
 constexpr const char* unknown = "unknown";
 
-// The first file of a role, or of any when the role is Unknown, that holds the text.
+// What the first file that holds it says; of the initial log's files, or of all others.
 std::string fromFiles(const LogSet& logs, std::string LogFileInfo::*member, bool initial) {
   for (const LogFileInfo& file : logs.files) {
     if ((file.role == LogRole::Initial) == initial && !(file.*member).empty()) {
       return file.*member;
     }
   }
-  return unknown;
+  return {};
 }
 
-std::string lowest(const LogSet& logs, std::int64_t MetricRecord::*free, std::int64_t MetricRecord::*total) {
+Fact textFact(const char* label, const char* key, const std::string& text) {
+  return text.empty() ? Fact{label, unknown, key, nullptr} : Fact{label, text, key, text};
+}
+
+Fact processFact(const LogSet& logs) {
+  Fact fact = textFact("Process id", "processId", fromFiles(logs, &LogFileInfo::processId, /*initial=*/false));
+  std::int64_t pid = 0;
+  if (std::from_chars(fact.text.data(), fact.text.data() + fact.text.size(), pid).ec == std::errc{}) {
+    fact.value = pid;
+  }
+  return fact;
+}
+
+Fact lowestFact(const LogSet& logs, const char* label, const char* key, std::int64_t MetricRecord::*free,
+                std::int64_t MetricRecord::*total) {
   const auto found =
       std::min_element(logs.metrics.begin(), logs.metrics.end(),
                        [free](const MetricRecord& a, const MetricRecord& b) { return a.*free < b.*free; });
   if (found == logs.metrics.end()) {
-    return unknown;
+    return {label, unknown, key, nullptr};
   }
-  return std::to_string((*found).*free) + " of " + std::to_string((*found).*total) + " MiB at " +
-         showTime(found->time.instant, found->time.offset);
+  const MetricRecord& record = *found;
+  return {
+      label,
+      std::to_string(record.*free) + " of " + std::to_string(record.*total) + " MiB at " +
+          showTime(record.time.instant, record.time.offset),
+      key,
+      {{"mib", record.*free}, {"ofMib", record.*total}, {"time", isoTime(record.time.instant, record.time.offset)}}};
 }
 
-std::string batteryText(const LogSet& logs) {
+Fact batteryFact(const LogSet& logs) {
+  Fact fact{"Battery", unknown, "battery", nullptr};
   if (logs.metrics.empty()) {
-    return unknown;
+    return fact;
   }
-  int least = 101;
+  constexpr int more = 101;
+  int least = more;
   for (const MetricRecord& metric : logs.metrics) {
-    least = std::min(least, metric.battery.value_or(101));
+    least = std::min(least, metric.battery.value_or(more));
   }
   const auto show = [](const MetricRecord& metric) {
     return metric.battery ? std::to_string(*metric.battery) + " %" : cleanText(metric.batteryText);
   };
+  const std::string first = show(logs.metrics.front());
   const std::string last = show(logs.metrics.back());
-  return least == 101
-             ? last
-             : show(logs.metrics.front()) + " at first, " + last + " at last, lowest " + std::to_string(least) + " %";
-}
-
-std::string adaptersText(const LogSet& logs) {
-  if (logs.metrics.empty()) {
-    return unknown;
+  fact.text = least == more ? last : first + " at first, " + last + " at last, lowest " + std::to_string(least) + " %";
+  fact.value = {{"first", first}, {"last", last}};
+  if (least != more) {
+    fact.value["lowestPercent"] = least;
   }
-  std::string text;
-  for (const std::string& adapter : logs.metrics.back().adapters) {
-    text += (text.empty() ? "" : ", ") + cleanText(adapter);
-  }
-  return text.empty() ? "none listed" : text;
+  return fact;
 }
 
-std::string spanText(const SessionSpan& span) {
-  return !span.begin ? unknown
-                     : showTime(*span.begin, span.offset) + " to " + showTime(*span.end, span.offset) + " (" +
-                           showOffset(span.offset) + "), " + showDuration(*span.end - *span.begin);
-}
-
-std::string eventCounts(const LogSet& logs) {
-  std::array<std::size_t, 4> counts{};
-  for (const LogEntry& entry : logs.entries) {
-    if (entry.event) {
-      ++counts[static_cast<std::size_t>(entry.severity)];
+Fact adaptersFact(const LogSet& logs) {
+  Fact fact{"Graphics adapters", unknown, "adapters", nullptr};
+  if (!logs.metrics.empty()) {
+    fact.value = nlohmann::ordered_json::array();
+    fact.text.clear();
+    for (const std::string& adapter : logs.metrics.back().adapters) {
+      fact.value.push_back(cleanText(adapter));
+      fact.text += (fact.text.empty() ? "" : ", ") + cleanText(adapter);
     }
+    fact.text = fact.text.empty() ? "none listed" : fact.text;
   }
-  return std::to_string(logs.events.size()) + " (" + std::to_string(counts[3]) + " error, " +
-         std::to_string(counts[2]) + " warning, " + std::to_string(counts[1]) + " notice, " +
-         std::to_string(counts[0]) + " info), copied again " + std::to_string(logs.eventCopies) + " times";
+  return fact;
+}
+
+Fact spanFact(const SessionSpan& span) {
+  if (!span.begin) {
+    return {"Time span", unknown, "span", nullptr};
+  }
+  return {"Time span",
+          showTime(*span.begin, span.offset) + " to " + showTime(*span.end, span.offset) + " (" +
+              showOffset(span.offset) + "), " + showDuration(*span.end - *span.begin),
+          "span",
+          {{"begin", isoTime(*span.begin, span.offset)},
+           {"end", isoTime(*span.end, span.offset)},
+           {"seconds", std::chrono::floor<std::chrono::seconds>(*span.end - *span.begin).count()}}};
+}
+
+Fact eventsFact(const LogSet& logs) {
+  Fact fact{"Events", std::to_string(logs.events.size()), "events", {{"distinct", logs.events.size()}}};
+  const char* before = " (";
+  for (const Severity severity : {Severity::Error, Severity::Warning, Severity::Notice, Severity::Info}) {
+    const auto count = std::count_if(logs.entries.begin(), logs.entries.end(),
+                                     [&](const LogEntry& entry) { return entry.event && entry.severity == severity; });
+    const std::string name(severityName(severity));
+    fact.text += before + std::to_string(count) + ' ' + name;
+    fact.value[name] = count;
+    before = ", ";
+  }
+  fact.text += "), copied again " + std::to_string(logs.eventCopies) + (logs.eventCopies == 1 ? " time" : " times");
+  fact.value["copies"] = logs.eventCopies;
+  return fact;
 }
 
 std::vector<Fact> factsOf(const LogSet& logs, const SessionSpan& span) {
   return {
-      {"sessionId", "Session", fromFiles(logs, &LogFileInfo::sessionId, /*initial=*/false)},
-      {"processId", "Process id", fromFiles(logs, &LogFileInfo::processId, /*initial=*/false)},
-      {"abnormalSessionId", "Abnormal session before", fromFiles(logs, &LogFileInfo::sessionId, /*initial=*/true)},
-      {"span", "Time span", spanText(span)},
-      {"timeZone", "Time zone", fromFiles(logs, &LogFileInfo::timeZone, /*initial=*/false)},
-      {"lastBoot", "Last boot", fromFiles(logs, &LogFileInfo::bootTime, /*initial=*/false)},
-      {"lowestFreeDisk", "Lowest free disk", lowest(logs, &MetricRecord::freeDisk, &MetricRecord::totalDisk)},
-      {"lowestFreePageFile", "Lowest free page file", lowest(logs, &MetricRecord::freeSwap, &MetricRecord::totalSwap)},
-      {"battery", "Battery", batteryText(logs)},
-      {"adapters", "Graphics adapters", adaptersText(logs)},
-      {"records", "Ten-second records", std::to_string(logs.metrics.size())},
-      {"events", "Events", eventCounts(logs)},
+      textFact("Session", "sessionId", fromFiles(logs, &LogFileInfo::sessionId, /*initial=*/false)),
+      processFact(logs),
+      textFact("Abnormal session before", "abnormalSessionId",
+               fromFiles(logs, &LogFileInfo::sessionId, /*initial=*/true)),
+      spanFact(span),
+      textFact("Time zone", "timeZone", fromFiles(logs, &LogFileInfo::timeZone, /*initial=*/false)),
+      textFact("Last boot", "lastBoot", fromFiles(logs, &LogFileInfo::bootTime, /*initial=*/false)),
+      lowestFact(logs, "Lowest free disk", "lowestFreeDisk", &MetricRecord::freeDisk, &MetricRecord::totalDisk),
+      lowestFact(logs, "Lowest free page file", "lowestFreePageFile", &MetricRecord::freeSwap,
+                 &MetricRecord::totalSwap),
+      batteryFact(logs),
+      adaptersFact(logs),
+      {"Ten-second records", std::to_string(logs.metrics.size()), "records", logs.metrics.size()},
+      eventsFact(logs),
   };
 }
 
@@ -131,27 +175,41 @@ std::vector<Statement> powerStatements(const LogSet& logs, const SessionSpan& sp
 }
 
 std::vector<std::string> gapsOf(const LogSet& logs) {
-  std::vector<const MetricRecord*> records;
-  for (const LogEntry& entry : logs.entries) {
-    if (entry.metric) {
-      records.push_back(&logs.metrics[*entry.metric]);
-    }
-  }
   std::vector<std::string> gaps;
-  for (std::size_t i = 1; i < records.size(); ++i) {
-    const Instant from = records[i - 1]->time.instant;
-    const Instant to = records[i]->time.instant;
-    if (to - from <= longestInterval) {
+  const MetricRecord* last = nullptr;
+  bool slept = false;  // Since the last record.
+  for (const LogEntry& entry : logs.entries) {
+    slept = slept || entry.meaning == Meaning::Sleep || entry.meaning == Meaning::Resume;
+    if (!entry.metric) {
       continue;
     }
-    const bool slept = std::any_of(logs.entries.begin(), logs.entries.end(), [&](const LogEntry& entry) {
-      return (entry.meaning == Meaning::Sleep || entry.meaning == Meaning::Resume) && entry.time &&
-             *entry.time >= from && *entry.time <= to;
-    });
-    gaps.push_back(showDuration(to - from) + " from " + showTime(from, records[i - 1]->time.offset) +
-                   (slept ? " (the machine slept)" : ""));
+    const MetricRecord& record = logs.metrics[*entry.metric];
+    if (last != nullptr && record.time.instant - last->time.instant > longestInterval) {
+      gaps.push_back(showDuration(record.time.instant - last->time.instant) + " from " +
+                     showTime(last->time.instant, last->time.offset) + (slept ? " (the machine slept)" : ""));
+    }
+    last = &record;
+    slept = false;
   }
   return gaps;
+}
+
+// One line when the files are of several sessions, which nobody wants to be told about as one.
+std::vector<Statement> mixtureStatements(const LogSet& logs) {
+  std::set<std::string> ids;
+  for (const LogFileInfo& file : logs.files) {
+    if (file.role != LogRole::Initial) {
+      ids.insert(file.sessionIds.begin(), file.sessionIds.end());
+    }
+  }
+  if (ids.size() < 2) {
+    return {};
+  }
+  std::string text = "These are logs of " + std::to_string(ids.size()) + " sessions, taken as one here:";
+  for (const std::string& id : ids) {
+    text += ' ' + id;
+  }
+  return {{Severity::Warning, text}};
 }
 
 std::vector<std::string> problemsOf(const LogSet& logs) {
@@ -168,6 +226,13 @@ std::vector<std::string> problemsOf(const LogSet& logs) {
                          std::to_string(file.lines));
     }
   }
+  if (!logs.leftOut.empty()) {
+    std::string names;
+    for (const std::string& name : logs.leftOut) {
+      names += (names.empty() ? "" : ", ") + cleanText(name);
+    }
+    problems.push_back("Left out, no log of CanvixSentiq: " + names);
+  }
   for (const auto& [role, note] : {std::pair(LogRole::Session, ""), std::pair(LogRole::Watchdog, ""),
                                    std::pair(LogRole::Initial, " (written only after an abnormal end)")}) {
     if (std::none_of(logs.files.begin(), logs.files.end(), [r = role](const auto& file) { return file.role == r; })) {
@@ -175,6 +240,23 @@ std::vector<std::string> problemsOf(const LogSet& logs) {
     }
   }
   return problems;
+}
+
+// Empty when no single entry tells.
+std::vector<std::pair<std::string, std::string>> evidenceOf(const LogSet& logs, const Outcome& outcome) {
+  if (outcome.evidence == nullptr) {
+    return {};
+  }
+  const LogEntry& entry = *outcome.evidence;
+  std::vector<std::pair<std::string, std::string>> evidence{{"time", isoTime(*entry.time, entry.offset)}};
+  if (entry.meaning == Meaning::Crash) {
+    const CrashPlace place = crashPlace(logs.events[*entry.event]);
+    evidence.insert(evidence.end(), {{"module", place.module},
+                                     {"moduleVersion", place.version},
+                                     {"exception", place.exception},
+                                     {"offset", place.offset}});
+  }
+  return evidence;
 }
 
 void appendList(std::string& text, std::string_view title, const std::vector<std::string>& items) {
@@ -193,7 +275,11 @@ Summary summarize(const LogSet& logs) {
   const Outcome outcome = judgeOutcome(logs, span);
   Summary summary;
   summary.outcome = outcome.word;
-  summary.statements.push_back({outcome.severity, outcome.text});
+  summary.evidence = evidenceOf(logs, outcome);
+  summary.statements = {{outcome.severity, outcome.text}};
+  for (const Statement& statement : mixtureStatements(logs)) {
+    summary.statements.push_back(statement);
+  }
   for (const Statement& statement : powerStatements(logs, span)) {
     summary.statements.push_back(statement);
   }
@@ -214,7 +300,7 @@ std::string summaryText(const Summary& summary, bool colour) {
   text += '\n';
   constexpr std::size_t labelWidth = 26;
   for (const Fact& fact : summary.facts) {
-    text += fact.label + std::string(labelWidth - std::min(labelWidth, fact.label.size()), ' ') + fact.value + '\n';
+    text += fact.label + std::string(labelWidth - std::min(labelWidth, fact.label.size()), ' ') + fact.text + '\n';
   }
   appendList(text, "Gaps of more than 15 s in the records", summary.gaps);
   appendList(text, "Missing or damaged", summary.problems);
@@ -222,7 +308,10 @@ std::string summaryText(const Summary& summary, bool colour) {
 }
 
 std::string summaryJson(const Summary& summary) {
-  nlohmann::ordered_json object{{"outcome", summary.outcome}};
+  nlohmann::ordered_json object{{"outcome", summary.outcome}, {"evidence", nullptr}};
+  for (const auto& [key, value] : summary.evidence) {
+    object["evidence"][key] = value;
+  }
   for (const Statement& statement : summary.statements) {
     object["statements"].push_back({{"severity", severityName(statement.severity)}, {"text", statement.text}});
   }

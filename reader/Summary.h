@@ -1,14 +1,14 @@
 // What happened, from everything that the logs hold: the first line answers, the others say from what.
 #pragma once
 
-#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
 
+#include <nlohmann/json.hpp>
+
 #include "reader/EventTable.h"
 #include "reader/LogSet.h"
-#include "reader/LogTime.h"
 
 namespace sentiq {
 
@@ -18,14 +18,16 @@ struct Statement {
 };
 
 struct Fact {
-  std::string key;    // For JSON.
-  std::string label;  // For people.
-  std::string value;  // "unknown" where the logs do not tell.
+  std::string label;
+  std::string text;  // "unknown" where the logs do not tell.
+  std::string key;   // The same for scripts.
+  nlohmann::ordered_json value;
 };
 
 struct Summary {
   std::string outcome;  // One word for scripts: crashed, hung, ended, shutdown, power-loss, asleep or unknown.
-  std::vector<Statement> statements;  // Never empty; the first one is what happened.
+  std::vector<std::pair<std::string, std::string>> evidence;  // For scripts: when, and of a crash where.
+  std::vector<Statement> statements;                          // Never empty; the first one is what happened.
   std::vector<Fact> facts;
   std::vector<std::string> gaps;      // In the records.
   std::vector<std::string> problems;  // Files missing or damaged.

@@ -1,13 +1,13 @@
 #include "startup/LaunchOptions.h"
 
-#include <codecvt>
 #include <cstdint>
 #include <locale>
 #include <string>
-#include <type_traits>
 #include <vector>
 
 #include <boost/program_options.hpp>
+
+#include "logging/Utf8Facet.h"
 
 namespace sentiq {
 namespace {
@@ -18,7 +18,7 @@ namespace po = boost::program_options;
 // that conversion UTF-8 for as long as the object lives.
 class Utf8GlobalLocale {
  public:
-  Utf8GlobalLocale() : previous_(std::locale::global(std::locale(std::locale(), new Facet))) {}
+  Utf8GlobalLocale() : previous_(std::locale::global(std::locale(std::locale(), new Utf8Facet))) {}
   ~Utf8GlobalLocale() { std::locale::global(previous_); }
   Utf8GlobalLocale(const Utf8GlobalLocale&) = delete;
   Utf8GlobalLocale& operator=(const Utf8GlobalLocale&) = delete;
@@ -26,7 +26,6 @@ class Utf8GlobalLocale {
   Utf8GlobalLocale& operator=(Utf8GlobalLocale&&) = delete;
 
  private:
-  using Facet = std::conditional_t<sizeof(wchar_t) == 2, std::codecvt_utf8_utf16<wchar_t>, std::codecvt_utf8<wchar_t>>;
   std::locale previous_;
 };
 

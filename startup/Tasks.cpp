@@ -53,7 +53,7 @@ void runCaptureTask(const LaunchOptions& options) {
 }  // namespace
 
 // The capture task and the start of the watchdog are not ordered against each other: when the monitored
-// process is already gone, stopWatchdog may come first, and the watchdog then runs until the process ends.
+// process is already gone, stopWatchdog may come first, and the threads that startWatchdog then makes are never joined.
 void runTasks(const LaunchOptions& options) {
   auto capture =
       std::make_unique<std::future<void>>(std::async(std::launch::async, [options] { runCaptureTask(options); }));

@@ -1,7 +1,6 @@
 #include "watchdog/AppExitMonitor.h"
 
 #include <chrono>
-#include <exception>
 #include <thread>
 
 #include "logging/WatchdogLog.h"
@@ -12,6 +11,9 @@ namespace sentiq {
 namespace {
 
 constexpr std::chrono::seconds pollInterval(1);
+
+// Windows writes some entries well after an exit. A stop does not cut this short.
+constexpr std::chrono::seconds secondDumpAfter(120);
 
 void writeProcessLine(const char* message) {
   writeLogLine(message, /*isSystem=*/false, LogLevel::Info, LogTarget::WatchdogLog);
@@ -30,7 +32,7 @@ bool waitForExit() {
 
 }  // namespace
 
-void monitorAppExit(std::chrono::seconds secondDumpAfter) {
+void monitorAppExit() {
   try {
     writeProcessLine("Inside  monitor app exit");
     if (waitForExit()) {
@@ -40,7 +42,7 @@ void monitorAppExit(std::chrono::seconds secondDumpAfter) {
       dumpEventLogs();
     }
     writeProcessLine("Leaving App monitor app exit");
-  } catch (const std::exception&) {  // NOLINT(bugprone-empty-catch): only the log itself can fail here.
+  } catch (...) {  // NOLINT(bugprone-empty-catch): only the log itself can fail here.
   }
 }
 

@@ -76,7 +76,7 @@ void handlePowerBroadcast(WPARAM code) noexcept {
       default:
         break;
     }
-  } catch (const std::exception&) {  // NOLINT(bugprone-empty-catch): only the log itself can fail here.
+  } catch (...) {  // NOLINT(bugprone-empty-catch): only the log itself can fail here.
   }
 }
 
@@ -122,7 +122,7 @@ std::optional<HPOWERNOTIFY> listen() {
   }
   const HPOWERNOTIFY modern = RegisterPowerSettingNotification(window, &modernSleep, DEVICE_NOTIFY_WINDOW_HANDLE);
   if (modern == nullptr) {
-    const DWORD error = GetLastError();
+    const DWORD error = GetLastError();  // Writing a line would leave an error of its own.
     writeSystemLine("inside power thread, registration failed for modern sleep");
     writeErrorText(error);
     return std::nullopt;
@@ -177,7 +177,7 @@ void runPowerThread() {
       pumpMessages();
       UnregisterPowerSettingNotification(*registration);
     }
-  } catch (const std::exception&) {  // NOLINT(bugprone-empty-catch): only the log itself can fail here.
+  } catch (...) {  // NOLINT(bugprone-empty-catch): only the log itself can fail here.
   }
 }
 

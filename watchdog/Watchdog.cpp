@@ -2,7 +2,6 @@
 
 #include <chrono>
 #include <cstdint>
-#include <exception>
 #include <mutex>
 #include <string>
 #include <thread>
@@ -42,7 +41,7 @@ void startWatchdog(const WatchdogSettings& settings) {
     if (!settings.lastAbnormalSessionId.empty()) {
       state.threads.emplace_back(runInitialMetricCollection, settings.lastAbnormalSessionId);
     }
-    state.threads.emplace_back([] { monitorAppExit(); });
+    state.threads.emplace_back(monitorAppExit);
     state.threads.emplace_back(runPowerThread);
   }
   writeSystemLine("Done with start of Watchdog application", LogTarget::WatchdogLog);
@@ -80,10 +79,10 @@ void runInitialMetricCollection(const std::string& lastAbnormalSessionId) {
       readAppTerminationEvents(L"System", log);  // Of the application, on purpose: it normally finds nothing.
       writeSystemLine(done, log);
       writeSeparator(log);
-    } catch (const std::exception&) {
+    } catch (...) {
       writeSystemLine(done, log);  // Without the separator: it says that everything was collected.
     }
-  } catch (const std::exception&) {  // NOLINT(bugprone-empty-catch): the log itself failed.
+  } catch (...) {  // NOLINT(bugprone-empty-catch): the log itself failed.
   }
 }
 

@@ -1,13 +1,3 @@
-#include <algorithm>
-#include <chrono>
-#include <cstdint>
-#include <filesystem>
-#include <memory>
-#include <string>
-#include <vector>
-
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 
 #include "capture/CaptureSettings.h"
@@ -15,6 +5,7 @@
 #include "capture/MetricCode.h"
 #include "tests/capture/FakeProviders.h"
 #include "tests/support/Decode.h"
+#include "tests/support/Test.h"
 #include "tests/support/TestFiles.h"
 
 namespace sentiq {

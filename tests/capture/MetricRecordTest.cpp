@@ -1,13 +1,10 @@
-#include <chrono>
-#include <cstdint>
 #include <set>
-#include <string>
 #include <string_view>
 
-#include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 
 #include "capture/MetricRecord.h"
+#include "tests/support/Test.h"
 
 namespace sentiq {
 namespace {

@@ -1,7 +1,6 @@
 // Stands in for the system's wevtapi.dll: answers queries over event XML files as the system does over its channels.
 //   SENTIQ_EVENTS=folder           <channel>.xml in it holds the channel's events, oldest first
 //   SENTIQ_EVENTS_FAULT=call:n:e   the n-th EvtNext or EvtRender of a query, or every EvtQuery, fails with error e
-//   SENTIQ_EVENTS_BALANCE=file     receives the number of handles left open when the process ends
 // In an event, {CONTROL} becomes every control character, {LONE} a lone surrogate, {MEGABYTE} a million characters.
 #include <windows.h>
 
@@ -10,6 +9,7 @@
 #include <algorithm>
 #include <atomic>
 #include <cstring>
+#include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <map>
@@ -156,14 +156,6 @@ BOOL WINAPI EvtRender(EVT_HANDLE, EVT_HANDLE event, DWORD flags, DWORD size, voi
 
 BOOL WINAPI EvtClose(EVT_HANDLE handle) {
   delete static_cast<Handle*>(handle);
-  return TRUE;
-}
-
-BOOL WINAPI DllMain(HINSTANCE, DWORD reason, void*) {
-  const std::string file = reason == DLL_PROCESS_DETACH ? environment(L"SENTIQ_EVENTS_BALANCE") : "";
-  if (!file.empty()) {
-    std::ofstream(sentiq::toPath(file)) << openHandles;
-  }
   return TRUE;
 }
 

@@ -1,22 +1,12 @@
 // Faults that the unchanged program must survive: exit code 0, no line lost that could be written, no hang.
-#include <windows.h>
-
-#include <algorithm>
-#include <chrono>
-#include <filesystem>
-#include <fstream>
+#include <cstdlib>
 #include <functional>
 #include <list>
-#include <memory>
-#include <string>
-#include <thread>
-#include <vector>
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 
 #include "tests/endtoend/RunTest.h"
+#include "tests/support/Test.h"
 
 namespace sentiq::test {
 namespace {
@@ -24,70 +14,82 @@ namespace {
 using namespace std::chrono_literals;
 namespace fs = std::filesystem;
 
-using Lines = std::vector<std::string>;
-
-const std::string system = stamp + " [SYSTEM] [INFO]: ";
-const std::string process = stamp + " [PROCESS] [INFO]: ";
-const std::string exitLine = stamp + " Exit Status - Canvix is no longer alive";
-
-std::ptrdiff_t count(const fs::path& log, const std::string& line) {
-  const Lines lines = readLog(log);
-  return std::count(lines.begin(), lines.end(), line);
-}
+constexpr auto program = L"CanvixSentiq.exe";
+const std::string dumped = systemHead + "Done dumping event logs";
 
 void resume(const ChildProcess& sentiq) {
   SendMessageW(powerWindowOf(sentiq.pid()), WM_POWERBROADCAST, PBT_APMRESUMESUSPEND, 0);
 }
 
+std::ptrdiff_t countEvents(const Lines& lines, const std::string& head) {
+  return std::count_if(lines.begin(), lines.end(), [&](const std::string& line) { return line.rfind(head, 0) == 0; });
+}
+
 // Every line of the file is whole: a time stamp and tags, a record, a header line or the separator.
 void expectWholeLines(const fs::path& log) {
   for (const std::string& line : readLog(log)) {
-    const bool whole = line.rfind(system, 0) == 0 || line.rfind(process, 0) == 0 || line == exitLine ||
-                       line == std::string(39, '=') || line.rfind("OrbelSessionID: ", 0) == 0 ||
+    const bool whole = line.rfind(systemHead, 0) == 0 || line.rfind(processHead, 0) == 0 || line == exitLine ||
+                       line == separatorLine || line.rfind("OrbelSessionID: ", 0) == 0 ||
                        line.rfind("ProcessID: ", 0) == 0 || nlohmann::json::accept(line);
     EXPECT_TRUE(whole) << log.filename() << ": " << line;
   }
 }
 
-// Canvix is ended at ten moments of the start and the run. The runs go side by side: each may take the two minutes.
+// The moments are nine times since the start (before it, one that leaves no process to open) and two dumps of the event
+// log. The runs go side by side: each may take the two minutes.
 TEST(Faults, CanvixIsKilledAtTenMoments) {
-  SetEnvironmentVariableW(L"SENTIQ_EVENTS", (programFolder() / "events").c_str());
+  useSampleEvents();
   struct Run {
     RunFolder folder;
-    ChildProcess canvix{L"Canvix.exe"};
+    std::unique_ptr<ChildProcess> canvix = std::make_unique<ChildProcess>(L"Canvix.exe");
     std::unique_ptr<ChildProcess> sentiq;
   };
   std::list<Run> runs;
-  const std::chrono::milliseconds moments[] = {0ms, 20ms, 60ms, 120ms, 200ms, 350ms, 600ms, 1000ms, 2000ms};
-  for (int i = 0; i < 10; ++i) {
+  constexpr std::chrono::milliseconds goneBefore(-1);
+  const struct {
+    std::chrono::milliseconds after;
+    WPARAM during;  // A power message whose handling is under way.
+  } moments[] = {{goneBefore, 0},
+                 {0ms, 0},
+                 {30ms, 0},
+                 {80ms, 0},
+                 {150ms, 0},
+                 {300ms, 0},
+                 {600ms, 0},
+                 {2000ms, 0},
+                 {50ms, PBT_APMRESUMESUSPEND},
+                 {50ms, PBT_APMSUSPEND}};
+  for (const auto& [after, during] : moments) {
     Run& run = runs.emplace_back();
-    const auto start = [&] {
-      run.sentiq = std::make_unique<ChildProcess>(L"CanvixSentiq.exe",
-                                                  pidOption(run.canvix) + L" --last-abnormal-session-id before" +
-                                                      run.folder.sessionOption() + run.folder.watchdogOptions());
-    };
-    if (i < 9) {
-      start();
-      std::this_thread::sleep_for(moments[i]);
-    } else {  // While the program is busy with the machine's sleep.
-      start();
-      ASSERT_TRUE(eventually([&] { return powerWindowOf(run.sentiq->pid()) != nullptr; }));
-      PostMessageW(powerWindowOf(run.sentiq->pid()), WM_POWERBROADCAST, PBT_APMSUSPEND, 0);
-      std::this_thread::sleep_for(200ms);
+    const std::wstring options = pidOption(*run.canvix) + L" --last-abnormal-session-id before" +
+                                 run.folder.sessionOption() + run.folder.watchdogOptions();
+    if (after == goneBefore) {
+      run.canvix.reset();
     }
-    run.canvix.end();
+    run.sentiq = std::make_unique<ChildProcess>(program, options);
+    if (during != 0) {
+      ASSERT_TRUE(watchdogRuns(run.folder, *run.sentiq));
+      PostMessageW(powerWindowOf(run.sentiq->pid()), WM_POWERBROADCAST, during, 0);
+    }
+    std::this_thread::sleep_for(std::max(after, 0ms));
+    if (run.canvix) {
+      run.canvix->end();
+    }
   }
   for (Run& run : runs) {
     EXPECT_EQ(run.sentiq->wait(220s), 0u);
     for (const fs::path& log : {run.folder.session, run.folder.watchdog, run.folder.initial}) {
       expectWholeLines(log);
     }
-    const Lines lines = readLog(run.folder.watchdog);
-    // Either the exit was recorded to the end, or Canvix was gone before it could be waited for.
-    if (count(run.folder.session, exitLine) == 1) {
-      EXPECT_EQ(lines.back(), system + "Watchdog stopped cleanly.");
-    } else {
-      EXPECT_EQ(count(run.folder.watchdog, system + "Attempting to stop Watchdog."), 0);
+    const fs::path& log = run.folder.watchdog;
+    const bool recorded = run.canvix != nullptr;
+    EXPECT_EQ(count(run.folder.session, exitLine), recorded);
+    EXPECT_EQ(count(log, systemHead + "Attempting to stop Watchdog."), recorded);
+    EXPECT_EQ(count(log, systemHead + "Watchdog stopped cleanly."), recorded);
+    if (recorded) {
+      const Lines lines = readLog(log);
+      const auto exit = std::find(lines.begin(), lines.end(), processHead + "App has exited");
+      EXPECT_GE(std::count(exit, lines.end(), processHead + "App dumping System log:"), 2);
     }
   }
 }
@@ -100,45 +102,41 @@ TEST(Faults, LogsThatGoAwayAndComeBack) {
   const struct {
     const char* name;
     Step fault, cure;
+    int starts;        // How many lines of the start are left.
     int fewest, most;  // Of three resumes: before, during and after the fault.
   } cases[] = {
       {"folder removed and made again", [](const RunFolder& run) { fs::remove_all(run.watchdog.parent_path()); },
-       [](const RunFolder& run) { fs::create_directories(run.watchdog.parent_path()); }, 1, 1},
+       [](const RunFolder& run) { fs::create_directories(run.watchdog.parent_path()); }, 0, 1, 1},
+      {"replaced by a folder",
+       [](const RunFolder& run) { fs::remove(run.watchdog), fs::create_directory(run.watchdog); },
+       [](const RunFolder& run) { fs::remove(run.watchdog); }, 0, 1, 1},
       {"locked without sharing",
        [&](const RunFolder& run) {
          lock = FileHandle(CreateFileW(run.watchdog.c_str(), GENERIC_READ, 0, nullptr, OPEN_EXISTING, 0, nullptr));
          ASSERT_TRUE(lock);
        },
-       [&](const RunFolder&) { lock.reset(); }, 2, 2},
+       [&](const RunFolder&) { lock.reset(); }, 1, 2, 2},
+      // Root writes a read-only file all the same under Wine, others do not.
       {"read-only", [](const RunFolder& run) { SetFileAttributesW(run.watchdog.c_str(), FILE_ATTRIBUTE_READONLY); },
-       [](const RunFolder& run) {
-         SetFileAttributesW(run.watchdog.c_str(), FILE_ATTRIBUTE_NORMAL);
-       },  // The administrator writes all the same under Wine.
-       2, 3},
-      {"replaced by a folder",
-       [](const RunFolder& run) {
-         fs::remove(run.watchdog);
-         fs::create_directory(run.watchdog);
-       },
-       [](const RunFolder& run) { fs::remove(run.watchdog); }, 1, 1},
+       [](const RunFolder& run) { SetFileAttributesW(run.watchdog.c_str(), FILE_ATTRIBUTE_NORMAL); }, 1, 2, 3},
   };
-  for (const auto& [name, fault, cure, fewest, most] : cases) {
+  for (const auto& [name, fault, cure, starts, fewest, most] : cases) {
     RunFolder run;
     run.watchdog = run.folder / L"below" / L"watchdog \U0001F600.log";
     fs::create_directories(run.watchdog.parent_path());
     const ChildProcess canvix(L"Canvix.exe");
-    const ChildProcess sentiq(L"CanvixSentiq.exe", pidOption(canvix) + run.watchdogOptions());
-    ASSERT_TRUE(eventually([&] { return powerWindowOf(sentiq.pid()) != nullptr; })) << name;
+    const ChildProcess sentiq(program, pidOption(canvix) + run.watchdogOptions());
+    ASSERT_TRUE(watchdogRuns(run, sentiq)) << name;
     resume(sentiq);
     fault(run);
     resume(sentiq);
     cure(run);
     resume(sentiq);
-    const auto resumes = count(run.watchdog, system + "System Resume");
+    const auto resumes = count(run.watchdog, systemHead + "System Resume");
     EXPECT_GE(resumes, fewest) << name;
     EXPECT_LE(resumes, most) << name;
-    EXPECT_EQ(count(run.watchdog, system + "Done dumping event logs"), resumes) << name;
-    EXPECT_EQ(count(run.watchdog, system + "Starting Watchdog application"), fewest - 1) << name;
+    EXPECT_EQ(count(run.watchdog, dumped), resumes) << name;
+    EXPECT_EQ(count(run.watchdog, systemHead + "Starting Watchdog application"), starts) << name;
     expectWholeLines(run.watchdog);
   }
 }
@@ -152,8 +150,8 @@ TEST(Faults, PathsOf400CharactersAndLogsThatCannotBeMade) {
     CreateDirectoryW((L"\\\\?\\" + deep.wstring()).c_str(), nullptr);
   }
   run.session = deep / L"session.log";
-  ChildProcess longPath(L"CanvixSentiq.exe", pidOption(canvix) + L" --encode-logs 0" + run.sessionOption());
-  ChildProcess noFolder(L"CanvixSentiq.exe", pidOption(canvix) + L" --sentiq-logs-path Z:\\nowhere\\at\\all.log");
+  ChildProcess longPath(program, pidOption(canvix) + run.sessionOption());
+  ChildProcess noFolder(program, pidOption(canvix) + L" --sentiq-logs-path Z:\\nowhere\\at\\all.log");
   EXPECT_EQ(longPath.wait(60s), 0u);
   EXPECT_EQ(noFolder.wait(60s), 0u);
   EXPECT_EQ(count(run.session, exitLine), 1);
@@ -161,27 +159,92 @@ TEST(Faults, PathsOf400CharactersAndLogsThatCannotBeMade) {
 
 // The event log fails in every way; the lines around it are all there.
 TEST(Faults, EventLogThatFails) {
-  SetEnvironmentVariableW(L"SENTIQ_EVENTS", (programFolder() / "events").c_str());
-  for (const wchar_t* fault : {L"EvtQuery:0:1722", L"EvtNext:1:1734", L"EvtNext:2:15011", L"EvtRender:4:122"}) {
-    SetEnvironmentVariableW(L"SENTIQ_EVENTS_FAULT", fault);
+  useSampleEvents();
+  for (const std::wstring fault : {L"EvtQuery:0:1722", L"EvtNext:1:1734", L"EvtNext:2:15011", L"EvtRender:4:122"}) {
+    SetEnvironmentVariableW(L"SENTIQ_EVENTS_FAULT", fault.c_str());
     const RunFolder run;
     const ChildProcess canvix(L"Canvix.exe");
-    const ChildProcess sentiq(L"CanvixSentiq.exe",
+    const ChildProcess sentiq(program,
                               pidOption(canvix) + L" --last-abnormal-session-id before" + run.watchdogOptions());
-    ASSERT_TRUE(eventually([&] { return powerWindowOf(sentiq.pid()) != nullptr; }));
-    EXPECT_TRUE(eventually([&] { return count(run.initial, std::string(39, '=')) == 1; }));
+    SetEnvironmentVariableW(L"SENTIQ_EVENTS_FAULT", nullptr);
+    ASSERT_TRUE(watchdogRuns(run, sentiq));
+    EXPECT_TRUE(eventually([&] { return count(run.initial, separatorLine) == 1; }));
     resume(sentiq);
-    EXPECT_EQ(count(run.watchdog, system + "Done dumping event logs"), 1);
-    const bool away = std::wstring(fault).find(L"EvtQuery") == 0;
-    EXPECT_EQ(count(run.initial, process + "EvtQuery failed"), away ? 3 : 0);
+    EXPECT_EQ(count(run.watchdog, dumped), 1);
+    EXPECT_EQ(count(run.initial, processHead + "EvtQuery failed"), fault.find(L"EvtQuery") == 0 ? 3 : 0);
   }
-  SetEnvironmentVariableW(L"SENTIQ_EVENTS_FAULT", nullptr);
+}
+
+// Two programs that were given the same files. They take turns here: Wine, unlike Windows, appends in two steps, so
+// that lines of two programs at one moment could overwrite each other.
+TEST(Faults, TwoInstancesOnTheSameLogs) {
+  useSampleEvents();
+  const RunFolder run;
+  const ChildProcess canvix(L"Canvix.exe");
+  const std::wstring options =
+      pidOption(canvix) + L" --last-abnormal-session-id before" + run.sessionOption() + run.watchdogOptions();
+  std::list<ChildProcess> both;
+  for (const std::ptrdiff_t number : {1, 2}) {
+    const ChildProcess& sentiq = both.emplace_back(program, options);
+    ASSERT_TRUE(watchdogRuns(run, sentiq));
+    ASSERT_TRUE(eventually([&] { return count(run.initial, separatorLine) == number; }));
+  }
+  for (const ChildProcess& sentiq : both) {
+    resume(sentiq);
+  }
+  for (const fs::path& log : {run.session, run.watchdog, run.initial}) {
+    expectWholeLines(log);
+  }
+  EXPECT_EQ(count(run.watchdog, systemHead + "Starting Watchdog application"), 2);
+  EXPECT_EQ(count(run.watchdog, dumped), 2);
+  std::ptrdiff_t sampleEvents = 0;
+  for (const char* channel : {"Application.xml", "System.xml"}) {
+    sampleEvents += countEvents(linesOf(readFile(programFolder() / "events" / channel)), "<Event ");
+  }
+  EXPECT_EQ(countEvents(readLog(run.watchdog), processHead + "{\"xmlData\""), 2 * sampleEvents);
+}
+
+// What comes once there is room again is all there, and what was there before is untouched.
+TEST(Faults, DiskThatFillsUp) {
+  const char* const disk = std::getenv("SENTIQ_SMALL_DISK");
+  ASSERT_NE(disk, nullptr) << "small-disk.sh sets it";
+  SetEnvironmentVariableW(L"SENTIQ_EVENTS", L"Z:\\nowhere");
+  RunFolder run;
+  run.watchdog = fs::path(disk) / "watchdog.log";
+  const fs::path filler = fs::path(disk) / "filler";
+  const ChildProcess canvix(L"Canvix.exe");
+  const ChildProcess sentiq(program, pidOption(canvix) + run.watchdogOptions());
+  ASSERT_TRUE(watchdogRuns(run, sentiq));
+  const Lines before = readLog(run.watchdog);
+  for (std::ofstream file(filler, std::ios::binary); file;) {
+    file << std::string(1000, 'x') << std::flush;
+  }
+  for (int i = 0; i < 100; ++i) {
+    resume(sentiq);
+  }
+  EXPECT_LT(count(run.watchdog, dumped), 100);  // The disk was full indeed.
+  fs::remove(filler);
+  resume(sentiq);
+  resume(sentiq);
+  const Lines lines = readLog(run.watchdog);
+  EXPECT_TRUE(std::equal(before.begin(), before.end(), lines.begin()));
+  // The first line of the two dumps may follow on one that the full disk cut off.
+  const Lines last = {processHead + "App dumping Application log:",
+                      processHead + "App dumping System log:",
+                      dumped,
+                      systemHead + "System Resume",
+                      processHead + "App dumping Application log:",
+                      processHead + "App dumping System log:",
+                      dumped};
+  ASSERT_GE(lines.size(), before.size() + last.size());
+  EXPECT_TRUE(std::equal(last.begin(), last.end(), lines.end() - 7));
 }
 
 TEST(Faults, WithoutTheCrashClientTheProgramDoesNotStart) {
+  SetErrorMode(SEM_FAILCRITICALERRORS);  // Inherited: no message box that waits for somebody.
   const TempFolder folder;
-  fs::copy_file(programFolder() / "CanvixSentiq.exe", folder / "CanvixSentiq.exe");
-  EXPECT_EQ(ChildProcess(L"CanvixSentiq.exe", L"--help", folder / "").wait(60s), DWORD{0xC0000135});
+  fs::copy_file(programFolder() / program, folder / program);
+  EXPECT_EQ(ChildProcess(program, L"--help", folder / "").wait(60s), DWORD{0xC0000135});
 }
 
 }  // namespace

@@ -1,11 +1,8 @@
-#include <cstddef>
 #include <random>
-#include <string>
-
-#include <gtest/gtest.h>
 
 #include "logging/LogEncoding.h"
 #include "tests/support/Decode.h"
+#include "tests/support/Test.h"
 
 namespace sentiq {
 namespace {

@@ -1,27 +1,19 @@
 // What only the system's own file sharing shows.
-#include <windows.h>
-
-#include <filesystem>
-#include <string>
-
-#include <gtest/gtest.h>
-
 #include "logging/UniqueHandle.h"
 #include "logging/WatchdogLog.h"
+#include "tests/support/SystemCalls.h"
+#include "tests/support/Test.h"
 #include "tests/support/TestFiles.h"
 
 namespace {
-template <typename Function>
-Function real(const char* name) {
-  return reinterpret_cast<Function>(reinterpret_cast<void*>(GetProcAddress(GetModuleHandleW(L"kernel32"), name)));
-}
+using sentiq::test::real;
 
 DWORD attributesError = 0;
 DWORD lastAccess = 0;
 
 DWORD WINAPI failingAttributes(LPCWSTR path) {
   if (attributesError == 0) {
-    return real<decltype(&GetFileAttributesW)>("GetFileAttributesW")(path);
+    return real<decltype(&GetFileAttributesW)>(L"kernel32", "GetFileAttributesW")(path);
   }
   SetLastError(attributesError);
   return INVALID_FILE_ATTRIBUTES;
@@ -30,7 +22,8 @@ DWORD WINAPI failingAttributes(LPCWSTR path) {
 HANDLE WINAPI watchedCreateFile(LPCWSTR path, DWORD access, DWORD share, LPSECURITY_ATTRIBUTES security,
                                 DWORD disposition, DWORD flags, HANDLE templateFile) {
   lastAccess = access;
-  return real<decltype(&CreateFileW)>("CreateFileW")(path, access, share, security, disposition, flags, templateFile);
+  return real<decltype(&CreateFileW)>(L"kernel32", "CreateFileW")(path, access, share, security, disposition, flags,
+                                                                  templateFile);
 }
 }  // namespace
 

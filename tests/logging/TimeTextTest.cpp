@@ -1,13 +1,10 @@
-#include <cstdint>
 #include <cstdlib>
 #include <ctime>
 #include <limits>
-#include <string>
-
-#include <gtest/gtest.h>
 
 #include "logging/LocalTime.h"
 #include "logging/TimeText.h"
+#include "tests/support/Test.h"
 
 namespace sentiq {
 namespace {

@@ -1,17 +1,11 @@
 #include <atomic>
-#include <filesystem>
 #include <set>
-#include <string>
-#include <thread>
-#include <vector>
-
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include "logging/LogEncoding.h"
 #include "logging/TextConversion.h"
 #include "logging/WatchdogLog.h"
 #include "tests/support/Decode.h"
+#include "tests/support/Test.h"
 #include "tests/support/TestFiles.h"
 
 namespace sentiq {

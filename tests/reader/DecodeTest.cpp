@@ -62,6 +62,7 @@ TEST(Decode, TellsPlainEncodedAndDamagedLinesApart) {
       {"complete but for its line end", encoded + encodeText(entry), entry + "\n" + encodeText(entry), exitDamaged},
       {"a foreign byte within", encoded.substr(0, 40) + "*" + encoded.substr(40), "", exitDamaged},
       {"beginning lost", encoded + encodeText(entry).substr(4) + "\n", "", exitDamaged},
+      {"bytes that are no text", entry + "\n\xff\x80\n", entry + "\n\xff\x80\n", exitDamaged},
       {"NUL bytes after a power loss", entry + "\n" + std::string(20, '\0') + "\n", "", exitDamaged},
   };
   for (const Case& c : cases) {
@@ -82,22 +83,6 @@ TEST(Decode, LosesNoByteOfAnyLength) {
   }
 }
 
-TEST(LineSplitter, CutsTheSameLinesWhereverTheBlocksEnd) {
-  const std::string bytes = "one\r\n\ntwo\nrest";
-  for (std::size_t size = 1; size <= bytes.size(); ++size) {
-    LineSplitter splitter;
-    std::string seen;
-    const auto visit = [&](const Line& line) {
-      seen += std::to_string(line.number) + std::string(line.text) + (line.whole ? "|" : "?");
-    };
-    for (std::size_t i = 0; i < bytes.size(); i += size) {
-      splitter.feed(std::string_view(bytes).substr(i, size), visit);
-    }
-    splitter.finish(visit);
-    EXPECT_EQ(seen, "1one|2|3two|4rest?") << "blocks of " << size;
-  }
-}
-
 TEST(Decode, PassesOnALineOfAnyLengthInBoundedPieces) {
   const std::string block(1U << 20, 'x');
   LineSplitter splitter;
@@ -113,6 +98,17 @@ TEST(Decode, PassesOnALineOfAnyLengthInBoundedPieces) {
   splitter.feed("\nend\n", visit);
   EXPECT_EQ(total, 40 * block.size() + 5);
   EXPECT_LE(longest, LineSplitter::longestLine + block.size());
+}
+
+TEST(Decode, EndsALineThatTheLogBeforeLeftUnfinished) {
+  const SampleFolder folder;
+  std::istringstream noInput;
+  std::ostringstream out;
+  std::ostringstream messages;
+  Progress progress(nullptr);
+  decodeLogs({{folder.write("a.log", entry), folder.write("b.log", encoded)}, /*follow=*/false, {}, /*colour=*/false},
+             noInput, out, messages, progress, stopRequested());
+  EXPECT_EQ(out.str(), "a.log  " + entry + "\nb.log  " + entry + "\n");
 }
 
 // Output that another thread looks at.
@@ -145,7 +141,7 @@ testing::AssertionResult comesToHold(SharedOutput& output, const std::string& te
 }
 
 TEST(Decode, FollowsAFileThatAppearsIsEmptiedAndIsDeleted) {
-  const SampleFolder folder("sentiq-reader-follow");
+  const SampleFolder folder;
   SharedOutput output;
   std::ostringstream messages;
   std::atomic<bool> stop{false};

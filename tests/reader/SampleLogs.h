@@ -1,7 +1,6 @@
 // Logs as the program writes them, for the reader's tests.
 #pragma once
 
-#include <filesystem>
 #include <fstream>
 #include <sstream>
 #include <string>
@@ -10,33 +9,22 @@
 #include "logging/LogEncoding.h"
 #include "reader/Console.h"
 #include "reader/LogSet.h"
+#include "tests/support/TestFiles.h"
 
 namespace sentiq {
 
-/// A folder of its own, gone at the end.
+/// A folder of its own, gone at the end. File names and paths are UTF-8.
 class SampleFolder {
  public:
-  explicit SampleFolder(const std::string& name) : path_(std::filesystem::temp_directory_path() / pathFromText(name)) {
-    std::filesystem::remove_all(path_);
-    std::filesystem::create_directories(path_);
-  }
-  ~SampleFolder() {
-    std::error_code ignored;
-    std::filesystem::remove_all(path_, ignored);
-  }
-  SampleFolder(const SampleFolder&) = delete;
-  SampleFolder& operator=(const SampleFolder&) = delete;
-
-  std::string file(const std::string& name) const { return textFromPath(path_ / pathFromText(name)); }
+  std::string file(const std::string& name) const { return textFromPath(folder_ / pathFromText(name)); }
   std::string write(const std::string& name, const std::string& bytes,
                     std::ios::openmode mode = std::ios::trunc) const {
-    std::ofstream(path_ / pathFromText(name), std::ios::binary | std::ios::out | mode) << bytes;
+    std::ofstream(folder_ / pathFromText(name), std::ios::binary | std::ios::out | mode) << bytes;
     return file(name);
   }
-  std::string path() const { return textFromPath(path_); }
 
  private:
-  std::filesystem::path path_;
+  test::TempFolder folder_;
 };
 
 inline std::string encodedLine(const std::string& text) {
@@ -72,7 +60,7 @@ inline std::string sessionLog(const std::vector<std::string>& lines) {
 
 /// Reads the texts as the files of one session.
 inline LogSet readTexts(const std::vector<std::string>& texts) {
-  const SampleFolder folder("sentiq-reader-texts");
+  const SampleFolder folder;
   std::vector<std::string> files;
   for (const std::string& text : texts) {
     files.push_back(folder.write(std::to_string(files.size()) + ".log", text));

@@ -1,10 +1,7 @@
-#include <windows.h>
-
 #include <unordered_set>
 
-#include <gtest/gtest.h>
-
 #include "startup/FaultHandler.h"
+#include "tests/support/Test.h"
 
 namespace sentiq {
 namespace {

@@ -23,16 +23,17 @@ inline std::filesystem::path programFolder() {
 class ChildProcess {
  public:
   /// @param arguments as they stand on the command line. @param folder of the program, and the one it runs
-  /// in. Ends with the object at the latest.
+  /// in. @param security of the process. Ends with the object at the latest.
   explicit ChildProcess(const wchar_t* program, const std::wstring& arguments = L"",
-                        const std::filesystem::path& folder = programFolder()) {
+                        const std::filesystem::path& folder = programFolder(),
+                        SECURITY_ATTRIBUTES* security = nullptr) {
     STARTUPINFOW startup{};
     startup.cb = sizeof startup;
     PROCESS_INFORMATION process{};
     const std::wstring path = (folder / program).wstring();
     std::wstring commandLine = L"\"" + path + L"\" " + arguments;
-    if (!CreateProcessW(path.c_str(), commandLine.data(), nullptr, nullptr, FALSE, 0, nullptr, folder.c_str(), &startup,
-                        &process)) {
+    if (!CreateProcessW(path.c_str(), commandLine.data(), security, nullptr, FALSE, 0, nullptr, folder.c_str(),
+                        &startup, &process)) {
       throw std::runtime_error("CreateProcessW: " + std::to_string(GetLastError()));
     }
     const KernelHandle thread(process.hThread);

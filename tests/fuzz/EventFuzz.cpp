@@ -1,0 +1,35 @@
+// The parsers of single entries on any bytes: events, records, times.
+#include <cstddef>
+#include <cstdint>
+#include <cstdlib>
+#include <string>
+
+#include "reader/EventRecord.h"
+#include "reader/EventTable.h"
+#include "reader/LogTime.h"
+#include "reader/MetricRecord.h"
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  using namespace sentiq;
+  const std::string bytes(data, data + size);
+  if (const auto event = parseEvent(bytes)) {
+    if (describeEvent(*event).words.empty() || event->key().empty()) {
+      std::abort();
+    }
+    static_cast<void>(event->namesCanvix());
+  }
+  if (const auto metric = parseMetric(bytes)) {
+    static_cast<void>(parseElapsed(metric->appRunTime));
+    static_cast<void>(describeMetric(*metric));
+  }
+  static_cast<void>(parseElapsed(bytes));
+  if (const auto time = parseTime(bytes)) {
+    // What is shown is read back as the same millisecond.
+    const std::string shown = isoTime(time->instant, time->offset);
+    const auto again = parseTime(shown);
+    if (again && isoTime(again->instant, again->offset) != shown) {
+      std::abort();
+    }
+  }
+  return 0;
+}

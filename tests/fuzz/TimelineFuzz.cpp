@@ -1,0 +1,67 @@
+// Every command but decode on any bytes: one line for each entry, JSON that is JSON, a page that is whole.
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <cstdlib>
+#include <sstream>
+#include <string>
+
+#include <nlohmann/json.hpp>
+
+#include "reader/HtmlReport.h"
+#include "reader/LogSet.h"
+#include "reader/MetricsTable.h"
+#include "reader/Summary.h"
+#include "reader/Timeline.h"
+
+namespace {
+
+void require(bool holds) {
+  if (!holds) {
+    std::abort();
+  }
+}
+
+void requireJsonLines(const std::string& text, std::size_t lines) {
+  std::istringstream in(text);
+  std::size_t seen = 0;
+  for (std::string line; std::getline(in, line); ++seen) {
+    require(nlohmann::json::accept(line));
+  }
+  require(seen == lines);
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  using namespace sentiq;
+  std::istringstream in(std::string(data, data + size));
+  Progress progress(nullptr);
+  const LogSet logs = readLogs({"-"}, in, progress, /*keepRawLines=*/true);
+
+  std::ostringstream text;
+  std::ostringstream json;
+  TimelineOptions options;
+  writeTimeline(logs, options, text);
+  options.json = true;
+  writeTimeline(logs, options, json);
+  const std::string lines = text.str();
+  require(static_cast<std::size_t>(std::count(lines.begin(), lines.end(), '\n')) == logs.entries.size());
+  requireJsonLines(json.str(), logs.entries.size());
+
+  const Summary summary = summarize(logs);
+  require(!summaryText(summary, /*colour=*/true).empty());
+  requireJsonLines(summaryJson(summary), 1);
+
+  std::ostringstream table;
+  writeMetrics(logs, TableForm::Text, table);
+  writeMetrics(logs, TableForm::Csv, table);
+  std::ostringstream records;
+  writeMetrics(logs, TableForm::Json, records);
+  requireJsonLines(records.str(), logs.metrics.size());
+
+  std::ostringstream page;
+  writeHtmlReport(logs, page);
+  require(page.str().ends_with("</html>\n"));
+  return 0;
+}

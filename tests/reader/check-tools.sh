@@ -1,0 +1,59 @@
+#!/usr/bin/env bash
+# What other tools say to the reader's files: check-tools.sh lnav|man|report SENTIQ-LOGS. Ends with 77 without the tool.
+set -Eeuo pipefail
+here=$(cd "$(dirname "$0")" && pwd)
+what=$1 reader=$2
+folder=$(mktemp -d)
+trap 'rm -rf "$folder"' EXIT
+export HOME=$folder XDG_CONFIG_HOME=$folder
+
+need() { command -v "$1" >/dev/null || { echo "skipped: no $1 here"; exit 77; }; }
+same() { # same EXPECTED ACTUAL
+  [ "$1" = "$2" ] || { printf 'expected:\n%s\nbut got:\n%s\n' "$1" "$2"; exit 1; }
+}
+
+case $what in
+  lnav) # The format is taken, and tells every kind of line.
+    need lnav
+    lnav -i "$here/../../reader/sentiq-lnav.json"
+    same '' "$(lnav -C 2>&1)"
+    for log in "$here"/data/encoded/*.log; do "$reader" decode "$log" >"$folder/$(basename "$log")"; done
+    same 'log_level,lines,events
+unknown,2,0
+info,33,5
+warning,2,2
+error,5,5
+critical,3,3' "$(lnav -n -c ';SELECT log_level, count(*) AS lines, count(event_id) AS events FROM sentiq_log
+      GROUP BY log_level' -c ':write-csv-to -' "$folder"/*.log)"
+    ;;
+  man)
+    need groff
+    same '' "$(groff -man -ww -z "$here/../../reader/sentiq-logs.1" 2>&1)"
+    same 'CanvixSentiqSession.log ' "$("$reader" decode "$here"/data/plain/*.log | head -n 1 | cut -c1-24)"
+    # Every option that the program knows stands in the page.
+    page=$(sed 's/\\-/-/g' "$here/../../reader/sentiq-logs.1")
+    for command in decode timeline summary report metrics; do
+      "$reader" "$command" --help
+    done | grep -oE -- '--[a-z][a-z-]+' | sort -u | while read -r option; do
+      grep -q -e "$option" <<<"$page" || [ "$option" = --help ] || { echo "$option is not in the page"; exit 1; }
+    done
+    ;;
+  report) # Chromium shows the text, with and without script.
+    need chromium
+    "$reader" report "$here/data/encoded" -o "$folder/page.html"
+    sed '/<script>/,/<\/script>/d' "$folder/page.html" >"$folder/plain.html"
+    seen() {
+      chromium --headless --no-sandbox --disable-gpu --user-data-dir="$folder/chromium" --dump-dom \
+        "file://$folder/$1" 2>"$folder/chromium.txt"
+    }
+    expect() { grep -qF "$2" <<<"$1" || { echo "the page does not hold: $2"; exit 1; }; }
+    dom=$(seen page.html)
+    expect "$dom" 'Canvix crashed at 2026-11-24 21:12:24.500: module PaintCore.dll 29.5.0.137'
+    expect "$dom" 'Crash at 2026-11-24 21:12:24.'
+    expect "$dom" '<td>Tablet Service 12: Pen "A" — 完了 ✅ \ C:</td>'
+    expect "$dom" '34 of 34 entries'
+    dom=$(seen plain.html)
+    expect "$dom" '<div class="search" hidden="">'
+    expect "$dom" 'Watchdog stopped cleanly.</td>'
+    ;;
+esac
