@@ -1,15 +1,10 @@
 // Dumps of the event log beside the least that writing the same lines can cost: for each event one conversion of its
-// text to UTF-8, and a bare open, write and close. The event log stands ready in memory here, so that its calls cost
-// next to nothing (a copy of the text) and what is measured is the reader and the log writer.
+// text to UTF-8, and a bare open, write and close.
 #include <windows.h>
 
-#include <winevt.h>
-
-#include <algorithm>
 #include <chrono>
 #include <cstddef>
 #include <cstdio>
-#include <cstring>
 #include <filesystem>
 #include <stdexcept>
 #include <string>
@@ -17,7 +12,7 @@
 
 #include "bench/BareFile.h"
 #include "bench/Median.h"
-#include "logging/TextConversion.h"
+#include "bench/MemoryEventLog.h"
 #include "logging/WatchdogLog.h"
 #include "tests/support/TestFiles.h"
 #include "watchdog/EventLogReader.h"
@@ -27,26 +22,6 @@ namespace {
 using Clock = std::chrono::steady_clock;
 
 constexpr std::size_t eventsOfAChannel = 500;
-constexpr std::size_t eventSize = 3 * 1024;
-
-std::vector<std::wstring> makeEvents() {
-  std::vector<std::wstring> events;
-  for (std::size_t number = 0; number < eventsOfAChannel; ++number) {
-    std::string xml =
-        "<Event xmlns='http://schemas.microsoft.com/win/2004/08/events/event'><System><Provider Name=\"Application "
-        "Error\"/><EventID>1000</EventID><EventRecordID>" +
-        std::to_string(number) + "</EventRecordID><Computer>WORKSTATION</Computer></System><EventData>";
-    const std::string end = "</EventData></Event>";
-    while (xml.size() + end.size() < eventSize) {
-      xml += "<Data Name=\"Path\">C:\\Program Files\\Canvix\\Canvix.exe, gr\u00F6\u00DFer</Data>\r\n";
-    }
-    events.push_back(sentiq::toWide(xml + end));
-  }
-  return events;
-}
-
-const std::vector<std::wstring> allEvents = makeEvents();
-std::size_t nextEvent = 0;
 
 double millisecondsOf(const auto& work) {
   const auto start = Clock::now();
@@ -77,7 +52,7 @@ void measure(const char* what, bool encode, std::size_t events, const auto& dump
     floors.push_back(millisecondsOf([&] {
       std::string utf8;
       for (std::size_t i = 0; i < events; ++i) {
-        convertBare(allEvents[i % eventsOfAChannel], utf8);
+        convertBare(sentiq::bench::eventLog()[i % eventsOfAChannel], utf8);
       }
       for (const std::string& line : lines) {
         sentiq::bench::appendBare(bareLog, line);
@@ -97,42 +72,9 @@ void measure(const char* what, bool encode, std::size_t events, const auto& dump
 
 }  // namespace
 
-// These take the place of the system's: they are linked before wevtapi.
-extern "C" {
-
-EVT_HANDLE WINAPI EvtQuery(EVT_HANDLE, LPCWSTR, LPCWSTR, DWORD) {
-  nextEvent = 0;
-  return &nextEvent;
-}
-
-BOOL WINAPI EvtNext(EVT_HANDLE, DWORD size, EVT_HANDLE* events, DWORD, DWORD, DWORD* returned) {
-  for (*returned = 0; *returned < size && nextEvent < allEvents.size(); ++nextEvent) {
-    events[(*returned)++] = const_cast<std::wstring*>(&allEvents[nextEvent]);
-  }
-  SetLastError(ERROR_NO_MORE_ITEMS);
-  return *returned > 0;
-}
-
-BOOL WINAPI EvtRender(EVT_HANDLE, EVT_HANDLE event, DWORD, DWORD size, void* buffer, DWORD* used, DWORD*) {
-  const auto& text = *static_cast<const std::wstring*>(event);
-  *used = static_cast<DWORD>((text.size() + 1) * sizeof(wchar_t));
-  if (size < *used) {
-    SetLastError(ERROR_INSUFFICIENT_BUFFER);
-    return FALSE;
-  }
-  std::memcpy(buffer, text.c_str(), *used);
-  SetLastError(ERROR_SUCCESS);
-  return TRUE;
-}
-
-BOOL WINAPI EvtClose(EVT_HANDLE) {
-  return TRUE;
-}
-
-}  // extern "C"
-
 int main() {
   try {
+    sentiq::bench::fillEventLog(eventsOfAChannel);
     for (const bool encode : {false, true}) {
       measure("a dump of 500 events of 3 KB", encode, eventsOfAChannel, [] { sentiq::dumpChannel(L"Application"); });
       measure("dumps of 1,000 events of 3 KB", encode, 2 * eventsOfAChannel, [] { sentiq::dumpEventLogs(); });

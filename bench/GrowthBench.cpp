@@ -12,6 +12,7 @@
 #include <memory>
 #include <vector>
 
+#include "bench/MemoryEventLog.h"
 #include "capture/CaptureSettings.h"
 #include "capture/DataCapture.h"
 #include "capture/MetricCode.h"
@@ -33,9 +34,9 @@ struct Holdings {
 Holdings holdings() {
   Holdings now;
   GetProcessHandleCount(GetCurrentProcess(), &now.handles);
-  PROCESS_MEMORY_COUNTERS_EX memory{};
-  GetProcessMemoryInfo(GetCurrentProcess(), reinterpret_cast<PROCESS_MEMORY_COUNTERS*>(&memory), sizeof memory);
-  now.privateMebibytes = static_cast<double>(memory.PrivateUsage) / 1048576;
+  PROCESS_MEMORY_COUNTERS memory{};
+  GetProcessMemoryInfo(GetCurrentProcess(), &memory, sizeof memory);
+  now.privateMebibytes = static_cast<double>(memory.PagefileUsage) / 1048576;  // Wine leaves PrivateUsage at 0.
   const sentiq::FileHandle snapshot(CreateToolhelp32Snapshot(TH32CS_SNAPTHREAD, 0));
   THREADENTRY32 entry{};
   entry.dwSize = sizeof entry;
@@ -104,5 +105,6 @@ int main() {
   sentiq::configureWatchdogLog(1, (folder / "watchdog.log").wstring(), L"", true);
   measure("10,000 samples without adapters", 10'000, [&](int times) { takeSamples(times, folder / "session.log"); });
   measure("200 looks at the adapters", 200, lookAtAdapters);
-  measure("1,000 dumps of the event log", 1'000, dump);
+  sentiq::bench::fillEventLog(20);
+  measure("1,000 dumps of 40 events", 1'000, dump);
 }

@@ -10,7 +10,8 @@ if [ -t 1 ] && [ -z "${NO_COLOR:-}" ]; then bold=$'\e[1m' plain=$'\e[0m'; else b
 
 say() { printf '%s==> %s%s\n' "$bold" "$*" "$plain"; }
 die() { trap - ERR; printf 'error: %s\n' "$*" >&2; exit 1; }
-trap 'die "line $LINENO of $(basename "$0") failed: $BASH_COMMAND"' ERR
+# A failure within $(...) or (...) is told once, where its result is used.
+trap '[ "$BASH_SUBSHELL" != 0 ] || die "line $LINENO of $(basename "$0") failed: $BASH_COMMAND"' ERR
 
 # quietly WHAT COMMAND...: runs COMMAND with its output in a file; shows the end of it only when it fails.
 quietly() {
