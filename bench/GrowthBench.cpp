@@ -6,6 +6,7 @@
 
 #include <atomic>
 #include <chrono>
+#include <cstddef>
 #include <cstdio>
 #include <filesystem>
 #include <functional>
@@ -20,20 +21,21 @@
 #include "capture/TargetProcessWindows.h"
 #include "logging/UniqueHandle.h"
 #include "logging/WatchdogLog.h"
+#include "tests/support/SystemCalls.h"
 #include "tests/support/TestFiles.h"
 #include "watchdog/EventLogReader.h"
 
 namespace {
 
 struct Holdings {
-  DWORD handles = 0;
+  std::size_t handles = 0;
   unsigned threads = 0;
   double privateMebibytes = 0;
 };
 
 Holdings holdings() {
   Holdings now;
-  GetProcessHandleCount(GetCurrentProcess(), &now.handles);
+  now.handles = sentiq::test::openHandles();
   PROCESS_MEMORY_COUNTERS memory{};
   GetProcessMemoryInfo(GetCurrentProcess(), &memory, sizeof memory);
   now.privateMebibytes = static_cast<double>(memory.PagefileUsage) / 1048576;  // Wine leaves PrivateUsage at 0.

@@ -12,7 +12,7 @@ namespace {
 // Other threads may still run, and fault, while the process destroys its statics.
 std::atomic<bool> setIsGone = false;
 
-struct CodeSet {
+struct CodeSet {  // NOLINT(cppcoreguidelines-special-member-functions): there is one, and it stays where it is.
   std::unordered_set<std::uint32_t> codes;
   ~CodeSet() { setIsGone = true; }
 };

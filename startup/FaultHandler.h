@@ -4,7 +4,8 @@
 #include <cstdint>
 #include <unordered_set>
 
-struct _EXCEPTION_POINTERS;  // The system's own, so that this header needs no windows.h.
+// The system's own, so that this header needs no windows.h.
+struct _EXCEPTION_POINTERS;  // NOLINT(bugprone-reserved-identifier,cert-dcl37-c,cert-dcl51-cpp)
 
 namespace sentiq {
 

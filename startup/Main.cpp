@@ -24,6 +24,7 @@ std::vector<std::wstring> splitCommandLine(const wchar_t* commandLine) {
 
 }  // namespace
 
+// NOLINTNEXTLINE(readability-inconsistent-declaration-parameter-name)
 int WINAPI wWinMain(HINSTANCE /*instance*/, HINSTANCE /*previous*/, wchar_t* commandLine, int /*show*/) {
   try {
     // An empty command line is split into the program's own path, which the parser then rejects.

@@ -6,6 +6,7 @@
 
 #include <cstdint>
 
+// NOLINTBEGIN(readability-identifier-naming): the names are the library's.
 extern "C" {
 
 __declspec(dllimport) bool CrashReporterInitialize(std::uintptr_t position1, const char* product, const char* version,
@@ -23,3 +24,4 @@ __declspec(dllimport) std::uint32_t GetCRLastErrorCode();
 __declspec(dllimport) void VexaCrashReporterTerminate(std::uintptr_t position1);
 
 }  // extern "C"
+// NOLINTEND(readability-identifier-naming)

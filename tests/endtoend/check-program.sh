@@ -7,7 +7,7 @@ failed=0
 fail() { echo "FAILED: $*"; failed=1; }
 
 headers=$("$objdump" -p "$program")
-mapfile -t imports < <(sed -n 's/^\s*DLL Name: //p' <<<"$headers" | tr 'A-Z' 'a-z' | sort)
+mapfile -t imports < <(sed -n 's/^\s*DLL Name: //p' <<<"$headers" | tr '[:upper:]' '[:lower:]' | sort)
 echo "imports: ${imports[*]}"
 for dll in "${imports[@]}"; do
   case $dll in
