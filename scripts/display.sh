@@ -13,7 +13,8 @@ export DISPLAY=:$display_number
 
 stop_display() {
   [ -n "$display_pid" ] || return 0
-  WINEPREFIX=$build/wine wineserver -k 2>/dev/null || /usr/lib/wine/wineserver64 -k 2>/dev/null || true
+  (export WINEPREFIX=$build/wine
+    /usr/lib/wine/wineserver64 -k 2>/dev/null || wineserver -k 2>/dev/null) || true
   kill "$display_pid" 2>/dev/null || true
   wait "$display_pid" 2>/dev/null || true
   display_pid=''
