@@ -17,11 +17,20 @@ foreach(program CanvixSentiq sentiq-logs)
   endif()
 endforeach()
 
-file(WRITE "${CMAKE_BINARY_DIR}/FixTimes.cmake" "
+# CPack's zips hold the times at which it copied the files; this writes them anew with the commit's.
+file(WRITE "${CMAKE_BINARY_DIR}/SameBytes.cmake" "
 execute_process(COMMAND git log -1 --format=%ct WORKING_DIRECTORY \"${PROJECT_SOURCE_DIR}\" OUTPUT_VARIABLE time
   OUTPUT_STRIP_TRAILING_WHITESPACE COMMAND_ERROR_IS_FATAL ANY)
-file(GLOB_RECURSE files LIST_DIRECTORIES true \"\${CPACK_TEMPORARY_DIRECTORY}/*\")
-execute_process(COMMAND touch --no-dereference --date=@\${time} \${files} COMMAND_ERROR_IS_FATAL ANY)
+foreach(package \${CPACK_PACKAGE_FILES})
+  set(folder \"\${package}.content\")
+  file(ARCHIVE_EXTRACT INPUT \"\${package}\" DESTINATION \"\${folder}\")
+  file(GLOB_RECURSE files RELATIVE \"\${folder}\" \"\${folder}/*\")
+  file(REMOVE \"\${package}\")
+  execute_process(COMMAND touch --date=@\${time} \${files} WORKING_DIRECTORY \"\${folder}\" COMMAND_ERROR_IS_FATAL ANY)
+  execute_process(COMMAND \${CMAKE_COMMAND} -E env TZ=UTC zip -q -X \"\${package}\" \${files}
+    WORKING_DIRECTORY \"\${folder}\" COMMAND_ERROR_IS_FATAL ANY)
+  file(REMOVE_RECURSE \"\${folder}\")
+endforeach()
 ")
 
 set(CPACK_GENERATOR ZIP)
@@ -31,7 +40,7 @@ set(CPACK_PACKAGE_FILE_NAME "CanvixSentiq-${PROJECT_VERSION}-windows-x64")
 set(CPACK_ARCHIVE_COMPONENT_INSTALL ON)
 set(CPACK_COMPONENTS_ALL program symbols)
 set(CPACK_COMPONENT_INCLUDE_TOPLEVEL_DIRECTORY OFF)
-if(NOT MSVC)  # There is no touch.
-  set(CPACK_PRE_BUILD_SCRIPTS "${CMAKE_BINARY_DIR}/FixTimes.cmake")
+if(NOT MSVC)  # There are neither touch nor zip.
+  set(CPACK_POST_BUILD_SCRIPTS "${CMAKE_BINARY_DIR}/SameBytes.cmake")
 endif()
 include(CPack)

@@ -75,10 +75,12 @@ function(sentiq_program name)
     target_compile_options(${name} PRIVATE ${sentiq_shipped_options})
     # As one piece, which comes out smaller than several.
     target_link_options(${name} PRIVATE $<$<CONFIG:Release>:-flto=auto> $<$<CONFIG:Release>:-flto-partition=one>)
+    # These tools else write the time of the build into the file.
+    set(without_time ${CMAKE_COMMAND} -E env SOURCE_DATE_EPOCH=0)
     add_custom_command(TARGET ${name} POST_BUILD
-      COMMAND ${CMAKE_OBJCOPY} --only-keep-debug "$<TARGET_FILE:${name}>" "$<TARGET_FILE:${name}>.debug"
-      COMMAND ${CMAKE_STRIP} "$<TARGET_FILE:${name}>"
-      COMMAND ${CMAKE_OBJCOPY} "--add-gnu-debuglink=$<TARGET_FILE:${name}>.debug" "$<TARGET_FILE:${name}>"
+      COMMAND ${without_time} ${CMAKE_OBJCOPY} --only-keep-debug "$<TARGET_FILE:${name}>" "$<TARGET_FILE:${name}>.debug"
+      COMMAND ${without_time} ${CMAKE_STRIP} "$<TARGET_FILE:${name}>"
+      COMMAND ${without_time} ${CMAKE_OBJCOPY} "--add-gnu-debuglink=$<TARGET_FILE:${name}>.debug" "$<TARGET_FILE:${name}>"
       COMMAND ${CMAKE_COMMAND} -E echo "${name}: the sizes of its sections:"
       COMMAND ${CMAKE_SIZE} "$<TARGET_FILE:${name}>"
       VERBATIM)
