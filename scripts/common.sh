@@ -13,6 +13,8 @@ die() { trap - ERR; printf 'error: %s\n' "$*" >&2; exit 1; }
 # A failure within $(...) or (...) is told once, where its result is used.
 trap '[ "$BASH_SUBSHELL" != 0 ] || die "line $LINENO of $(basename "$0") failed: $BASH_COMMAND"' ERR
 
+windows_path() { printf 'Z:%s' "${1//\//\\}"; }
+
 # quietly WHAT COMMAND...: runs COMMAND with its output in a file; shows the end of it only when it fails.
 quietly() {
   local what=$1 log; shift

@@ -1,16 +1,5 @@
 # shellcheck shell=bash
 # Sourced: gives Windows programs a display of their own, until the command ends or calls stop_display.
-display_fifo=$(mktemp -u) && mkfifo "$display_fifo"
-Xvfb -displayfd 3 -screen 0 640x480x24 -nolisten tcp 3>"$display_fifo" >/dev/null 2>&1 &
-display_pid=$!
-read -r -t 20 display_number <"$display_fifo" || die "Xvfb did not start"
-rm -f "$display_fifo"
-export DISPLAY=:$display_number
-
-# A process that stays, started with no pipe of ours: Wine's own service processes inherit the pipes of whoever starts
-# them, and whoever reads such a pipe (ctest does) would wait for them.
-"$root/scripts/wine" "$build/${windows_tree:-windows}/Canvix.exe" 86400 </dev/null >/dev/null 2>&1 &
-
 stop_display() {
   [ -n "$display_pid" ] || return 0
   (export WINEPREFIX=$build/wine
@@ -21,3 +10,15 @@ stop_display() {
 }
 trap stop_display EXIT
 trap 'exit 130' INT TERM
+
+display_ready=$(mktemp -u) && mkfifo "$display_ready"
+Xvfb -displayfd 3 -screen 0 640x480x24 -nolisten tcp 3>"$display_ready" >/dev/null 2>&1 &
+display_pid=$!
+read -r -t 20 display_number <"$display_ready" || die "Xvfb did not start"
+export DISPLAY=:$display_number
+
+# A process that stays, and that has started Wine's services and desktop before anything else runs: they inherit the
+# pipes of whoever starts them, and whoever reads such a pipe to its end (ctest does) would wait for them.
+"$root/scripts/wine" "$build/${windows_tree:-windows}/Canvix.exe" 86400 </dev/null >"$display_ready" 2>/dev/null &
+read -r -t 60 <"$display_ready" || die "Wine did not start"
+rm -f "$display_ready"

@@ -61,6 +61,9 @@ void replace(std::wstring& text, const std::wstring& marker, const std::wstring&
 
 std::wstring rendered(const std::string& event) {
   std::wstring text = sentiq::toWide(event);
+  if (event.find('{') == std::string::npos) {
+    return text;
+  }
   std::wstring controls;
   for (wchar_t c = 1; c < 32; ++c) {
     controls += c;

@@ -64,7 +64,10 @@ TEST(Faults, CanvixIsKilledAtTenMoments) {
     const std::wstring options = pidOption(*run.canvix) + L" --last-abnormal-session-id before" +
                                  run.folder.sessionOption() + run.folder.watchdogOptions();
     if (after == goneBefore) {
+      const DWORD pid = run.canvix->pid();
       run.canvix.reset();
+      // An ended process can be opened for as long as anything still holds it.
+      ASSERT_TRUE(eventually([&] { return !KernelHandle(OpenProcess(PROCESS_QUERY_INFORMATION, FALSE, pid)); }));
     }
     run.sentiq = std::make_unique<ChildProcess>(program, options);
     if (during != 0) {

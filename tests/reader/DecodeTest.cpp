@@ -1,19 +1,14 @@
 #include <atomic>
-#include <chrono>
 #include <functional>
 #include <mutex>
 #include <sstream>
-#include <string>
-#include <thread>
-#include <vector>
-
-#include <gmock/gmock.h>
 
 #include "reader/DecodeCommand.h"
 #include "reader/DecodeStream.h"
 #include "reader/ExitCode.h"
 #include "reader/LineSplitter.h"
 #include "tests/reader/SampleLogs.h"
+#include "tests/support/Test.h"
 
 namespace sentiq {
 namespace {

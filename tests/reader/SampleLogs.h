@@ -1,14 +1,12 @@
 // Logs as the program writes them, for the reader's tests.
 #pragma once
 
-#include <fstream>
 #include <sstream>
-#include <string>
-#include <vector>
 
 #include "logging/LogEncoding.h"
 #include "reader/Console.h"
 #include "reader/LogSet.h"
+#include "tests/support/Test.h"
 #include "tests/support/TestFiles.h"
 
 namespace sentiq {

@@ -1,9 +1,5 @@
 #include <cstdlib>
 #include <sstream>
-#include <string>
-#include <vector>
-
-#include <gmock/gmock.h>
 
 #include "reader/HtmlReport.h"
 #include "reader/LogTime.h"
@@ -11,6 +7,7 @@
 #include "reader/Summary.h"
 #include "reader/Timeline.h"
 #include "tests/reader/SampleLogs.h"
+#include "tests/support/Test.h"
 
 namespace sentiq {
 namespace {
