@@ -32,8 +32,12 @@ class ChildProcess {
     PROCESS_INFORMATION process{};
     const std::wstring path = (folder / program).wstring();
     std::wstring commandLine = L"\"" + path + L"\" " + arguments;
-    if (!CreateProcessW(path.c_str(), commandLine.data(), security, nullptr, FALSE, 0, nullptr, folder.c_str(),
-                        &startup, &process)) {
+    const auto start = [&] {
+      return CreateProcessW(path.c_str(), commandLine.data(), security, nullptr, FALSE, 0, nullptr, folder.c_str(),
+                            &startup, &process) != FALSE;
+    };
+    // On a busy machine Wine fails so about once in two thousand starts, before anything of the program runs.
+    if (!start() && (GetLastError() != ERROR_INTERNAL_ERROR || !start())) {
       throw std::runtime_error("CreateProcessW: " + std::to_string(GetLastError()));
     }
     const KernelHandle thread(process.hThread);
