@@ -1,5 +1,5 @@
-// Stands in for Canvix: uses the desktop as every program with windows does, prints its process id, does nothing for the
-// given number of seconds (an hour without one), and ends with 0.
+// Stands in for Canvix: uses the desktop as every program with windows does, prints its process id, does nothing for
+// the given number of seconds (an hour without one), and ends with 0.
 #include <windows.h>
 
 #include <chrono>
