@@ -1,5 +1,6 @@
 #include "logging/LogEncoding.h"
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <cstdint>
@@ -63,13 +64,29 @@ void encodeBytes(std::string_view bytes, const std::array<std::uint32_t, groups>
   }
 }
 
+// The position of the first newline, or the text's size. Looks at eight bytes at once, which memchr does not do in
+// every runtime library.
+std::size_t lineEnd(std::string_view text) {
+  constexpr std::uint64_t ones = 0x0101'0101'0101'0101;
+  std::size_t i = 0;
+  for (; text.size() - i >= 8; i += 8) {
+    std::uint64_t word = 0;
+    std::memcpy(&word, text.data() + i, 8);
+    word ^= ones * '\n';
+    if (((word - ones) & ~word & ones << 7) != 0) {  // One of the bytes is zero.
+      break;
+    }
+  }
+  return std::min(text.find('\n', i), text.size());
+}
+
 // Calls visit(line) for each line, split as a stream's line reading does.
 template <typename Visit>
 void forEachLine(std::string_view text, Visit visit) {
   while (!text.empty()) {
-    const std::size_t end = text.find('\n');
+    const std::size_t end = lineEnd(text);
     visit(text.substr(0, end));
-    text = end == std::string_view::npos ? std::string_view{} : text.substr(end + 1);
+    text.remove_prefix(std::min(end + 1, text.size()));
   }
 }
 

@@ -3,6 +3,7 @@
 #include "logging/LogEncoding.h"
 #include "tests/support/Decode.h"
 #include "tests/support/Test.h"
+#include "tests/support/TestFiles.h"
 
 namespace sentiq {
 namespace {
@@ -60,11 +61,18 @@ TEST(LogEncoding, KeyRepeatsAfter25Bytes) {
 
 TEST(LogEncoding, DecodingGivesTheBytesBack) {
   std::mt19937 generator(137);
-  for (std::size_t size = 0; size < 300; ++size) {
-    std::string line = random(generator, size);
-    EXPECT_EQ(test::decodeBase64(base64Encode(line)), line);
-    std::erase(line, '\n');
-    EXPECT_EQ(test::decodeLine(encodeText(line)), line);
+  for (std::size_t size = 1; size < 300; ++size) {
+    std::string text = random(generator, size);
+    EXPECT_EQ(test::decodeBase64(base64Encode(text)), text);
+    text[generator() % size] = '\n';
+    text.back() = '.';
+    const auto lines = test::linesOf(encodeText(text));
+    EXPECT_EQ(static_cast<std::ptrdiff_t>(lines.size()), std::count(text.begin(), text.end(), '\n') + 1);
+    std::string decoded;
+    for (const std::string& line : lines) {
+      decoded += test::decodeLine(line) + '\n';
+    }
+    EXPECT_EQ(decoded, text + '\n');
   }
 }
 
