@@ -95,7 +95,9 @@ void fullRun(bool encode) {
   EXPECT_THAT(lines, ElementsAreArray(expected));
 
   ASSERT_TRUE(eventually([&] { return readLog(run.session).size() >= 4; }));
-  EXPECT_NEAR(std::chrono::duration<double>(std::chrono::steady_clock::now() - firstRecord).count(), 10, 4);
+  const auto secondRecord = std::chrono::steady_clock::now();
+  EXPECT_GE(secondRecord - firstRecord, 8s);
+  EXPECT_LE(secondRecord - firstRecord, 20s);  // A busy machine may show it late.
 
   // Sleep begins the watchdog log anew; resume and the end go on in it.
   const HWND window = powerWindowOf(sentiq.pid());
