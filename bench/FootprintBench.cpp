@@ -13,6 +13,7 @@
 #include <vector>
 
 #include "bench/Median.h"
+#include "capture/TargetProcessWindows.h"
 #include "logging/UniqueHandle.h"
 #include "tests/support/ChildProcess.h"
 #include "tests/support/TestFiles.h"
@@ -41,14 +42,9 @@ struct Watch {
 };
 
 unsigned threadsOf(DWORD pid) {
-  const sentiq::FileHandle snapshot(CreateToolhelp32Snapshot(TH32CS_SNAPTHREAD, 0));
-  THREADENTRY32 entry{};
-  entry.dwSize = sizeof entry;
-  unsigned count = 0;
-  for (BOOL more = Thread32First(snapshot.get(), &entry); more; more = Thread32Next(snapshot.get(), &entry)) {
-    count += entry.th32OwnerProcessID == pid;
-  }
-  return count;
+  sentiq::TargetProcessWindows process;
+  process.setProcessId(pid);
+  return process.getThreadCount();
 }
 
 std::wstring modulesOf(DWORD pid) {

@@ -2,7 +2,6 @@
 #include <windows.h>
 
 #include <psapi.h>
-#include <tlhelp32.h>
 
 #include <atomic>
 #include <chrono>
@@ -19,7 +18,6 @@
 #include "capture/MetricCode.h"
 #include "capture/SystemInfoWindows.h"
 #include "capture/TargetProcessWindows.h"
-#include "logging/UniqueHandle.h"
 #include "logging/WatchdogLog.h"
 #include "tests/support/SystemCalls.h"
 #include "tests/support/TestFiles.h"
@@ -39,12 +37,9 @@ Holdings holdings() {
   PROCESS_MEMORY_COUNTERS memory{};
   GetProcessMemoryInfo(GetCurrentProcess(), &memory, sizeof memory);
   now.privateMebibytes = static_cast<double>(memory.PagefileUsage) / 1048576;  // Wine leaves PrivateUsage at 0.
-  const sentiq::FileHandle snapshot(CreateToolhelp32Snapshot(TH32CS_SNAPTHREAD, 0));
-  THREADENTRY32 entry{};
-  entry.dwSize = sizeof entry;
-  for (BOOL more = Thread32First(snapshot.get(), &entry); more; more = Thread32Next(snapshot.get(), &entry)) {
-    now.threads += entry.th32OwnerProcessID == GetCurrentProcessId();
-  }
+  sentiq::TargetProcessWindows self;
+  self.setProcessId(GetCurrentProcessId());
+  now.threads = self.getThreadCount();
   return now;
 }
 

@@ -1,6 +1,8 @@
 # shellcheck shell=bash
 # Sourced: gives Windows programs a display of their own, until the command ends or calls stop_display.
+display_pid='' display_ready=$build/display-ready.$$
 stop_display() {
+  rm -f "$display_ready"
   [ -n "$display_pid" ] || return 0
   (export WINEPREFIX=$build/wine
     /usr/lib/wine/wineserver64 -k 2>/dev/null || wineserver -k 2>/dev/null) || true
@@ -11,7 +13,7 @@ stop_display() {
 trap stop_display EXIT
 trap 'exit 130' INT TERM
 
-display_ready=$(mktemp -u) && mkfifo "$display_ready"
+mkfifo "$display_ready"
 Xvfb -displayfd 3 -screen 0 640x480x24 -nolisten tcp 3>"$display_ready" >/dev/null 2>&1 &
 display_pid=$!
 read -r -t 20 display_number <"$display_ready" || die "Xvfb did not start"
