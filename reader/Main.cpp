@@ -11,15 +11,15 @@
 
 #include <CLI/CLI.hpp>
 
-#include "reader/Console.h"
-#include "reader/DecodeCommand.h"
 #include "reader/ExitCode.h"
-#include "reader/HtmlReport.h"
-#include "reader/LogSet.h"
-#include "reader/MetricsTable.h"
-#include "reader/Progress.h"
-#include "reader/Summary.h"
-#include "reader/Timeline.h"
+#include "reader/console/Console.h"
+#include "reader/input/Progress.h"
+#include "reader/session/LogSet.h"
+#include "reader/views/DecodeCommand.h"
+#include "reader/views/HtmlReport.h"
+#include "reader/views/MetricsTable.h"
+#include "reader/views/Summary.h"
+#include "reader/views/Timeline.h"
 
 namespace sentiq {
 namespace {

@@ -8,7 +8,7 @@
 #include <string_view>
 
 #include "logging/LogEncoding.h"
-#include "reader/DecodeStream.h"
+#include "reader/views/DecodeStream.h"
 
 namespace {
 

@@ -4,10 +4,10 @@
 #include <cstdlib>
 #include <string>
 
-#include "reader/EventRecord.h"
-#include "reader/EventTable.h"
-#include "reader/LogTime.h"
-#include "reader/MetricRecord.h"
+#include "reader/session/EventRecord.h"
+#include "reader/session/EventTable.h"
+#include "reader/session/LogTime.h"
+#include "reader/session/MetricSample.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   using namespace sentiq;

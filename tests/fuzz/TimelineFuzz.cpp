@@ -8,11 +8,11 @@
 
 #include <nlohmann/json.hpp>
 
-#include "reader/HtmlReport.h"
-#include "reader/LogSet.h"
-#include "reader/MetricsTable.h"
-#include "reader/Summary.h"
-#include "reader/Timeline.h"
+#include "reader/session/LogSet.h"
+#include "reader/views/HtmlReport.h"
+#include "reader/views/MetricsTable.h"
+#include "reader/views/Summary.h"
+#include "reader/views/Timeline.h"
 
 namespace {
 

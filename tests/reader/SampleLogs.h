@@ -4,8 +4,8 @@
 #include <sstream>
 
 #include "logging/LogEncoding.h"
-#include "reader/Console.h"
-#include "reader/LogSet.h"
+#include "reader/console/Console.h"
+#include "reader/session/LogSet.h"
 #include "tests/support/Test.h"
 #include "tests/support/TestFiles.h"
 

@@ -1,11 +1,11 @@
 #include <cstdlib>
 #include <sstream>
 
-#include "reader/HtmlReport.h"
-#include "reader/LogTime.h"
-#include "reader/MetricsTable.h"
-#include "reader/Summary.h"
-#include "reader/Timeline.h"
+#include "reader/session/LogTime.h"
+#include "reader/views/HtmlReport.h"
+#include "reader/views/MetricsTable.h"
+#include "reader/views/Summary.h"
+#include "reader/views/Timeline.h"
 #include "tests/reader/SampleLogs.h"
 #include "tests/support/Test.h"
 

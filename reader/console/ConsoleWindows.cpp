@@ -1,0 +1,64 @@
+#include <windows.h>
+
+#include <shellapi.h>
+
+#include <cstdio>
+#include <ios>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include <fcntl.h>
+#include <io.h>
+
+#include "logging/TextConversion.h"
+#include "reader/console/Console.h"
+
+namespace sentiq {
+namespace {
+
+bool isTerminal(DWORD standardHandle) {
+  DWORD mode = 0;
+  return GetConsoleMode(GetStdHandle(standardHandle), &mode) != FALSE;
+}
+
+void understandColours(DWORD standardHandle) {
+  DWORD mode = 0;
+  const HANDLE console = GetStdHandle(standardHandle);
+  if (GetConsoleMode(console, &mode) != FALSE) {
+    SetConsoleMode(console, mode | ENABLE_VIRTUAL_TERMINAL_PROCESSING);
+  }
+}
+
+}  // namespace
+
+void prepareConsole() {
+  std::ios::sync_with_stdio(false);
+  _setmode(_fileno(stdin), _O_BINARY);
+  _setmode(_fileno(stdout), _O_BINARY);
+  SetConsoleOutputCP(CP_UTF8);
+  understandColours(STD_OUTPUT_HANDLE);
+  understandColours(STD_ERROR_HANDLE);
+}
+
+// The narrow arguments are in the machine's code page, which cannot hold every file name.
+std::vector<std::string> consoleArguments(int /*argc*/, const char* const* /*argv*/) {
+  int count = 0;
+  const std::unique_ptr<LPWSTR[], decltype(&LocalFree)> arguments(CommandLineToArgvW(GetCommandLineW(), &count),
+                                                                  LocalFree);
+  std::vector<std::string> texts;
+  for (int i = 1; arguments && i < count; ++i) {
+    texts.push_back(toUtf8(arguments[i]));
+  }
+  return texts;
+}
+
+bool outputIsTerminal() {
+  return isTerminal(STD_OUTPUT_HANDLE);
+}
+
+bool messagesAreTerminal() {
+  return isTerminal(STD_ERROR_HANDLE);
+}
+
+}  // namespace sentiq

@@ -1,0 +1,42 @@
+// One ten-second record of the session log.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "reader/session/LogTime.h"
+
+namespace sentiq {
+
+/// Sizes are whole mebibytes.
+struct MetricSample {
+  LogTime time{};
+  std::int64_t totalDisk = 0;
+  std::int64_t freeDisk = 0;
+  std::int64_t totalSwap = 0;
+  std::int64_t freeSwap = 0;
+  std::optional<int> battery;  // Percent.
+  std::string batteryText;     // "No battery" or "Unknown" in place of a percentage.
+  std::vector<std::string> adapters;
+  std::int64_t processId = 0;
+  std::string status;
+  std::string appRunTime;  // Days, blank, hours:minutes:seconds.
+  std::string systemUpTime;
+  std::optional<double> cpuUsage;
+  std::optional<std::int64_t> memory;
+  std::optional<std::int64_t> threads;
+};
+
+/// Nothing when the text is not such a record. Never throws for any bytes.
+std::optional<MetricSample> parseMetric(std::string_view text);
+
+/// The elapsed-time form "2 03:04:05".
+std::optional<Ticks> parseElapsed(std::string_view text);
+
+/// One line for the timeline.
+std::string describeMetric(const MetricSample& record);
+
+}  // namespace sentiq

@@ -1,0 +1,105 @@
+#include "reader/views/MetricsTable.h"
+
+#include <algorithm>
+#include <array>
+#include <cstddef>
+#include <iomanip>
+#include <ostream>
+#include <string>
+#include <string_view>
+
+#include <nlohmann/json.hpp>
+
+#include "reader/input/CleanText.h"
+
+namespace sentiq {
+namespace {
+
+using Json = nlohmann::ordered_json;
+
+struct Column {
+  std::string_view name;  // With the unit.
+  int width;
+  Json (*value)(const MetricSample&);
+};
+
+template <typename Number>
+Json orNull(const std::optional<Number>& number) {
+  return number ? Json(*number) : Json();
+}
+
+constexpr std::array columns{
+    Column{"time", 30, [](const MetricSample& r) { return Json(isoTime(r.time.instant, r.time.offset)); }},
+    Column{"diskFreeMiB", 12, [](const MetricSample& r) { return Json(r.freeDisk); }},
+    Column{"diskTotalMiB", 13, [](const MetricSample& r) { return Json(r.totalDisk); }},
+    Column{"pageFileFreeMiB", 16, [](const MetricSample& r) { return Json(r.freeSwap); }},
+    Column{"pageFileTotalMiB", 17, [](const MetricSample& r) { return Json(r.totalSwap); }},
+    Column{"batteryPercent", 15, [](const MetricSample& r) { return orNull(r.battery); }},
+    Column{"processId", 10, [](const MetricSample& r) { return Json(r.processId); }},
+    Column{"memoryMiB", 10, [](const MetricSample& r) { return orNull(r.memory); }},
+    Column{"cpuPercent", 11, [](const MetricSample& r) { return orNull(r.cpuUsage); }},
+    Column{"threads", 8, [](const MetricSample& r) { return orNull(r.threads); }},
+    Column{"appRunTime", 14, [](const MetricSample& r) { return Json(cleanText(r.appRunTime)); }},
+    Column{"systemUpTime", 14, [](const MetricSample& r) { return Json(cleanText(r.systemUpTime)); }},
+    Column{"status", 8, [](const MetricSample& r) { return Json(cleanText(r.status)); }},
+};
+
+std::string plainText(const Json& value) {
+  return value.is_null() ? std::string{} : value.is_string() ? value.get<std::string>() : value.dump();
+}
+
+std::string csvField(const Json& value) {
+  std::string text = plainText(value);
+  if (text.find_first_of(",\"\r\n") == std::string::npos) {
+    return text;
+  }
+  std::string quoted = "\"";
+  for (const char c : text) {
+    quoted += c == '"' ? "\"\"" : std::string(1, c);
+  }
+  return quoted + '"';
+}
+
+void writeJson(const MetricSample& record, std::ostream& out) {
+  Json object;
+  for (const Column& column : columns) {
+    object[std::string(column.name)] = column.value(record);
+  }
+  out << object.dump() << '\n';
+}
+
+// Text stands in columns; CSV has the line ends of RFC 4180's readers and writers on every system, which take LF.
+template <typename Cell>
+void writeRow(TableForm form, std::ostream& out, Cell cell) {
+  for (std::size_t i = 0; i < columns.size(); ++i) {
+    const Json value = cell(columns[i]);
+    if (form == TableForm::Csv) {
+      out << (i == 0 ? "" : ",") << csvField(value);
+    } else {
+      out << (value.is_string() && i == 0 ? std::left : std::right) << std::setw(columns[i].width)
+          << (value.is_null() ? "-" : plainText(value)) << ' ';
+    }
+  }
+  out << '\n';
+}
+
+}  // namespace
+
+void writeMetrics(const LogSet& logs, TableForm form, std::ostream& out) {
+  if (form != TableForm::Json) {
+    writeRow(form, out, [](const Column& column) { return Json(std::string(column.name)); });
+  }
+  for (const LogEntry& entry : logs.entries) {
+    if (!entry.metric) {
+      continue;
+    }
+    const MetricSample& record = logs.metrics[*entry.metric];
+    if (form == TableForm::Json) {
+      writeJson(record, out);
+    } else {
+      writeRow(form, out, [&](const Column& column) { return column.value(record); });
+    }
+  }
+}
+
+}  // namespace sentiq

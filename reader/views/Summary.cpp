@@ -1,0 +1,326 @@
+#include "reader/views/Summary.h"
+
+#include <algorithm>
+#include <charconv>
+#include <chrono>
+#include <cstddef>
+#include <cstdint>
+#include <set>
+#include <string>
+#include <string_view>
+#include <system_error>
+#include <utility>
+#include <vector>
+
+#include <nlohmann/json.hpp>
+
+#include "reader/input/CleanText.h"
+#include "reader/session/Outcome.h"
+#include "reader/views/TextStyle.h"
+
+namespace sentiq {
+namespace {
+
+constexpr std::chrono::seconds longestInterval{15};
+constexpr const char* unknown = "unknown";
+
+// What the first file that holds it says; of the initial log's files, or of all others.
+std::string fromFiles(const LogSet& logs, std::string LogFileInfo::*member, bool initial) {
+  for (const LogFileInfo& file : logs.files) {
+    if ((file.role == LogRole::Initial) == initial && !(file.*member).empty()) {
+      return file.*member;
+    }
+  }
+  return {};
+}
+
+Fact textFact(const char* label, const char* key, const std::string& text) {
+  return text.empty() ? Fact{label, unknown, key, nullptr} : Fact{label, text, key, text};
+}
+
+Fact processFact(const LogSet& logs) {
+  Fact fact = textFact("Process id", "processId", fromFiles(logs, &LogFileInfo::processId, /*initial=*/false));
+  std::int64_t pid = 0;
+  if (std::from_chars(fact.text.data(), fact.text.data() + fact.text.size(), pid).ec == std::errc{}) {
+    fact.value = pid;
+  }
+  return fact;
+}
+
+Fact lowestFact(const LogSet& logs, const char* label, const char* key, std::int64_t MetricSample::*free,
+                std::int64_t MetricSample::*total) {
+  const auto found =
+      std::min_element(logs.metrics.begin(), logs.metrics.end(),
+                       [free](const MetricSample& a, const MetricSample& b) { return a.*free < b.*free; });
+  if (found == logs.metrics.end()) {
+    return {label, unknown, key, nullptr};
+  }
+  const MetricSample& record = *found;
+  return {
+      label,
+      std::to_string(record.*free) + " of " + std::to_string(record.*total) + " MiB at " +
+          showTime(record.time.instant, record.time.offset),
+      key,
+      {{"mib", record.*free}, {"ofMib", record.*total}, {"time", isoTime(record.time.instant, record.time.offset)}}};
+}
+
+Fact batteryFact(const LogSet& logs) {
+  Fact fact{"Battery", unknown, "battery", nullptr};
+  if (logs.metrics.empty()) {
+    return fact;
+  }
+  constexpr int more = 101;
+  int least = more;
+  for (const MetricSample& metric : logs.metrics) {
+    least = std::min(least, metric.battery.value_or(more));
+  }
+  const auto show = [](const MetricSample& metric) {
+    return metric.battery ? std::to_string(*metric.battery) + " %" : cleanText(metric.batteryText);
+  };
+  const std::string first = show(logs.metrics.front());
+  const std::string last = show(logs.metrics.back());
+  fact.text = least == more ? last : first + " at first, " + last + " at last, lowest " + std::to_string(least) + " %";
+  fact.value = {{"first", first}, {"last", last}};
+  if (least != more) {
+    fact.value["lowestPercent"] = least;
+  }
+  return fact;
+}
+
+Fact adaptersFact(const LogSet& logs) {
+  Fact fact{"Graphics adapters", unknown, "adapters", nullptr};
+  if (!logs.metrics.empty()) {
+    fact.value = nlohmann::ordered_json::array();
+    fact.text.clear();
+    for (const std::string& adapter : logs.metrics.back().adapters) {
+      fact.value.push_back(cleanText(adapter));
+      fact.text += (fact.text.empty() ? "" : ", ") + cleanText(adapter);
+    }
+    fact.text = fact.text.empty() ? "none listed" : fact.text;
+  }
+  return fact;
+}
+
+Fact spanFact(const SessionSpan& span) {
+  if (!span.begin) {
+    return {"Time span", unknown, "span", nullptr};
+  }
+  return {"Time span",
+          showTime(*span.begin, span.offset) + " to " + showTime(*span.end, span.offset) + " (" +
+              showOffset(span.offset) + "), " + showDuration(*span.end - *span.begin),
+          "span",
+          {{"begin", isoTime(*span.begin, span.offset)},
+           {"end", isoTime(*span.end, span.offset)},
+           {"seconds", std::chrono::floor<std::chrono::seconds>(*span.end - *span.begin).count()}}};
+}
+
+Fact eventsFact(const LogSet& logs) {
+  Fact fact{"Events", std::to_string(logs.events.size()), "events", {{"distinct", logs.events.size()}}};
+  const char* before = " (";
+  for (const Severity severity : {Severity::Error, Severity::Warning, Severity::Notice, Severity::Info}) {
+    const auto count = std::count_if(logs.entries.begin(), logs.entries.end(),
+                                     [&](const LogEntry& entry) { return entry.event && entry.severity == severity; });
+    const std::string name(severityName(severity));
+    fact.text += before + std::to_string(count) + ' ' + name;
+    fact.value[name] = count;
+    before = ", ";
+  }
+  fact.text += "), copied again " + std::to_string(logs.eventCopies) + (logs.eventCopies == 1 ? " time" : " times");
+  fact.value["copies"] = logs.eventCopies;
+  return fact;
+}
+
+std::vector<Fact> factsOf(const LogSet& logs, const SessionSpan& span) {
+  return {
+      textFact("Session", "sessionId", fromFiles(logs, &LogFileInfo::sessionId, /*initial=*/false)),
+      processFact(logs),
+      textFact("Abnormal session before", "abnormalSessionId",
+               fromFiles(logs, &LogFileInfo::sessionId, /*initial=*/true)),
+      spanFact(span),
+      textFact("Time zone", "timeZone", fromFiles(logs, &LogFileInfo::timeZone, /*initial=*/false)),
+      textFact("Last boot", "lastBoot", fromFiles(logs, &LogFileInfo::bootTime, /*initial=*/false)),
+      lowestFact(logs, "Lowest free disk", "lowestFreeDisk", &MetricSample::freeDisk, &MetricSample::totalDisk),
+      lowestFact(logs, "Lowest free page file", "lowestFreePageFile", &MetricSample::freeSwap,
+                 &MetricSample::totalSwap),
+      batteryFact(logs),
+      adaptersFact(logs),
+      {"Ten-second records", std::to_string(logs.metrics.size()), "records", logs.metrics.size()},
+      eventsFact(logs),
+  };
+}
+
+bool inSession(const SessionSpan& span, const LogEntry& entry) {
+  return entry.time && span.contains(*entry.time);
+}
+
+// Event and marker tell of the same sleep: the markers count where there are any.
+std::vector<Statement> powerStatements(const LogSet& logs, const SessionSpan& span) {
+  const auto count = [&](Meaning meaning, bool events) {
+    return std::count_if(logs.entries.begin(), logs.entries.end(), [&](const LogEntry& entry) {
+      return entry.meaning == meaning && entry.event.has_value() == events && inSession(span, entry);
+    });
+  };
+  const auto more = [&](Meaning meaning) { return std::max(count(meaning, false), count(meaning, true)); };
+  std::vector<Statement> statements;
+  const auto state = [&](const char* what, std::ptrdiff_t times) {
+    if (times > 0) {
+      statements.push_back(
+          {Severity::Notice, std::string(what) + std::to_string(times) + (times == 1 ? " time" : " times")});
+    }
+  };
+  // A sleep empties the watchdog log, so that its resume may be all that is left of it.
+  state("The machine slept ", std::max(more(Meaning::Sleep), more(Meaning::Resume)));
+  state("Standby began or ended, or the display went on or off, ", count(Meaning::Standby, /*events=*/false));
+  return statements;
+}
+
+std::vector<std::string> gapsOf(const LogSet& logs) {
+  std::vector<std::string> gaps;
+  const MetricSample* last = nullptr;
+  bool slept = false;  // Since the last record.
+  for (const LogEntry& entry : logs.entries) {
+    slept = slept || entry.meaning == Meaning::Sleep || entry.meaning == Meaning::Resume;
+    if (!entry.metric) {
+      continue;
+    }
+    const MetricSample& record = logs.metrics[*entry.metric];
+    if (last != nullptr && record.time.instant - last->time.instant > longestInterval) {
+      gaps.push_back(showDuration(record.time.instant - last->time.instant) + " from " +
+                     showTime(last->time.instant, last->time.offset) + (slept ? " (the machine slept)" : ""));
+    }
+    last = &record;
+    slept = false;
+  }
+  return gaps;
+}
+
+// One line when the files are of several sessions, which nobody wants to be told about as one.
+std::vector<Statement> mixtureStatements(const LogSet& logs) {
+  std::set<std::string> ids;
+  for (const LogFileInfo& file : logs.files) {
+    if (file.role != LogRole::Initial) {
+      ids.insert(file.sessionIds.begin(), file.sessionIds.end());
+    }
+  }
+  if (ids.size() < 2) {
+    return {};
+  }
+  std::string text = "These are logs of " + std::to_string(ids.size()) + " sessions, taken as one here:";
+  for (const std::string& id : ids) {
+    text += ' ' + id;
+  }
+  return {{Severity::Warning, text}};
+}
+
+std::vector<std::string> problemsOf(const LogSet& logs) {
+  std::vector<std::string> problems;
+  for (const LogFileInfo& file : logs.files) {
+    const std::string name = cleanText(file.name);
+    if (!file.readable) {
+      problems.push_back(name + ": cannot be read");
+    } else if (file.role == LogRole::Unknown) {
+      problems.push_back(name + (file.lines == 0 ? ": empty" : ": holds no log of CanvixSentiq"));
+    }
+    if (file.damagedLines > 0) {
+      problems.push_back(name + ": " + std::to_string(file.damagedLines) + " damaged or unfinished lines of " +
+                         std::to_string(file.lines));
+    }
+  }
+  if (!logs.leftOut.empty()) {
+    std::string names;
+    for (const std::string& name : logs.leftOut) {
+      names += (names.empty() ? "" : ", ") + cleanText(name);
+    }
+    problems.push_back("Left out, no log of CanvixSentiq: " + names);
+  }
+  for (const auto& [role, note] : {std::pair(LogRole::Session, ""), std::pair(LogRole::Watchdog, ""),
+                                   std::pair(LogRole::Initial, " (written only after an abnormal end)")}) {
+    if (std::none_of(logs.files.begin(), logs.files.end(), [r = role](const auto& file) { return file.role == r; })) {
+      problems.push_back("No " + roleName(role) + " log" + note);
+    }
+  }
+  return problems;
+}
+
+// Empty when no single entry tells.
+std::vector<std::pair<std::string, std::string>> evidenceOf(const LogSet& logs, const Outcome& outcome) {
+  if (outcome.evidence == nullptr) {
+    return {};
+  }
+  const LogEntry& entry = *outcome.evidence;
+  std::vector<std::pair<std::string, std::string>> evidence{{"time", isoTime(*entry.time, entry.offset)}};
+  if (entry.meaning == Meaning::Crash) {
+    const CrashPlace place = crashPlace(logs.events[*entry.event]);
+    evidence.insert(evidence.end(), {{"module", place.module},
+                                     {"moduleVersion", place.version},
+                                     {"exception", place.exception},
+                                     {"offset", place.offset}});
+  }
+  return evidence;
+}
+
+void appendList(std::string& text, std::string_view title, const std::vector<std::string>& items) {
+  if (!items.empty()) {
+    text += '\n' + std::string(title) + '\n';
+  }
+  for (const std::string& item : items) {
+    text += "  " + item + '\n';
+  }
+}
+
+}  // namespace
+
+Summary summarize(const LogSet& logs) {
+  const SessionSpan span = sessionSpan(logs);
+  const Outcome outcome = judgeOutcome(logs, span);
+  Summary summary;
+  summary.outcome = outcome.word;
+  summary.evidence = evidenceOf(logs, outcome);
+  summary.statements = {{outcome.severity, outcome.text}};
+  for (const Statement& statement : mixtureStatements(logs)) {
+    summary.statements.push_back(statement);
+  }
+  for (const Statement& statement : powerStatements(logs, span)) {
+    summary.statements.push_back(statement);
+  }
+  for (const Outcome& before : judgeBefore(logs, span)) {
+    summary.statements.push_back({before.severity, before.text});
+  }
+  summary.facts = factsOf(logs, span);
+  summary.gaps = gapsOf(logs);
+  summary.problems = problemsOf(logs);
+  return summary;
+}
+
+std::string summaryText(const Summary& summary, bool colour) {
+  std::string text;
+  for (const Statement& statement : summary.statements) {
+    text += styled(statement.severity, statement.text, colour) + '\n';
+  }
+  text += '\n';
+  constexpr std::size_t labelWidth = 26;
+  for (const Fact& fact : summary.facts) {
+    text += fact.label + std::string(labelWidth - std::min(labelWidth, fact.label.size()), ' ') + fact.text + '\n';
+  }
+  appendList(text, "Gaps of more than 15 s in the records", summary.gaps);
+  appendList(text, "Missing or damaged", summary.problems);
+  return text;
+}
+
+std::string summaryJson(const Summary& summary) {
+  nlohmann::ordered_json object{{"outcome", summary.outcome}, {"evidence", nullptr}};
+  for (const auto& [key, value] : summary.evidence) {
+    object["evidence"][key] = value;
+  }
+  for (const Statement& statement : summary.statements) {
+    object["statements"].push_back({{"severity", severityName(statement.severity)}, {"text", statement.text}});
+  }
+  for (const Fact& fact : summary.facts) {
+    object[fact.key] = fact.value;
+  }
+  object["gaps"] = summary.gaps;
+  object["problems"] = summary.problems;
+  return object.dump(/*indent=*/-1, ' ', /*ensure_ascii=*/false, nlohmann::ordered_json::error_handler_t::replace);
+}
+
+}  // namespace sentiq

@@ -1,0 +1,173 @@
+#include <atomic>
+#include <functional>
+#include <mutex>
+#include <sstream>
+
+#include "reader/ExitCode.h"
+#include "reader/input/LineSplitter.h"
+#include "reader/views/DecodeCommand.h"
+#include "reader/views/DecodeStream.h"
+#include "tests/reader/SampleLogs.h"
+#include "tests/support/Test.h"
+
+namespace sentiq {
+namespace {
+
+using testing::HasSubstr;
+
+const std::string entry = "2025-01-31T14:05:09.042+0100 [SYSTEM] [INFO]: a";
+const std::string encoded = encodedLine(entry);
+
+struct Decoded {
+  int exitCode;
+  std::string out;
+  std::string messages;
+};
+
+Decoded decodeAll(const std::string& bytes) {
+  std::istringstream in(bytes);
+  std::ostringstream out;
+  std::ostringstream messages;
+  Progress progress(nullptr);
+  const int code = decodeLogs({}, in, out, messages, progress, stopRequested());
+  return {code, out.str(), messages.str()};
+}
+
+TEST(Decode, TellsPlainEncodedAndDamagedLinesApart) {
+  const std::string crlf = encodeText(entry) + "\r\n";
+  const std::string cut = encodeText(entry).substr(0, 41);
+  struct Case {
+    std::string name;
+    std::string in;
+    std::string out;
+    int exitCode;
+  };
+  const std::vector<Case> cases{
+      {"nothing", "", "", exitGood},
+      {"encoded, LF and CRLF", encoded + crlf, entry + "\n" + entry + "\r\n", exitGood},
+      {"plain header among encoded lines", "ProcessID: 42\n" + encoded, "ProcessID: 42\n" + entry + "\n", exitGood},
+      {"second line of an encoded message", encoded + encodedLine("two words"), entry + "\ntwo words\n", exitGood},
+      {"second line of a plain message that could be base64", entry + "\nDoneDone\n", entry + "\nDoneDone\n", exitGood},
+      {"carriage return within the encoded text", encoded + encodedLine("x\r"), entry + "\nx\r\n", exitGood},
+      {"separator in a plain log", entry + "\n" + encodedLine(std::string(39, '=')) + "next\n",
+       entry + "\n" + std::string(39, '=') + "\nnext\n", exitGood},
+      {"empty lines", encoded + "\n\r\n" + encoded, entry + "\n\n\r\n" + entry + "\n", exitGood},
+      {"cut in the middle", cut + "\n" + encoded, cut + "\n" + entry + "\n", exitDamaged},
+      {"cut at the end", encoded + cut, entry + "\n" + cut, exitDamaged},
+      {"complete but for its line end", encoded + encodeText(entry), entry + "\n" + encodeText(entry), exitDamaged},
+      {"a foreign byte within", encoded.substr(0, 40) + "*" + encoded.substr(40), "", exitDamaged},
+      {"beginning lost", encoded + encodeText(entry).substr(4) + "\n", "", exitDamaged},
+      {"bytes that are no text", entry + "\n\xff\x80\n", entry + "\n\xff\x80\n", exitDamaged},
+      {"NUL bytes after a power loss", entry + "\n" + std::string(20, '\0') + "\n", "", exitDamaged},
+  };
+  for (const Case& c : cases) {
+    const Decoded decoded = decodeAll(c.in);
+    EXPECT_EQ(decoded.exitCode, c.exitCode) << c.name;
+    if (!c.out.empty()) {
+      EXPECT_EQ(decoded.out, c.out) << c.name;
+    }
+  }
+  EXPECT_THAT(decodeAll(encoded + "***\n").messages, HasSubstr("-:2: damaged line"));
+}
+
+TEST(Decode, LosesNoByteOfAnyLength) {
+  std::string text = entry;
+  for (int i = 0; i < 300; ++i) {
+    text += static_cast<char>('!' + i % 90);
+    ASSERT_EQ(decodeAll(encodedLine(text)).out, text + "\n");
+  }
+}
+
+TEST(Decode, PassesOnALineOfAnyLengthInBoundedPieces) {
+  const std::string block(1U << 20, 'x');
+  LineSplitter splitter;
+  std::size_t longest = 0;
+  std::size_t total = 0;
+  const auto visit = [&](const Line& line) {
+    longest = std::max(longest, line.text.size());
+    total += line.text.size() + line.end.size();
+  };
+  for (int i = 0; i < 40; ++i) {
+    splitter.feed(block, visit);
+  }
+  splitter.feed("\nend\n", visit);
+  EXPECT_EQ(total, 40 * block.size() + 5);
+  EXPECT_LE(longest, LineSplitter::longestLine + block.size());
+}
+
+TEST(Decode, EndsALineThatTheLogBeforeLeftUnfinished) {
+  const SampleFolder folder;
+  std::istringstream noInput;
+  std::ostringstream out;
+  std::ostringstream messages;
+  Progress progress(nullptr);
+  decodeLogs({{folder.write("a.log", entry), folder.write("b.log", encoded)}, /*follow=*/false, {}, /*colour=*/false},
+             noInput, out, messages, progress, stopRequested());
+  EXPECT_EQ(out.str(), "a.log  " + entry + "\nb.log  " + entry + "\n");
+}
+
+// Output that another thread looks at.
+class SharedOutput : public std::stringbuf {
+ public:
+  std::string text() {
+    const std::lock_guard lock(mutex_);
+    return str();
+  }
+
+ protected:
+  std::streamsize xsputn(const char* bytes, std::streamsize size) override {
+    const std::lock_guard lock(mutex_);
+    return std::stringbuf::xsputn(bytes, size);
+  }
+
+ private:
+  std::mutex mutex_;
+};
+
+testing::AssertionResult comesToHold(SharedOutput& output, const std::string& text) {
+  const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(60);
+  while (std::chrono::steady_clock::now() < end) {
+    if (output.text().find(text) != std::string::npos) {
+      return testing::AssertionSuccess();
+    }
+    std::this_thread::sleep_for(std::chrono::milliseconds(10));
+  }
+  return testing::AssertionFailure() << "no \"" << text << "\" in: " << output.text();
+}
+
+TEST(Decode, FollowsAFileThatAppearsIsEmptiedAndIsDeleted) {
+  const SampleFolder folder;
+  SharedOutput output;
+  std::ostringstream messages;
+  std::atomic<bool> stop{false};
+  std::jthread follower([&] {
+    std::ostream out(&output);
+    std::istringstream noInput;
+    Progress progress(nullptr);
+    decodeLogs({{folder.file("a.log"), folder.file("b.log")}, /*follow=*/true, {}, /*colour=*/false}, noInput, out,
+               messages, progress, stop);
+  });
+  folder.write("a.log", encodedLine(entry + " first"));
+  EXPECT_TRUE(comesToHold(output, "a.log  " + entry + " first\n"));
+  folder.write("b.log", "ProcessID: 42\n");
+  EXPECT_TRUE(comesToHold(output, "b.log  ProcessID: 42\n"));
+  const std::string half = encodedLine(entry + " in two parts");
+  folder.write("a.log", half.substr(0, 30), std::ios::app);
+  folder.write("a.log", half.substr(30), std::ios::app);
+  EXPECT_TRUE(comesToHold(output, " in two parts\n"));
+  folder.write("a.log",
+               encodedLine("2025-02-01T00:00:00.000+0100 emptied and longer than all that stood in it before " +
+                           std::string(200, '.')));
+  EXPECT_TRUE(comesToHold(output, "a.log  2025-02-01"));
+  // On Windows it cannot go in the moment in which it is read.
+  std::error_code error;
+  do {
+    std::filesystem::remove(pathFromText(folder.file("b.log")), error);
+  } while (error);
+  folder.write("b.log", "ProcessID: 7\n");
+  EXPECT_TRUE(comesToHold(output, "b.log  ProcessID: 7\n"));
+  stop = true;
+}
+
+}  // namespace
+}  // namespace sentiq
