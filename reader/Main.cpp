@@ -124,8 +124,10 @@ void addSummary(CLI::App& app, int& exitCode) {
   command->footer("Example:\n  sentiq-logs summary --json logs/ | jq -r .outcome");
   command->callback([options, &exitCode] {
     const LogSet logs = readWithProgress(options->inputs);
-    const Summary summary = summarize(logs);
-    std::cout << (options->json ? summaryJson(summary) + '\n' : summaryText(summary, colourWanted()));
+    for (const Session& session : logs.sessions) {
+      const Summary summary = summarize(logs, session);
+      std::cout << (options->json ? summaryJson(summary) : summaryText(summary, colourWanted())) << '\n';
+    }
     exitCode = exitCodeOf(logs);
   });
 }

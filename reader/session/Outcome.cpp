@@ -22,52 +22,46 @@ constexpr std::chrono::minutes afterEnd{5};
 // How long before Canvix's end a shutdown counts as its cause.
 constexpr std::chrono::minutes shutdownLead{2};
 
-bool isOfSession(const LogSet& logs, const LogEntry& entry) {
-  return logs.files[entry.file].role != LogRole::Initial;
-}
-
 bool isAnyOf(Meaning meaning, std::initializer_list<Meaning> meanings) {
   return std::find(meanings.begin(), meanings.end(), meaning) != meanings.end();
 }
 
-const LogEntry* findLast(const LogSet& logs, const std::function<bool(const LogEntry&)>& wanted) {
-  const auto found = std::find_if(logs.entries.rbegin(), logs.entries.rend(),
+const LogEntry* findLast(const Session& session, const std::function<bool(const LogEntry&)>& wanted) {
+  const auto found = std::find_if(session.entries.rbegin(), session.entries.rend(),
                                   [&](const LogEntry& entry) { return entry.time && wanted(entry); });
-  return found != logs.entries.rend() ? &*found : nullptr;
+  return found != session.entries.rend() ? &*found : nullptr;
 }
 
-const LogEntry* findFirst(const LogSet& logs, const std::function<bool(const LogEntry&)>& wanted) {
-  const auto found = std::find_if(logs.entries.begin(), logs.entries.end(),
+const LogEntry* findFirst(const Session& session, const std::function<bool(const LogEntry&)>& wanted) {
+  const auto found = std::find_if(session.entries.begin(), session.entries.end(),
                                   [&](const LogEntry& entry) { return entry.time && wanted(entry); });
-  return found != logs.entries.end() ? &*found : nullptr;
+  return found != session.entries.end() ? &*found : nullptr;
 }
 
 std::string at(const LogEntry& entry) {
   return " at " + showTime(*entry.time, entry.offset);
 }
 
-std::int64_t monitoredProcess(const LogSet& logs) {
-  for (const MetricSample& metric : logs.metrics) {
+std::int64_t monitoredProcess(const Session& session) {
+  for (const MetricSample& metric : session.metrics) {
     return metric.processId;
   }
   std::int64_t pid = 0;
-  for (const LogFileInfo& file : logs.files) {
-    std::from_chars(file.processId.data(), file.processId.data() + file.processId.size(), pid);
-  }
+  std::from_chars(session.processId.data(), session.processId.data() + session.processId.size(), pid);
   return pid;
 }
 
 // Whether a crash or hang is of another process than the monitored one: there may be several instances of
 // Canvix. The events hold the process id in hexadecimal.
-bool isOfOtherProcess(const LogSet& logs, const LogEntry& entry) {
-  const std::string text = logs.events[*entry.event].field(entry.meaning == Meaning::Crash ? "8" : "2");
+bool isOfOtherProcess(const Session& session, const LogEntry& entry) {
+  const std::string text = session.events[*entry.event].field(entry.meaning == Meaning::Crash ? "8" : "2");
   std::string_view digits = text;
   if (digits.starts_with("0x")) {
     digits.remove_prefix(2);
   }
   std::int64_t pid = 0;
   const auto [end, error] = std::from_chars(digits.data(), digits.data() + digits.size(), pid, 16);
-  const std::int64_t monitored = monitoredProcess(logs);
+  const std::int64_t monitored = monitoredProcess(session);
   return error == std::errc{} && monitored != 0 && pid != monitored;
 }
 
@@ -77,15 +71,16 @@ std::string crashText(const CrashPlace& place) {
          ", offset " + known(place.offset);
 }
 
-Outcome failureOf(const LogSet& logs, const LogEntry& entry) {
+Outcome failureOf(const Session& session, const LogEntry& entry) {
   return entry.meaning == Meaning::Crash
              ? Outcome{"crashed", Severity::Error,
-                       "Canvix crashed" + at(entry) + ": " + crashText(crashPlace(logs.events[*entry.event])), &entry}
+                       "Canvix crashed" + at(entry) + ": " + crashText(crashPlace(session.events[*entry.event])),
+                       &entry}
              : Outcome{"hung", Severity::Error, "Canvix stopped responding and was closed" + at(entry), &entry};
 }
 
-Outcome endOf(const LogSet& logs, const LogEntry& exit) {
-  const LogEntry* const shutdown = findLast(logs, [&](const LogEntry& entry) {
+Outcome endOf(const Session& session, const LogEntry& exit) {
+  const LogEntry* const shutdown = findLast(session, [&](const LogEntry& entry) {
     return entry.meaning == Meaning::ShutdownBegun && *entry.time <= *exit.time + shutdownLead &&
            *entry.time >= *exit.time - shutdownLead;
   });
@@ -93,7 +88,7 @@ Outcome endOf(const LogSet& logs, const LogEntry& exit) {
     return {"shutdown", Severity::Notice, "Canvix ended" + at(exit) + " while the machine shut down: " + shutdown->what,
             &exit};
   }
-  if (logs.applicationCopied && *logs.applicationCopied >= *exit.time) {
+  if (session.applicationCopied && *session.applicationCopied >= *exit.time) {
     return {"ended", Severity::Info,
             "Canvix ended normally" + at(exit) + ": the event log holds no crash or hang of it", &exit};
   }
@@ -103,23 +98,23 @@ Outcome endOf(const LogSet& logs, const LogEntry& exit) {
           &exit};
 }
 
-Outcome withoutExit(const LogSet& logs, const SessionSpan& span) {
+Outcome withoutExit(const Session& session, const SessionSpan& span) {
   const auto afterwards = [&](const LogEntry& entry) { return span.end && *entry.time >= *span.end - shutdownLead; };
-  const LogEntry* const down = findFirst(logs, [&](const LogEntry& entry) {
+  const LogEntry* const down = findFirst(session, [&](const LogEntry& entry) {
     return isAnyOf(entry.meaning, {Meaning::PowerLoss, Meaning::SystemCrash}) && afterwards(entry);
   });
   if (down != nullptr) {
     return {"power-loss", Severity::Error,
             "The machine went down while Canvix ran. " + down->what + " (logged" + at(*down) + ')', down};
   }
-  const LogEntry* const shutdown = findFirst(logs, [&](const LogEntry& entry) {
+  const LogEntry* const shutdown = findFirst(session, [&](const LogEntry& entry) {
     return isAnyOf(entry.meaning, {Meaning::ShutdownBegun, Meaning::ShutdownDone}) && afterwards(entry);
   });
   if (shutdown != nullptr) {
     return {"shutdown", Severity::Notice,
             "The machine was shut down while Canvix ran: " + shutdown->what + at(*shutdown), shutdown};
   }
-  const LogEntry* const power = findLast(logs, [&](const LogEntry& entry) {
+  const LogEntry* const power = findLast(session, [&](const LogEntry& entry) {
     return !entry.metric && isAnyOf(entry.meaning, {Meaning::Sleep, Meaning::Resume});
   });
   if (power != nullptr && power->meaning == Meaning::Sleep && afterwards(*power)) {
@@ -141,47 +136,47 @@ bool SessionSpan::contains(Instant time) const {
   return begin && end && time >= *begin && time <= *end + afterEnd;
 }
 
-SessionSpan sessionSpan(const LogSet& logs) {
+SessionSpan sessionSpan(const Session& session) {
   SessionSpan span;
-  for (const LogEntry& entry : logs.entries) {
-    if (entry.time && !entry.event && isOfSession(logs, entry)) {
+  for (const LogEntry& entry : session.entries) {
+    if (entry.time && !entry.event && entry.role != LogRole::Initial) {
       span.begin = std::min(span.begin.value_or(*entry.time), *entry.time);
       span.end = std::max(span.end.value_or(*entry.time), *entry.time);
       span.offset = entry.offset;
     }
   }
-  if (span.begin && !logs.metrics.empty()) {
-    const MetricSample& first = logs.metrics.front();
+  if (span.begin && !session.metrics.empty()) {
+    const MetricSample& first = session.metrics.front();
     const Instant start = first.time.instant - parseElapsed(first.appRunTime).value_or(Ticks{});
     span.begin = std::min(*span.begin, start);
   }
   return span;
 }
 
-Outcome judgeOutcome(const LogSet& logs, const SessionSpan& span) {
-  const LogEntry* const failure = findLast(logs, [&](const LogEntry& entry) {
+Outcome judgeOutcome(const Session& session, const SessionSpan& span) {
+  const LogEntry* const failure = findLast(session, [&](const LogEntry& entry) {
     return isAnyOf(entry.meaning, {Meaning::Crash, Meaning::Hang}) && span.contains(*entry.time) &&
-           !isOfOtherProcess(logs, entry);
+           !isOfOtherProcess(session, entry);
   });
   if (failure != nullptr) {
-    return failureOf(logs, *failure);
+    return failureOf(session, *failure);
   }
-  const LogEntry* const exit = findFirst(logs, [](const LogEntry& entry) { return entry.meaning == Meaning::Exit; });
-  return exit != nullptr ? endOf(logs, *exit) : withoutExit(logs, span);
+  const LogEntry* const exit = findFirst(session, [](const LogEntry& entry) { return entry.meaning == Meaning::Exit; });
+  return exit != nullptr ? endOf(session, *exit) : withoutExit(session, span);
 }
 
-std::vector<Outcome> judgeBefore(const LogSet& logs, const SessionSpan& span) {
+std::vector<Outcome> judgeBefore(const Session& session, const SessionSpan& span) {
   const auto before = [&](const LogEntry& entry) { return !span.begin || *entry.time < *span.begin; };
   std::vector<Outcome> outcomes;
   const LogEntry* const failure =
-      findLast(logs, [&](const LogEntry& entry) { return isFailure(entry.meaning) && before(entry); });
-  const LogEntry* const down = findLast(logs, [&](const LogEntry& entry) {
+      findLast(session, [&](const LogEntry& entry) { return isFailure(entry.meaning) && before(entry); });
+  const LogEntry* const down = findLast(session, [&](const LogEntry& entry) {
     return isAnyOf(entry.meaning,
                    {Meaning::PowerLoss, Meaning::SystemCrash, Meaning::ShutdownBegun, Meaning::ShutdownDone}) &&
            before(entry);
   });
   if (failure != nullptr) {
-    Outcome outcome = failureOf(logs, *failure);
+    Outcome outcome = failureOf(session, *failure);
     outcome.text = "Before this session: " + outcome.text;
     outcomes.push_back(outcome);
   }

@@ -1,4 +1,4 @@
-// How the session ended, judged from the entries of its logs.
+// How the session ended, judged from the entries of its session.
 #pragma once
 
 #include <optional>
@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "reader/session/EventTable.h"
-#include "reader/session/LogSet.h"
+#include "reader/session/Session.h"
 
 namespace sentiq {
 
@@ -36,12 +36,12 @@ struct SessionSpan {
   bool contains(Instant time) const;
 };
 
-SessionSpan sessionSpan(const LogSet& logs);
+SessionSpan sessionSpan(const Session& session);
 
-Outcome judgeOutcome(const LogSet& logs, const SessionSpan& span);
+Outcome judgeOutcome(const Session& session, const SessionSpan& span);
 
 /// What befell Canvix and the machine before the session, newest first: one line each for the last crash or
 /// hang and the last time the machine went down.
-std::vector<Outcome> judgeBefore(const LogSet& logs, const SessionSpan& span);
+std::vector<Outcome> judgeBefore(const Session& session, const SessionSpan& span);
 
 }  // namespace sentiq

@@ -34,9 +34,9 @@ constexpr MarkRow markRows[] = {
 // Marker and event, and both logs' exit lines, tell of one thing: what follows within this time is not marked again.
 constexpr std::chrono::seconds sameMark{30};
 
-std::vector<ChartMark> marksOf(const LogSet& logs, const SessionSpan& span) {
+std::vector<ChartMark> marksOf(const Session& session, const SessionSpan& span) {
   std::vector<ChartMark> marks;
-  for (const LogEntry& entry : logs.entries) {
+  for (const LogEntry& entry : session.entries) {
     const auto* const row = std::find_if(std::begin(markRows), std::end(markRows),
                                          [&](const MarkRow& r) { return r.meaning == entry.meaning; });
     if (row == std::end(markRows) || !entry.time || !span.contains(*entry.time)) {
@@ -77,16 +77,16 @@ void writeList(std::string_view title, const std::vector<std::string>& items, st
   out << "</ul>\n";
 }
 
-void writeCharts(const LogSet& logs, const SessionSpan& span, std::ostream& out) {
+void writeCharts(const Session& session, const SessionSpan& span, std::ostream& out) {
   out << "<h2>Disk, page file and battery</h2>\n";
-  Chart disk{"disk", "Free disk space", "MiB", 0, {}, marksOf(logs, span), span.offset};
+  Chart disk{"disk", "Free disk space", "MiB", 0, {}, marksOf(session, span), span.offset};
   Chart pageFile{"page-file", "Free page file", "MiB", 0, {}, disk.marks, span.offset};
   Chart battery{"battery", "Battery", "%", 100, {}, disk.marks, span.offset};
-  for (const LogEntry& entry : logs.entries) {
+  for (const LogEntry& entry : session.entries) {
     if (!entry.metric) {
       continue;
     }
-    const MetricSample& record = logs.metrics[*entry.metric];
+    const MetricSample& record = session.metrics[*entry.metric];
     disk.points.push_back({record.time.instant, static_cast<double>(record.freeDisk)});
     disk.top = std::max(disk.top, static_cast<double>(record.totalDisk));
     pageFile.points.push_back({record.time.instant, static_cast<double>(record.freeSwap)});
@@ -104,18 +104,18 @@ void writeCharts(const LogSet& logs, const SessionSpan& span, std::ostream& out)
   }
 }
 
-void writeRow(const LogSet& logs, const LogEntry& entry, std::ostream& out) {
+void writeRow(const Session& session, const LogEntry& entry, std::ostream& out) {
   out << "<tr><td class=\"time\">" << (entry.time ? showTime(*entry.time, entry.offset) : "") << "</td><td>"
-      << htmlText(logs.sourceOf(entry)) << "</td><td class=\"" << severityName(entry.severity) << "\">"
+      << htmlText(session.sourceOf(entry)) << "</td><td class=\"" << severityName(entry.severity) << "\">"
       << severityName(entry.severity) << "</td><td>";
   if (entry.event) {
-    const EventRecord& event = logs.events[*entry.event];
+    const EventRecord& event = session.events[*entry.event];
     out << htmlText(event.provider) << ' ' << event.id;
   }
   out << "</td><td>" << htmlText(entry.what) << "</td></tr>\n";
 }
 
-void writeEvents(const LogSet& logs, std::ostream& out) {
+void writeEvents(const Session& session, std::ostream& out) {
   out << "<h2>Events and log lines</h2>\n"
          "<div class=\"search\" hidden><label for=\"search\">Search</label>"
          "<input id=\"search\" type=\"search\" autocomplete=\"off\"> <span id=\"count\" "
@@ -125,9 +125,9 @@ void writeEvents(const LogSet& logs, std::ostream& out) {
          "<th scope=\"col\">Severity</th><th scope=\"col\">Provider, id</th><th "
          "scope=\"col\">What</th></tr></thead>"
          "<tbody>\n";
-  for (const LogEntry& entry : logs.entries) {
+  for (const LogEntry& entry : session.entries) {
     if (!entry.metric) {
-      writeRow(logs, entry, out);
+      writeRow(session, entry, out);
     }
   }
   out << "</tbody></table></div>\n";
@@ -154,7 +154,8 @@ void writeRawLines(const LogSet& logs, std::ostream& out) {
 }  // namespace
 
 void writeHtmlReport(const LogSet& logs, std::ostream& out) {
-  const Summary summary = summarize(logs);
+  const Session session = logs.sessions.empty() ? Session{} : logs.sessions.back();
+  const Summary summary = summarize(logs, session);
   out << "<!DOCTYPE html>\n<html lang=\"en\">\n<head>\n<meta charset=\"utf-8\">\n"
          "<meta name=\"viewport\" content=\"width=device-width, initial-scale=1\">\n"
          "<meta http-equiv=\"Content-Security-Policy\" content=\"default-src 'none'; style-src "
@@ -162,10 +163,10 @@ void writeHtmlReport(const LogSet& logs, std::ostream& out) {
          "script-src 'unsafe-inline'\">\n<title>Canvix session report</title>\n<style>"
       << reportStyle << "</style>\n</head>\n<body>\n<main>\n<h1>Canvix session report</h1>\n";
   writeStatements(summary, out);
-  writeCharts(logs, sessionSpan(logs), out);
+  writeCharts(session, sessionSpan(session), out);
   writeList("Gaps of more than 15 s in the records", summary.gaps, out);
   writeList("Missing or damaged", summary.problems, out);
-  writeEvents(logs, out);
+  writeEvents(session, out);
   writeRawLines(logs, out);
   out << "</main>\n<script>" << reportScript << "</script>\n</body>\n</html>\n";
 }

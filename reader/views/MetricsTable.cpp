@@ -89,15 +89,17 @@ void writeMetrics(const LogSet& logs, TableForm form, std::ostream& out) {
   if (form != TableForm::Json) {
     writeRow(form, out, [](const Column& column) { return Json(std::string(column.name)); });
   }
-  for (const LogEntry& entry : logs.entries) {
-    if (!entry.metric) {
-      continue;
-    }
-    const MetricSample& record = logs.metrics[*entry.metric];
-    if (form == TableForm::Json) {
-      writeJson(record, out);
-    } else {
-      writeRow(form, out, [&](const Column& column) { return column.value(record); });
+  for (const Session& session : logs.sessions) {
+    for (const LogEntry& entry : session.entries) {
+      if (!entry.metric) {
+        continue;
+      }
+      const MetricSample& record = session.metrics[*entry.metric];
+      if (form == TableForm::Json) {
+        writeJson(record, out);
+      } else {
+        writeRow(form, out, [&](const Column& column) { return column.value(record); });
+      }
     }
   }
 }

@@ -5,7 +5,6 @@
 #include <chrono>
 #include <cstddef>
 #include <cstdint>
-#include <set>
 #include <string>
 #include <string_view>
 #include <system_error>
@@ -24,22 +23,12 @@ namespace {
 constexpr std::chrono::seconds longestInterval{15};
 constexpr const char* unknown = "unknown";
 
-// What the first file that holds it says; of the initial log's files, or of all others.
-std::string fromFiles(const LogSet& logs, std::string LogFileInfo::*member, bool initial) {
-  for (const LogFileInfo& file : logs.files) {
-    if ((file.role == LogRole::Initial) == initial && !(file.*member).empty()) {
-      return file.*member;
-    }
-  }
-  return {};
-}
-
 Fact textFact(const char* label, const char* key, const std::string& text) {
   return text.empty() ? Fact{label, unknown, key, nullptr} : Fact{label, text, key, text};
 }
 
-Fact processFact(const LogSet& logs) {
-  Fact fact = textFact("Process id", "processId", fromFiles(logs, &LogFileInfo::processId, /*initial=*/false));
+Fact processFact(const Session& session) {
+  Fact fact = textFact("Process id", "processId", session.processId);
   std::int64_t pid = 0;
   if (std::from_chars(fact.text.data(), fact.text.data() + fact.text.size(), pid).ec == std::errc{}) {
     fact.value = pid;
@@ -47,12 +36,12 @@ Fact processFact(const LogSet& logs) {
   return fact;
 }
 
-Fact lowestFact(const LogSet& logs, const char* label, const char* key, std::int64_t MetricSample::*free,
+Fact lowestFact(const Session& session, const char* label, const char* key, std::int64_t MetricSample::*free,
                 std::int64_t MetricSample::*total) {
   const auto found =
-      std::min_element(logs.metrics.begin(), logs.metrics.end(),
+      std::min_element(session.metrics.begin(), session.metrics.end(),
                        [free](const MetricSample& a, const MetricSample& b) { return a.*free < b.*free; });
-  if (found == logs.metrics.end()) {
+  if (found == session.metrics.end()) {
     return {label, unknown, key, nullptr};
   }
   const MetricSample& record = *found;
@@ -64,21 +53,21 @@ Fact lowestFact(const LogSet& logs, const char* label, const char* key, std::int
       {{"mib", record.*free}, {"ofMib", record.*total}, {"time", isoTime(record.time.instant, record.time.offset)}}};
 }
 
-Fact batteryFact(const LogSet& logs) {
+Fact batteryFact(const Session& session) {
   Fact fact{"Battery", unknown, "battery", nullptr};
-  if (logs.metrics.empty()) {
+  if (session.metrics.empty()) {
     return fact;
   }
   constexpr int more = 101;
   int least = more;
-  for (const MetricSample& metric : logs.metrics) {
+  for (const MetricSample& metric : session.metrics) {
     least = std::min(least, metric.battery.value_or(more));
   }
   const auto show = [](const MetricSample& metric) {
     return metric.battery ? std::to_string(*metric.battery) + " %" : cleanText(metric.batteryText);
   };
-  const std::string first = show(logs.metrics.front());
-  const std::string last = show(logs.metrics.back());
+  const std::string first = show(session.metrics.front());
+  const std::string last = show(session.metrics.back());
   fact.text = least == more ? last : first + " at first, " + last + " at last, lowest " + std::to_string(least) + " %";
   fact.value = {{"first", first}, {"last", last}};
   if (least != more) {
@@ -87,12 +76,12 @@ Fact batteryFact(const LogSet& logs) {
   return fact;
 }
 
-Fact adaptersFact(const LogSet& logs) {
+Fact adaptersFact(const Session& session) {
   Fact fact{"Graphics adapters", unknown, "adapters", nullptr};
-  if (!logs.metrics.empty()) {
+  if (!session.metrics.empty()) {
     fact.value = nlohmann::ordered_json::array();
     fact.text.clear();
-    for (const std::string& adapter : logs.metrics.back().adapters) {
+    for (const std::string& adapter : session.metrics.back().adapters) {
       fact.value.push_back(cleanText(adapter));
       fact.text += (fact.text.empty() ? "" : ", ") + cleanText(adapter);
     }
@@ -114,38 +103,38 @@ Fact spanFact(const SessionSpan& span) {
            {"seconds", std::chrono::floor<std::chrono::seconds>(*span.end - *span.begin).count()}}};
 }
 
-Fact eventsFact(const LogSet& logs) {
-  Fact fact{"Events", std::to_string(logs.events.size()), "events", {{"distinct", logs.events.size()}}};
+Fact eventsFact(const Session& session) {
+  Fact fact{"Events", std::to_string(session.events.size()), "events", {{"distinct", session.events.size()}}};
   const char* before = " (";
   for (const Severity severity : {Severity::Error, Severity::Warning, Severity::Notice, Severity::Info}) {
-    const auto count = std::count_if(logs.entries.begin(), logs.entries.end(),
+    const auto count = std::count_if(session.entries.begin(), session.entries.end(),
                                      [&](const LogEntry& entry) { return entry.event && entry.severity == severity; });
     const std::string name(severityName(severity));
     fact.text += before + std::to_string(count) + ' ' + name;
     fact.value[name] = count;
     before = ", ";
   }
-  fact.text += "), copied again " + std::to_string(logs.eventCopies) + (logs.eventCopies == 1 ? " time" : " times");
-  fact.value["copies"] = logs.eventCopies;
+  fact.text +=
+      "), copied again " + std::to_string(session.eventCopies) + (session.eventCopies == 1 ? " time" : " times");
+  fact.value["copies"] = session.eventCopies;
   return fact;
 }
 
-std::vector<Fact> factsOf(const LogSet& logs, const SessionSpan& span) {
+std::vector<Fact> factsOf(const Session& session, const SessionSpan& span) {
   return {
-      textFact("Session", "sessionId", fromFiles(logs, &LogFileInfo::sessionId, /*initial=*/false)),
-      processFact(logs),
-      textFact("Abnormal session before", "abnormalSessionId",
-               fromFiles(logs, &LogFileInfo::sessionId, /*initial=*/true)),
+      textFact("Session", "sessionId", session.id),
+      processFact(session),
+      textFact("Abnormal session before", "abnormalSessionId", session.abnormalSessionId),
       spanFact(span),
-      textFact("Time zone", "timeZone", fromFiles(logs, &LogFileInfo::timeZone, /*initial=*/false)),
-      textFact("Last boot", "lastBoot", fromFiles(logs, &LogFileInfo::bootTime, /*initial=*/false)),
-      lowestFact(logs, "Lowest free disk", "lowestFreeDisk", &MetricSample::freeDisk, &MetricSample::totalDisk),
-      lowestFact(logs, "Lowest free page file", "lowestFreePageFile", &MetricSample::freeSwap,
+      textFact("Time zone", "timeZone", session.timeZone),
+      textFact("Last boot", "lastBoot", session.bootTime),
+      lowestFact(session, "Lowest free disk", "lowestFreeDisk", &MetricSample::freeDisk, &MetricSample::totalDisk),
+      lowestFact(session, "Lowest free page file", "lowestFreePageFile", &MetricSample::freeSwap,
                  &MetricSample::totalSwap),
-      batteryFact(logs),
-      adaptersFact(logs),
-      {"Ten-second records", std::to_string(logs.metrics.size()), "records", logs.metrics.size()},
-      eventsFact(logs),
+      batteryFact(session),
+      adaptersFact(session),
+      {"Ten-second records", std::to_string(session.metrics.size()), "records", session.metrics.size()},
+      eventsFact(session),
   };
 }
 
@@ -154,9 +143,9 @@ bool inSession(const SessionSpan& span, const LogEntry& entry) {
 }
 
 // Event and marker tell of the same sleep: the markers count where there are any.
-std::vector<Statement> powerStatements(const LogSet& logs, const SessionSpan& span) {
+std::vector<Statement> powerStatements(const Session& session, const SessionSpan& span) {
   const auto count = [&](Meaning meaning, bool events) {
-    return std::count_if(logs.entries.begin(), logs.entries.end(), [&](const LogEntry& entry) {
+    return std::count_if(session.entries.begin(), session.entries.end(), [&](const LogEntry& entry) {
       return entry.meaning == meaning && entry.event.has_value() == events && inSession(span, entry);
     });
   };
@@ -174,16 +163,16 @@ std::vector<Statement> powerStatements(const LogSet& logs, const SessionSpan& sp
   return statements;
 }
 
-std::vector<std::string> gapsOf(const LogSet& logs) {
+std::vector<std::string> gapsOf(const Session& session) {
   std::vector<std::string> gaps;
   const MetricSample* last = nullptr;
   bool slept = false;  // Since the last record.
-  for (const LogEntry& entry : logs.entries) {
+  for (const LogEntry& entry : session.entries) {
     slept = slept || entry.meaning == Meaning::Sleep || entry.meaning == Meaning::Resume;
     if (!entry.metric) {
       continue;
     }
-    const MetricSample& record = logs.metrics[*entry.metric];
+    const MetricSample& record = session.metrics[*entry.metric];
     if (last != nullptr && record.time.instant - last->time.instant > longestInterval) {
       gaps.push_back(showDuration(record.time.instant - last->time.instant) + " from " +
                      showTime(last->time.instant, last->time.offset) + (slept ? " (the machine slept)" : ""));
@@ -192,24 +181,6 @@ std::vector<std::string> gapsOf(const LogSet& logs) {
     slept = false;
   }
   return gaps;
-}
-
-// One line when the files are of several sessions, which nobody wants to be told about as one.
-std::vector<Statement> mixtureStatements(const LogSet& logs) {
-  std::set<std::string> ids;
-  for (const LogFileInfo& file : logs.files) {
-    if (file.role != LogRole::Initial) {
-      ids.insert(file.sessionIds.begin(), file.sessionIds.end());
-    }
-  }
-  if (ids.size() < 2) {
-    return {};
-  }
-  std::string text = "These are logs of " + std::to_string(ids.size()) + " sessions, taken as one here:";
-  for (const std::string& id : ids) {
-    text += ' ' + id;
-  }
-  return {{Severity::Warning, text}};
 }
 
 std::vector<std::string> problemsOf(const LogSet& logs) {
@@ -243,14 +214,14 @@ std::vector<std::string> problemsOf(const LogSet& logs) {
 }
 
 // Empty when no single entry tells.
-std::vector<std::pair<std::string, std::string>> evidenceOf(const LogSet& logs, const Outcome& outcome) {
+std::vector<std::pair<std::string, std::string>> evidenceOf(const Session& session, const Outcome& outcome) {
   if (outcome.evidence == nullptr) {
     return {};
   }
   const LogEntry& entry = *outcome.evidence;
   std::vector<std::pair<std::string, std::string>> evidence{{"time", isoTime(*entry.time, entry.offset)}};
   if (entry.meaning == Meaning::Crash) {
-    const CrashPlace place = crashPlace(logs.events[*entry.event]);
+    const CrashPlace place = crashPlace(session.events[*entry.event]);
     evidence.insert(evidence.end(), {{"module", place.module},
                                      {"moduleVersion", place.version},
                                      {"exception", place.exception},
@@ -270,24 +241,21 @@ void appendList(std::string& text, std::string_view title, const std::vector<std
 
 }  // namespace
 
-Summary summarize(const LogSet& logs) {
-  const SessionSpan span = sessionSpan(logs);
-  const Outcome outcome = judgeOutcome(logs, span);
+Summary summarize(const LogSet& logs, const Session& session) {
+  const SessionSpan span = sessionSpan(session);
+  const Outcome outcome = judgeOutcome(session, span);
   Summary summary;
   summary.outcome = outcome.word;
-  summary.evidence = evidenceOf(logs, outcome);
+  summary.evidence = evidenceOf(session, outcome);
   summary.statements = {{outcome.severity, outcome.text}};
-  for (const Statement& statement : mixtureStatements(logs)) {
+  for (const Statement& statement : powerStatements(session, span)) {
     summary.statements.push_back(statement);
   }
-  for (const Statement& statement : powerStatements(logs, span)) {
-    summary.statements.push_back(statement);
-  }
-  for (const Outcome& before : judgeBefore(logs, span)) {
+  for (const Outcome& before : judgeBefore(session, span)) {
     summary.statements.push_back({before.severity, before.text});
   }
-  summary.facts = factsOf(logs, span);
-  summary.gaps = gapsOf(logs);
+  summary.facts = factsOf(session, span);
+  summary.gaps = gapsOf(session);
   summary.problems = problemsOf(logs);
   return summary;
 }

@@ -33,7 +33,8 @@ struct Summary {
   std::vector<std::string> problems;  // Files missing or damaged.
 };
 
-Summary summarize(const LogSet& logs);
+/// @param logs the set that the session is one of: it says what is missing or damaged.
+Summary summarize(const LogSet& logs, const Session& session);
 
 /// For a terminal.
 std::string summaryText(const Summary& summary, bool colour);

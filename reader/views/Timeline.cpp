@@ -48,7 +48,7 @@ std::string textLine(const LogEntry& entry, const std::string& source, bool colo
          styled(entry.severity, padded(severityName(entry.severity), 7) + "  " + what, colour);
 }
 
-std::string jsonLine(const LogSet& logs, const LogEntry& entry, const std::string& source) {
+std::string jsonLine(const LogSet& logs, const Session& session, const LogEntry& entry, const std::string& source) {
   nlohmann::ordered_json object;
   object["time"] = entry.time ? nlohmann::ordered_json(isoTime(*entry.time, entry.offset)) : nullptr;
   object["source"] = source;
@@ -57,7 +57,7 @@ std::string jsonLine(const LogSet& logs, const LogEntry& entry, const std::strin
   object["file"] = logs.files[entry.file].name;
   object["line"] = entry.line;
   if (entry.event) {
-    const EventRecord& event = logs.events[*entry.event];
+    const EventRecord& event = session.events[*entry.event];
     object["event"] = {
         {"id", event.id}, {"provider", event.provider}, {"level", event.level}, {"recordId", event.recordId}};
     for (const auto& [name, value] : event.data) {
@@ -70,10 +70,13 @@ std::string jsonLine(const LogSet& logs, const LogEntry& entry, const std::strin
 }  // namespace
 
 void writeTimeline(const LogSet& logs, const TimelineOptions& options, std::ostream& out) {
-  for (const LogEntry& entry : logs.entries) {
-    const std::string source = logs.sourceOf(entry);
-    if (isWanted(entry, source, options)) {
-      out << (options.json ? jsonLine(logs, entry, source) : textLine(entry, source, options.colour)) << '\n';
+  for (const Session& session : logs.sessions) {
+    for (const LogEntry& entry : session.entries) {
+      const std::string source = session.sourceOf(entry);
+      if (isWanted(entry, source, options)) {
+        out << (options.json ? jsonLine(logs, session, entry, source) : textLine(entry, source, options.colour))
+            << '\n';
+      }
     }
   }
 }

@@ -1,4 +1,4 @@
-// All entries of a session's logs, one readable line each, in time order.
+// All entries of each session's logs, one readable line each, in time order; the oldest session first.
 #pragma once
 
 #include <iosfwd>

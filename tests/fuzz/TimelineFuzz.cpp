@@ -46,19 +46,24 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   options.json = true;
   writeTimeline(logs, options, json);
   const std::string lines = text.str();
-  require(static_cast<std::size_t>(std::count(lines.begin(), lines.end(), '\n')) == logs.entries.size());
-  requireJsonLines(json.str(), logs.entries.size());
-
-  const Summary summary = summarize(logs);
-  require(!summaryText(summary, /*colour=*/true).empty());
-  requireJsonLines(summaryJson(summary), 1);
+  std::size_t entries = 0;
+  std::size_t metrics = 0;
+  for (const Session& session : logs.sessions) {
+    entries += session.entries.size();
+    metrics += session.metrics.size();
+    const Summary summary = summarize(logs, session);
+    require(!summaryText(summary, /*colour=*/true).empty());
+    requireJsonLines(summaryJson(summary), 1);
+  }
+  require(static_cast<std::size_t>(std::count(lines.begin(), lines.end(), '\n')) == entries);
+  requireJsonLines(json.str(), entries);
 
   std::ostringstream table;
   writeMetrics(logs, TableForm::Text, table);
   writeMetrics(logs, TableForm::Csv, table);
   std::ostringstream records;
   writeMetrics(logs, TableForm::Json, records);
-  requireJsonLines(records.str(), logs.metrics.size());
+  requireJsonLines(records.str(), metrics);
 
   std::ostringstream page;
   writeHtmlReport(logs, page);

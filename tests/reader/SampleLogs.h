@@ -56,6 +56,12 @@ inline std::string sessionLog(const std::vector<std::string>& lines) {
   return log;
 }
 
+/// A watchdog log of the same session.
+inline std::string watchdogLog(const std::string& lines) {
+  const std::string head = "2025-01-31T12:59:50.000+0100 [SYSTEM] [INFO]: ";
+  return head + "OrbelSessionID: session-1\n" + head + "ProcessID: 4242\n" + lines;
+}
+
 /// Reads the texts as the files of one session.
 inline LogSet readTexts(const std::vector<std::string>& texts) {
   const SampleFolder folder;

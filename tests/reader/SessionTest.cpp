@@ -78,26 +78,42 @@ TEST(Summary, FirstLineSaysWhatHappened) {
     if (c.exited) {
       session.push_back(exitLine);
     }
-    const LogSet logs = readTexts({sessionLog(session), watchdog});
+    const LogSet logs = readTexts({sessionLog(session), watchdogLog(watchdog)});
     // Event lines carry the time of their dump, which must not stretch the session.
-    const Summary summary = summarize(logs);
+    ASSERT_EQ(logs.sessions.size(), 1);
+    const Summary summary = summarize(logs, logs.sessions.front());
     EXPECT_EQ(summary.outcome, c.outcome) << c.words;
     EXPECT_THAT(summary.statements.front().text, HasSubstr(c.words));
   }
-  EXPECT_EQ(summarize(LogSet{}).outcome, "unknown");
+  EXPECT_EQ(summarize(LogSet{}, Session{}).outcome, "unknown");
 }
 
 TEST(Summary, NamesGapsDamageAndWhatIsMissing) {
   const std::string log = sessionLog({first, recordLine("2025-01-31T13:00:30.000+0100", 70)});
   const LogSet logs = readTexts({log + "\x01\n\xff\n" + "torn"});
   EXPECT_THAT(timelineOf(logs), HasSubstr("Damaged line: \xEF\xBF\xBD (and 2 more after it)\n"));
-  const Summary summary = summarize(logs);
+  const Summary summary = summarize(logs, logs.sessions.front());
   EXPECT_THAT(summary.gaps, ElementsAre("40 s from 2025-01-31 12:59:50.000"));
   EXPECT_THAT(summary.problems, ElementsAre(HasSubstr("3 damaged or unfinished lines of 7"), "No watchdog log",
                                             HasSubstr("No initial log")));
   EXPECT_THAT(summaryText(summary, /*colour=*/false), HasSubstr("70 of 1000 MiB at 2025-01-31 13:00:30.000"));
-  EXPECT_THAT(summaryText(summarize(readTexts({log, "OrbelSessionID: other\n"})), /*colour=*/false),
-              HasSubstr("These are logs of 2 sessions, taken as one here: other session-1"));
+}
+
+TEST(Sessions, AreTakenApartByTheirHeaders) {
+  const std::string other = "OrbelSessionID: session-2\nProcessID: 7\n";
+  const std::string head = "2025-01-31T13:10:00.000+0100 [SYSTEM] [INFO]: ";
+  const LogSet logs = readTexts(
+      {encodedLine(first) + sessionLog({first, exitLine}) + other + recordLine("2025-01-31T13:10:00.000+0100") + "\n",
+       watchdogLog(crash(during) + "\n"),
+       head + "OrbelSessionID: session-1\n" + head + "ProcessID: 7\n" + head + "Starting initial metric collection.\n" +
+           crash(during) + "\n"});
+  std::vector<std::string> seen;
+  for (const Session& session : logs.sessions) {
+    const Summary summary = summarize(logs, session);
+    seen.push_back(session.id + '|' + session.processId + '|' + session.abnormalSessionId + '|' + summary.outcome +
+                   '|' + std::to_string(session.entries.size()) + '|' + std::to_string(session.metrics.size()));
+  }
+  EXPECT_THAT(seen, ElementsAre("|||unknown|1|1", "session-1|4242||crashed|7|1", "session-2|7|session-1|unknown|7|1"));
 }
 
 // Written by the program itself under Wine, one folder with encoding and one without, beside the same process.
@@ -109,8 +125,9 @@ TEST(Summary, OfLogsThatTheProgramWrote) {
     Progress progress(nullptr);
     const LogSet logs = readLogs({data + ("/" + form)}, noInput, progress);
     EXPECT_EQ(logs.files.size(), 3);
-    EXPECT_EQ(logs.events.size(), 6) << form;
-    const Summary summary = summarize(logs);
+    ASSERT_EQ(logs.sessions.size(), 1);
+    EXPECT_EQ(logs.sessions.front().events.size(), 6) << form;
+    const Summary summary = summarize(logs, logs.sessions.front());
     EXPECT_THAT(summaryText(summary, /*colour=*/false),
                 AllOf(testing::StartsWith("Canvix crashed at 2026-11-24 21:12:24.500: module PaintCore.dll 29.5.0.137, "
                                           "exception 0xc0000005, offset 0x00000000004d21f7\n"),
@@ -126,8 +143,10 @@ TEST(Summary, OfLogsThatTheProgramWrote) {
 
 TEST(Timeline, ShowsOneCopyOfAnEventAtItsOwnTimeAndFilters) {
   const std::string plain = "2025-01-31T13:05:00.000+0100 [SYSTEM] [INFO]: two\nlines\n";
-  const LogSet logs = readTexts({sessionLog({first}), plain + crash(during) + "\n" + encodedLine(crash(during))});
-  EXPECT_EQ(logs.eventCopies, 1);
+  const LogSet logs =
+      readTexts({sessionLog({first}), watchdogLog(plain + crash(during) + "\n" + encodedLine(crash(during)))});
+  ASSERT_EQ(logs.sessions.size(), 1);
+  EXPECT_EQ(logs.sessions.front().eventCopies, 1);
   const std::string all = timelineOf(logs);
   EXPECT_THAT(all,
               HasSubstr("2025-01-31 13:00:02.000 +01:00  Application  error    Canvix.exe 29.5 crashed in gfx.dll"));
@@ -180,7 +199,7 @@ TEST(Report, EscapesAllTextOfTheLogs) {
   std::string record = first;
   record.replace(record.find("\"status\""), 0, R"("gpuInfo":[{"gpuMemoryUsage":1,"gpuName":"<script>gpu</script>"}],)");
   const LogSet logs =
-      readTexts({"OrbelSessionID: " + attack + "\nProcessID: 4242\n" + encodedLine(record) + attack,
+      readTexts({"OrbelSessionID: " + attack + "\nProcessID: 4242\n" + encodedLine(record) + attack + "\n" +
                  "2025-01-31T13:05:00.000+0100 [SYSTEM] [INFO]: " + attack + "\n" + crash(during, data) + "\n"});
   std::ostringstream out;
   writeHtmlReport(logs, out);

@@ -1,0 +1,286 @@
+#include "reader/session/LogFileReader.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <iterator>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include <nlohmann/json.hpp>
+
+#include "reader/input/CleanText.h"
+#include "reader/session/EventRecord.h"
+#include "reader/session/EventTable.h"
+#include "reader/session/MetricSample.h"
+
+namespace sentiq {
+namespace {
+
+constexpr std::string_view sessionKey = "OrbelSessionID: ";
+constexpr std::string_view processKey = "ProcessID: ";
+constexpr std::string_view eventHead = R"({"xmlData":)";
+constexpr std::size_t rawBytesKept = 4U << 20;
+constexpr std::size_t longestMessage = 64U << 10;
+constexpr std::string_view cutMark = " \xE2\x80\xA6";  // An ellipsis.
+
+// The program's own lines that mean something for the session.
+struct MarkerRow {
+  std::string_view begin;
+  Meaning meaning;
+  Severity severity;
+};
+constexpr MarkerRow markerRows[] = {
+    MarkerRow{"App has exited", Meaning::Exit, Severity::Notice},
+    MarkerRow{"Exit Status - Canvix is no longer alive", Meaning::Exit, Severity::Notice},
+    MarkerRow{"System Will Sleep", Meaning::Sleep, Severity::Notice},
+    MarkerRow{"System Resume", Meaning::Resume, Severity::Notice},
+    MarkerRow{"System Will enter/exit Standby", Meaning::Standby, Severity::Notice},
+    MarkerRow{"Error in CaptureData api", Meaning::Other, Severity::Warning},
+    MarkerRow{"EvtQuery failed", Meaning::Other, Severity::Warning},
+    MarkerRow{"Issue in reading logs", Meaning::Other, Severity::Warning},
+    MarkerRow{"inside power thread, ", Meaning::Other, Severity::Warning},
+};
+
+// Clean, and not longer than a message may be.
+std::string shownText(std::string_view text) {
+  return text.size() <= longestMessage ? cleanText(text) : cleanText(text.substr(0, longestMessage)).append(cutMark);
+}
+
+}  // namespace
+
+LogFileReader::LogFileReader(LogFileInfo& file, std::size_t index, bool keepRawLines)
+    : file_(file), index_(index), keepRawLines_(keepRawLines) {}
+
+void LogFileReader::take(const Line& line) {
+  if (line.number == line_) {  // A further piece of an overlong line.
+    keepRaw(line.text);
+    return;
+  }
+  line_ = line.number;
+  file_.lines = line.number;
+  room_.resize(std::max(room_.size(), LineDecoder::roomFor(line.text.size())));
+  const LineDecoder::Result result = decoder_.decode(line.text, room_.data());
+  const std::string_view text =
+      result.kind == LineKind::Encoded ? std::string_view(room_.data(), result.size) : line.text;
+  keepRaw(text);
+  if (result.kind == LineKind::Damaged || !line.whole) {
+    addDamaged("Damaged line: ", text);
+  } else {
+    takeText(text);
+  }
+}
+
+std::vector<SessionPart> LogFileReader::finish() {
+  for (SessionPart& part : parts_) {
+    std::vector<LogEntry>& entries = part.session.entries;
+    // Lines before the first time stamp take the first one's time.
+    const auto first =
+        std::find_if(entries.begin(), entries.end(), [](const LogEntry& entry) { return entry.time && !entry.event; });
+    for (auto entry = entries.begin(); entry != first && first != entries.end(); ++entry) {
+      if (!entry->time) {
+        entry->time = first->time;
+        entry->offset = first->offset;
+      }
+    }
+    for (LogEntry& entry : entries) {
+      entry.role = part.role;
+    }
+    if (part.role != LogRole::Unknown) {
+      file_.role = part.role;
+    }
+  }
+  return std::move(parts_);
+}
+
+SessionPart& LogFileReader::part() {
+  return parts_.empty() ? parts_.emplace_back() : parts_.back();
+}
+
+void LogFileReader::beginPart(bool hasOwnTime) {
+  parts_.emplace_back();
+  eventKeys_.clear();
+  lastContinues_ = false;
+  damagedRun_ = 0;
+  if (!hasOwnTime) {
+    time_.reset();
+  }
+}
+
+LogEntry& LogFileReader::add(std::string_view what) {
+  LogEntry& entry = part().session.entries.emplace_back();
+  if (time_) {
+    entry.time = time_->instant;
+    entry.offset = time_->offset;
+  }
+  entry.file = index_;
+  entry.line = line_;
+  entry.what = shownText(what);
+  lastContinues_ = false;
+  damagedRun_ = 0;
+  return entry;
+}
+
+void LogFileReader::addDamaged(std::string_view what, std::string_view bytes) {
+  constexpr std::size_t longestShown = 200;
+  ++file_.damagedLines;
+  if (damagedRun_ == 0) {
+    LogEntry& entry = add(std::string(what) + std::string(bytes.substr(0, longestShown)));
+    entry.severity = Severity::Warning;
+    damagedHead_ = entry.what.size();
+  } else {
+    std::string& text = part().session.entries.back().what;
+    text.resize(damagedHead_);
+    text += " (and " + std::to_string(damagedRun_) + " more after it)";
+  }
+  ++damagedRun_;
+}
+
+void LogFileReader::takeText(std::string_view text) {
+  std::size_t used = 0;
+  if (const auto time = parseTime(text, &used)) {
+    time_ = time;
+    text.remove_prefix(std::min(used + 1, text.size()));
+    takeMessage(text);
+  } else if (text.starts_with("[TIMESTAMP_ERROR]")) {
+    takeMessage(text.substr(std::min<std::size_t>(18, text.size())));
+  } else if (text.starts_with("{\"")) {
+    takeMetric(text);
+  } else if (text.starts_with(sessionKey) || text.starts_with(processKey)) {
+    takeHeader(text, /*hasOwnTime=*/false);
+    part().role = LogRole::Session;
+    add(text);
+  } else if (text.find_first_not_of("=\r") == std::string_view::npos) {
+    lastContinues_ = false;  // An empty line or the separator.
+  } else if (lastContinues_) {
+    continueEntry(text);
+  } else {
+    add(text);
+    lastContinues_ = true;
+  }
+}
+
+void LogFileReader::continueEntry(std::string_view text) {
+  std::string& what = part().session.entries.back().what;
+  if (what.size() < longestMessage) {
+    what += ' ' + shownText(text);
+  } else if (!what.ends_with(cutMark)) {
+    what += cutMark;
+  }
+}
+
+void LogFileReader::takeMessage(std::string_view message) {
+  const std::size_t tags = message.find("]: ");
+  const bool tagged = message.starts_with('[') && tags != std::string_view::npos;
+  if (tagged) {
+    message.remove_prefix(tags + 3);
+    takeHeader(message, /*hasOwnTime=*/true);
+    part().role = part().role == LogRole::Initial ? LogRole::Initial : LogRole::Watchdog;
+  }
+  if (message.starts_with(eventHead)) {
+    takeEvent(message);
+    return;
+  }
+  if (tagged && message.empty()) {
+    add("An event that the system did not render").severity = Severity::Warning;
+    return;
+  }
+  LogEntry& entry = add(message);
+  const auto* const row = std::find_if(std::begin(markerRows), std::end(markerRows),
+                                       [&](const MarkerRow& marker) { return message.starts_with(marker.begin); });
+  if (row != std::end(markerRows)) {
+    entry.meaning = row->meaning;
+    entry.severity = row->severity;
+  }
+  lastContinues_ = true;
+}
+
+void LogFileReader::takeEvent(std::string_view text) {
+  using nlohmann::json;
+  const json object = json::parse(text, /*cb=*/nullptr, /*allow_exceptions=*/false);
+  const auto xml = object.is_object() ? object.find("xmlData") : object.end();
+  std::optional<EventRecord> event;
+  if (xml != object.end() && xml->is_string()) {
+    event = parseEvent(xml->get_ref<const std::string&>());
+  }
+  if (!event) {
+    addDamaged("Unreadable event: ", text);
+    return;
+  }
+  if (part().role == LogRole::Unknown) {
+    part().role = LogRole::Watchdog;
+  }
+  Session& session = part().session;
+  if (event->channel == "Application" && time_ && part().role != LogRole::Initial) {
+    session.applicationCopied = std::max(session.applicationCopied.value_or(time_->instant), time_->instant);
+  }
+  if (!eventKeys_.insert(event->key()).second) {
+    ++session.eventCopies;
+    lastContinues_ = false;
+    return;
+  }
+  EventWords words = describeEvent(*event);
+  LogEntry& entry = add(words.words);
+  entry.time = event->time ? event->time : entry.time;
+  entry.meaning = words.meaning;
+  entry.severity = words.severity;
+  entry.event = session.events.size();
+  session.events.push_back(std::move(*event));
+}
+
+void LogFileReader::takeMetric(std::string_view text) {
+  std::optional<MetricSample> metric = parseMetric(text);
+  if (!metric) {
+    addDamaged("Unreadable record: ", text);
+    return;
+  }
+  part().role = LogRole::Session;
+  time_ = metric->time;
+  std::vector<MetricSample>& metrics = part().session.metrics;
+  add(describeMetric(*metric)).metric = metrics.size();
+  metrics.push_back(std::move(*metric));
+}
+
+// A session id begins a header; so does a process id that another one stands before.
+void LogFileReader::takeHeader(std::string_view message, bool hasOwnTime) {
+  const auto rest = [&](std::string_view key) {
+    return message.starts_with(key) ? std::optional(shownText(message.substr(key.size()))) : std::nullopt;
+  };
+  if (auto id = rest(sessionKey)) {
+    beginPart(hasOwnTime);
+    part().session.id = std::move(*id);
+  } else if (auto pid = rest(processKey)) {
+    if (parts_.empty() || !part().session.processId.empty()) {
+      beginPart(hasOwnTime);
+    }
+    part().session.processId = std::move(*pid);
+  } else if (auto zone = rest("Time zone offset: ")) {
+    constexpr std::string_view between = " Time Zone Name: ";
+    if (const std::size_t at = zone->find(between); at != std::string::npos) {
+      zone->replace(at, between.size(), ", ");
+    }
+    part().session.timeZone = std::move(*zone);
+  } else if (auto boot = rest("LastBootTime: ")) {
+    part().session.bootTime = std::move(*boot);
+  } else if (message == "Starting initial metric collection.") {
+    part().role = LogRole::Initial;
+  }
+}
+
+void LogFileReader::keepRaw(std::string_view text) {
+  if (!keepRawLines_) {
+    return;
+  }
+  file_.rawLines.emplace_back(text);
+  rawBytes_ += sizeof(std::string) + text.size();
+  while (rawBytes_ > rawBytesKept) {
+    rawBytes_ -= sizeof(std::string) + file_.rawLines.front().size();
+    file_.rawLines.pop_front();
+    ++file_.rawLeftOut;
+  }
+}
+
+}  // namespace sentiq

@@ -1,0 +1,66 @@
+// One file's lines, turned into entries of the sessions that it tells of.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <unordered_set>
+#include <vector>
+
+#include "reader/input/LineSplitter.h"
+#include "reader/input/LogDecoding.h"
+#include "reader/session/LogSet.h"
+#include "reader/session/LogTime.h"
+#include "reader/session/Session.h"
+
+namespace sentiq {
+
+/// What a file holds of one session: what follows a header, up to the next one. Of an initial log, `session.id` is the
+/// id that its header names: that of the session before.
+struct SessionPart {
+  Session session;
+  LogRole role = LogRole::Unknown;
+};
+
+/// One file, one thread.
+class LogFileReader {
+ public:
+  /// @param file counted in and described; must outlive this object. @param index its place in the set.
+  LogFileReader(LogFileInfo& file, std::size_t index, bool keepRawLines);
+
+  void take(const Line& line);
+
+  /// The file ends here. In the file's order; none for a file without any entry.
+  std::vector<SessionPart> finish();
+
+ private:
+  SessionPart& part();
+  void beginPart(bool hasOwnTime);
+  LogEntry& add(std::string_view what);
+  void addDamaged(std::string_view what, std::string_view bytes);
+  void takeText(std::string_view text);
+  void continueEntry(std::string_view text);
+  void takeMessage(std::string_view message);
+  void takeEvent(std::string_view text);
+  void takeMetric(std::string_view text);
+  void takeHeader(std::string_view message, bool hasOwnTime);
+  void keepRaw(std::string_view text);
+
+  LogFileInfo& file_;
+  std::size_t index_;
+  bool keepRawLines_;
+  std::vector<SessionPart> parts_;
+  std::unordered_set<std::string> eventKeys_;  // Of the last part.
+  LineDecoder decoder_;
+  std::string room_;
+  std::uint64_t line_ = 0;
+  std::optional<LogTime> time_;   // Of the last line that had one.
+  bool lastContinues_ = false;    // Whether a line without time stamp belongs to the last entry.
+  std::uint64_t damagedRun_ = 0;  // Damaged lines that the last entry stands for.
+  std::size_t damagedHead_ = 0;   // How much of its text is of the first one.
+  std::size_t rawBytes_ = 0;
+};
+
+}  // namespace sentiq

@@ -1,0 +1,52 @@
+// One run of the program beside one process of Canvix: what its logs hold, in one order.
+#pragma once
+
+#include <chrono>
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "reader/session/EventRecord.h"
+#include "reader/session/EventTable.h"
+#include "reader/session/LogTime.h"
+#include "reader/session/MetricSample.h"
+
+namespace sentiq {
+
+/// Which of the logs a file is follows from what it holds, not from its name.
+enum class LogRole : std::uint8_t { Unknown, Session, Watchdog, Initial };
+
+struct LogEntry {
+  std::optional<Instant> time;  // A line without one takes its neighbour's.
+  std::chrono::minutes offset{};
+  LogRole role = LogRole::Unknown;  // Of the log that it stands in.
+  std::size_t file = 0;             // Index into the files of the set.
+  std::uint64_t line = 0;
+  Severity severity = Severity::Info;
+  Meaning meaning = Meaning::Other;
+  std::string what;                   // UTF-8, clean.
+  std::optional<std::size_t> event;   // Index into the events.
+  std::optional<std::size_t> metric;  // Index into the metrics.
+};
+
+struct Session {
+  std::string id;                 // From its header; empty when none was read. UTF-8, clean, as all texts here.
+  std::string processId;          // Of Canvix, decimal; empty when no header was read.
+  std::string abnormalSessionId;  // The session before, which its initial log is about; empty without such a log.
+  std::string timeZone;
+  std::string bootTime;
+  std::vector<LogEntry> entries;    // In time order, and in the order of the files where times are equal.
+  std::vector<EventRecord> events;  // Distinct.
+  std::vector<MetricSample> metrics;
+  std::uint64_t eventCopies = 0;             // Events that were in the logs more than once.
+  std::optional<Instant> applicationCopied;  // When the Application channel was last copied.
+
+  /// "session", "watchdog", "initial" or "unknown"; for an event its channel.
+  std::string sourceOf(const LogEntry& entry) const;
+};
+
+std::string roleName(LogRole role);
+
+}  // namespace sentiq
