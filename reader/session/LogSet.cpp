@@ -145,11 +145,23 @@ std::vector<Session> assemble(std::vector<FilePart> parts) {
     });
     (whole != wholes.end() ? *whole : wholes.emplace_back(Whole{{}, p->folder})).add(std::move(p->part.session));
   }
+  // An initial log tells the session that it is about how it ended, and its writer what went before.
   for (auto p = firstInitial; p != parts.end(); ++p) {
     Session& initial = p->part.session;
-    initial.abnormalSessionId = std::exchange(initial.id, {});
+    const std::string about = std::exchange(initial.id, {});
+    const auto subject = std::find_if(wholes.begin(), wholes.end(),
+                                      [&](const Whole& whole) { return !about.empty() && whole.session.id == about; });
     Whole* const writer = writerOf(wholes, initial);
-    (writer != nullptr ? *writer : wholes.emplace_back(Whole{{}, p->folder})).add(std::move(initial));
+    const bool hasSubject = subject != wholes.end() && &*subject != writer;
+    if (hasSubject) {
+      Session told = initial;
+      told.processId.clear();
+      subject->add(std::move(told));
+    }
+    initial.abnormalSessionId = about;
+    if (writer != nullptr || !hasSubject) {
+      (writer != nullptr ? *writer : wholes.emplace_back(Whole{{}, p->folder})).add(std::move(initial));
+    }
   }
   std::stable_sort(wholes.begin(), wholes.end(),
                    [](const Whole& a, const Whole& b) { return beginOf(a.session) < beginOf(b.session); });

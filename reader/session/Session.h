@@ -37,7 +37,9 @@ struct Session {
   std::string abnormalSessionId;  // The session before, which its initial log is about; empty without such a log.
   std::string timeZone;
   std::string bootTime;
-  std::vector<LogEntry> entries;    // In time order, and in the order of the files where times are equal.
+  // In time order, and in the order of the files where times are equal. Those of an initial log are of the session that
+  // wrote it (before its begin) and of the one that it is about (after its end).
+  std::vector<LogEntry> entries;
   std::vector<EventRecord> events;  // Distinct.
   std::vector<MetricSample> metrics;
   std::uint64_t eventCopies = 0;             // Events that were in the logs more than once.

@@ -113,7 +113,7 @@ TEST(Sessions, AreTakenApartByTheirHeaders) {
     seen.push_back(session.id + '|' + session.processId + '|' + session.abnormalSessionId + '|' + summary.outcome +
                    '|' + std::to_string(session.entries.size()) + '|' + std::to_string(session.metrics.size()));
   }
-  EXPECT_THAT(seen, ElementsAre("|||unknown|1|1", "session-1|4242||crashed|7|1", "session-2|7|session-1|unknown|7|1"));
+  EXPECT_THAT(seen, ElementsAre("|||unknown|1|1", "session-1|4242||crashed|10|1", "session-2|7|session-1|unknown|7|1"));
 }
 
 // Written by the program itself under Wine, one folder with encoding and one without, beside the same process.
