@@ -18,7 +18,7 @@ namespace sentiq {
 namespace {
 
 bool readBlocks(std::istream& in, Progress& progress, const std::function<void(std::string_view)>& visit) {
-  std::vector<char> block(128U << 10);
+  std::vector<char> block(64U << 10);
   while (in) {
     in.read(block.data(), static_cast<std::streamsize>(block.size()));
     const auto size = static_cast<std::size_t>(in.gcount());

@@ -19,59 +19,75 @@ namespace {
 // Three bytes of text are handled as one word whose lowest byte comes first, and stored with a single copy.
 static_assert(std::endian::native == std::endian::little);
 
-// What a base64 digit at each of the four places of a group contributes to the group's word. Everything that
-// is not a digit sets a bit above the three bytes.
-constexpr std::uint32_t notDigit = 1U << 24;
-constexpr auto digitWords = [] {
-  std::array<std::array<std::uint32_t, 256>, 4> words{};
-  for (auto& place : words) {
-    place.fill(notDigit);
-  }
-  for (std::uint32_t digit = 0; digit < base64Alphabet.size(); ++digit) {
-    const auto c = static_cast<unsigned char>(base64Alphabet[digit]);
-    words[0][c] = digit << 2;
-    words[1][c] = digit >> 4 | (digit & 15) << 12;
-    words[2][c] = (digit >> 2) << 8 | (digit & 3) << 22;
-    words[3][c] = digit << 16;
+// What two base64 digits in the first and in the second half of a group contribute to the group's word, by the two
+// bytes as they stand in memory. Whatever is not two digits sets a bit above the three bytes.
+constexpr std::uint32_t notDigits = 1U << 24;
+struct PairWords {
+  std::array<std::uint32_t, 1U << 16> first;
+  std::array<std::uint32_t, 1U << 16> second;
+};
+const PairWords pairWords = [] {
+  PairWords words;
+  words.first.fill(notDigits);
+  words.second.fill(notDigits);
+  for (std::uint32_t bits = 0; bits < 1U << 12; ++bits) {
+    const auto high = static_cast<unsigned char>(base64Alphabet[bits >> 6]);
+    const auto low = static_cast<unsigned char>(base64Alphabet[bits & 63]);
+    const std::size_t pair = high | std::size_t{low} << 8;
+    words.first[pair] = bits >> 4 | (bits & 15) << 12;
+    words.second[pair] = bits >> 8 << 8 | (bits & 255) << 16;
   }
   return words;
 }();
 
-// The key in groups of three bytes, until key and groups come out even.
+// The key for two groups, six bytes, at a time, until key and groups come out even.
 constexpr auto keyWords = [] {
-  std::array<std::uint32_t, std::lcm(logKey.size(), 3) / 3> words{};
-  for (std::size_t i = 0; i < words.size() * 3; ++i) {
-    words[i / 3] |= std::uint32_t{static_cast<unsigned char>(logKey[i % logKey.size()])} << (i % 3 * 8);
+  std::array<std::uint64_t, std::lcm(logKey.size(), 6) / 6> words{};
+  for (std::size_t i = 0; i < words.size() * 6; ++i) {
+    words[i / 6] |= std::uint64_t{static_cast<unsigned char>(logKey[i % logKey.size()])} << (i % 6 * 8);
   }
   return words;
 }();
 
 std::uint32_t groupWord(const char* group) {
-  const auto place = [group](std::size_t i) { return digitWords[i][static_cast<unsigned char>(group[i])]; };
-  return place(0) | place(1) | place(2) | place(3);
+  std::uint16_t first = 0;
+  std::uint16_t second = 0;
+  std::memcpy(&first, group, sizeof first);
+  std::memcpy(&second, group + 2, sizeof second);
+  return pairWords.first[first] | pairWords.second[second];
+}
+
+// Decodes the group of this number in its line.
+bool decodeGroup(const char* group, std::size_t number, char* out) {
+  const std::uint32_t word = groupWord(group);
+  const std::uint64_t key = keyWords[number / 2 % keyWords.size()] >> (number % 2 * 24);
+  const std::uint32_t text = word ^ static_cast<std::uint32_t>(key);
+  std::memcpy(out, &text, sizeof text);
+  return word < notDigits;
 }
 
 // Decodes whole groups without padding. False when one of them holds something else than digits.
 bool decodeGroups(std::string_view groups, char* out) {
   std::uint32_t seen = 0;
   const char* in = groups.data();
-  std::size_t left = groups.size() / 4;
+  std::size_t left = groups.size() / 8;
   while (left > 0) {
     const std::size_t run = std::min(left, keyWords.size());
     for (std::size_t i = 0; i < run; ++i) {
-      const std::uint32_t word = groupWord(in);
-      seen |= word;
-      const std::uint32_t text = word ^ keyWords[i];
+      const std::uint32_t first = groupWord(in);
+      const std::uint32_t second = groupWord(in + 4);
+      seen |= first | second;
+      const std::uint64_t text = (first | std::uint64_t{second} << 24) ^ keyWords[i];
       std::memcpy(out, &text, sizeof text);
-      in += 4;
-      out += 3;
+      in += 8;
+      out += 6;
     }
-    if (seen >= notDigit) {
+    if (seen >= notDigits) {
       return false;
     }
     left -= run;
   }
-  return true;
+  return groups.size() % 8 == 0 || decodeGroup(in, groups.size() / 4 - 1, out);
 }
 
 // The size of the text; nothing when the line is not base64 from end to end.
@@ -84,15 +100,11 @@ std::optional<std::size_t> decodeLine(std::string_view line, char* out) {
     return decodeGroups(line, out) ? std::optional(line.size() / 4 * 3) : std::nullopt;
   }
   const std::size_t before = line.size() - 4;
-  if (!decodeGroups(line.substr(0, before), out)) {
-    return std::nullopt;
-  }
   std::array<char, 4> last{'A', 'A', 'A', 'A'};
   line.copy(last.data(), 4 - padding, before);
-  const std::uint32_t word = groupWord(last.data());
-  const std::uint32_t text = word ^ keyWords[before / 4 % keyWords.size()];
-  std::memcpy(out + before / 4 * 3, &text, sizeof text);
-  return word < notDigit ? std::optional(before / 4 * 3 + 3 - padding) : std::nullopt;
+  const bool good =
+      decodeGroups(line.substr(0, before), out) && decodeGroup(last.data(), before / 4, out + before / 4 * 3);
+  return good ? std::optional(before / 4 * 3 + 3 - padding) : std::nullopt;
 }
 
 bool hasShape(std::string_view text, std::string_view shape) {
@@ -117,7 +129,7 @@ bool decodesToBeginning(std::string_view line) {
   std::array<char, 40> text{};
   const std::size_t groups = std::min<std::size_t>(line.size() / 4, 12);
   std::size_t whole = 0;
-  while (whole < groups && groupWord(line.data() + whole * 4) < notDigit) {
+  while (whole < groups && groupWord(line.data() + whole * 4) < notDigits) {
     ++whole;
   }
   decodeGroups(line.substr(0, whole * 4), text.data());

@@ -10,7 +10,7 @@
 namespace sentiq {
 namespace {
 
-constexpr std::size_t blockSize = 128U << 10;
+constexpr std::size_t blockSize = 64U << 10;
 
 }  // namespace
 
