@@ -13,6 +13,16 @@ die() { trap - ERR; printf 'error: %s\n' "$*" >&2; exit 1; }
 # A failure within $(...) or (...) is told once, where its result is used.
 trap '[ "$BASH_SUBSHELL" != 0 ] || die "line $LINENO of $(basename "$0") failed: $BASH_COMMAND"' ERR
 
+# Ctrl-C ends a command by way of its trap on EXIT, once what it had in the foreground has ended.
+trap 'exit 130' INT TERM
+
+# failed_with TEXT FILE: dies with TEXT and the last lines of FILE.
+failed_with() {
+  local seen
+  seen=$(grep -v '^[[:space:]]*$' "$2" | tail -n 3 | tr -s '\r\n' ' ') || true
+  die "$1: ${seen:-it printed nothing }(${2#"$root"/})"
+}
+
 windows_path() { printf 'Z:%s' "${1//\//\\}"; }
 
 # quietly WHAT COMMAND...: runs COMMAND with its output in a file; shows the end of it only when it fails.

@@ -1,26 +1,47 @@
 # shellcheck shell=bash
-# Sourced: gives Windows programs a display of their own, until the command ends or calls stop_display.
-display_pid='' display_ready=$build/display-ready.$$
+# Sourced: gives Windows programs a display of their own, with Wine already started in it, until the command ends or
+# calls stop_display. Both end every background job of the command.
 stop_display() {
-  rm -f "$display_ready"
-  [ -n "$display_pid" ] || return 0
-  (export WINEPREFIX=$build/wine
-    /usr/lib/wine/wineserver64 -k 2>/dev/null || wineserver -k 2>/dev/null) || true
-  kill "$display_pid" 2>/dev/null || true
-  wait "$display_pid" 2>/dev/null || true
-  display_pid=''
+  local jobs tries
+  mapfile -t jobs < <(jobs -p)
+  if [ ${#jobs[@]} -gt 0 ]; then
+    # The programs before the server: one that is just starting would start another.
+    kill "${jobs[@]}" 2>/dev/null || true
+    for ((tries = 50; tries > 0; tries--)); do
+      kill -0 "${jobs[@]}" 2>/dev/null || break
+      sleep 0.1
+    done
+    kill -KILL "${jobs[@]}" 2>/dev/null || true
+    wait "${jobs[@]}" 2>/dev/null || true
+  fi
+  "$root/scripts/wine" --stop
 }
-trap stop_display EXIT
-trap 'exit 130' INT TERM
+trap 'trap "" INT TERM; stop_display' EXIT
 
-mkfifo "$display_ready"
-Xvfb -displayfd 3 -screen 0 640x480x24 -nolisten tcp 3>"$display_ready" >/dev/null 2>&1 &
-display_pid=$!
-read -r -t 20 display_number <"$display_ready" || die "Xvfb did not start"
-export DISPLAY=:$display_number
+# line_of PID FILE SECONDS: the first line of FILE, which process PID writes; fails when it ends or takes longer.
+line_of() {
+  local line tries
+  for ((tries = $3 * 10; tries > 0; tries--)); do
+    if read -r line <"$2"; then printf '%s\n' "${line%$'\r'}"; return; fi
+    kill -0 "$1" 2>/dev/null || return 1
+    sleep 0.1
+  done
+  return 1
+}
+
+mkdir -p "$build/logs"
+# -noreset: it would otherwise begin anew when its only client so far goes, and break the connections just being made.
+# Files, not pipes: nobody then waits for the other end of one, or takes its end for another's.
+display_files=$build/logs/display
+: >"$display_files-number.txt"
+Xvfb -displayfd 3 -noreset -screen 0 640x480x24 -nolisten tcp 3>"$display_files-number.txt" \
+  >"$display_files-xvfb.txt" 2>&1 </dev/null &
+DISPLAY=:$(line_of $! "$display_files-number.txt" 30) || failed_with "Xvfb did not start" "$display_files-xvfb.txt"
+export DISPLAY
 
 # A process that stays, and that has started Wine's services and desktop before anything else runs: they inherit the
 # pipes of whoever starts them, and whoever reads such a pipe to its end (ctest does) would wait for them.
-"$root/scripts/wine" "$build/${windows_tree:-windows}/Canvix.exe" 86400 </dev/null >"$display_ready" 2>/dev/null &
-read -r -t 60 <"$display_ready" || die "Wine did not start"
-rm -f "$display_ready"
+: >"$display_files-keeper.txt"
+WINEDEBUG=fixme-all "$root/scripts/wine" "$build/${windows_tree:-windows}/Canvix.exe" 86400 \
+  >"$display_files-keeper.txt" 2>"$display_files-wine.txt" </dev/null &
+line_of $! "$display_files-keeper.txt" 120 >/dev/null || failed_with "Wine did not start" "$display_files-wine.txt"
