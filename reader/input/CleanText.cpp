@@ -1,5 +1,6 @@
 #include "reader/input/CleanText.h"
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <string>
@@ -37,6 +38,35 @@ bool isControl(char c) {
   return (code < 0x20 && c != '\t' && c != '\r') || code == 0x7F;
 }
 
+// Characters that must not reach a terminal or a page as such, and what stands for them.
+struct Replacement {
+  std::string_view first;  // In UTF-8, which keeps the order of the code points.
+  std::string_view last;
+  std::string_view by;
+};
+constexpr Replacement replacements[] = {
+    Replacement{"\xD8\x9C", "\xD8\x9C", ""},           // Arabic letter mark.
+    Replacement{"\xE2\x80\x8E", "\xE2\x80\x8F", ""},   // Marks of direction.
+    Replacement{"\xE2\x80\xA8", "\xE2\x80\xA9", " "},  // Line and paragraph separator.
+    Replacement{"\xE2\x80\xAA", "\xE2\x80\xAE", ""},   // Embeddings and overrides.
+    Replacement{"\xE2\x81\xA6", "\xE2\x81\xA9", ""},   // Isolates.
+};
+
+std::string_view shownAs(std::string_view character) {
+  if (character.size() > 1) {
+    for (const Replacement& row : replacements) {
+      if (character >= row.first && character <= row.last) {
+        return row.by;
+      }
+    }
+  }
+  return character;
+}
+
+char lower(char c) {
+  return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c;
+}
+
 }  // namespace
 
 bool isCleanText(std::string_view bytes) {
@@ -56,10 +86,28 @@ std::string cleanText(std::string_view bytes) {
   while (!bytes.empty()) {
     const std::size_t size = characterSize(bytes);
     const bool clean = size != 0 && (!isControl(bytes.front()) || bytes.front() == '\n');
-    text += clean ? bytes.substr(0, size) : "\xEF\xBF\xBD";
+    text += clean ? shownAs(bytes.substr(0, size)) : "\xEF\xBF\xBD";
     bytes.remove_prefix(clean ? size : 1);
   }
   return text;
+}
+
+std::string shortText(std::string_view bytes, std::size_t longest) {
+  if (bytes.size() <= longest) {
+    return cleanText(bytes);
+  }
+  while (longest > 0 && (static_cast<unsigned char>(bytes[longest]) & 0xC0U) == 0x80) {
+    --longest;
+  }
+  return cleanText(bytes.substr(0, longest)) + "\xE2\x80\xA6";
+}
+
+bool equalIgnoringCase(std::string_view a, std::string_view b) {
+  return std::equal(a.begin(), a.end(), b.begin(), b.end(), [](char x, char y) { return lower(x) == lower(y); });
+}
+
+bool beginsIgnoringCase(std::string_view text, std::string_view begin) {
+  return equalIgnoringCase(text.substr(0, begin.size()), begin);
 }
 
 }  // namespace sentiq

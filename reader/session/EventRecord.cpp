@@ -1,51 +1,120 @@
 #include "reader/session/EventRecord.h"
 
 #include <algorithm>
-#include <charconv>
 #include <cstddef>
+#include <iterator>
 #include <optional>
 #include <string>
 #include <string_view>
 
 #include <pugixml.hpp>
 
+#include "reader/input/CleanText.h"
+#include "reader/session/CodeWords.h"
+
 namespace sentiq {
 namespace {
 
-constexpr std::string_view canvixFile = "canvix.exe";
+constexpr std::size_t longestValue = 8192;
 
-bool equalIgnoringCase(std::string_view text, std::string_view lower) {
-  return text.size() == lower.size() && std::equal(text.begin(), text.end(), lower.begin(), [](char a, char b) {
-           return (a >= 'A' && a <= 'Z' ? static_cast<char>(a + 32) : a) == b;
-         });
+// The names of fields that older systems, and classic providers on all systems, leave without.
+struct Layout {
+  int id;
+  std::string_view provider;
+  std::string_view names;
+};
+constexpr Layout layouts[] = {
+    Layout{1000, "Application Error",
+           "AppName AppVersion AppTimeStamp ModuleName ModuleVersion ModuleTimeStamp ExceptionCode FaultingOffset "
+           "ProcessId ProcessCreationTime AppPath ModulePath IntegratorReportId PackageFullName PackageRelativeAppId"},
+    Layout{1002, "Application Hang",
+           "AppName AppVersion ProcessId StartTime TerminationTime ExeFileName ReportId PackageFullName "
+           "PackageRelativeAppId HangType"},
+    Layout{1001, "Windows Error Reporting",
+           "Bucket BucketType EventName Response CabId P1 P2 P3 P4 P5 P6 P7 P8 P9 P10 AttachedFiles StorePath "
+           "AnalysisSymbol Rechecking ReportId ReportStatus HashedBucket CabGuid"},
+    Layout{1001, "BugCheck", "param1 param2 param3"},
+    Layout{1074, "User32", "param1 param2 param3 param4 param5 param6 param7"},
+    Layout{6008, "EventLog", "Time Date"},
+    Layout{4101, "Display", "Driver"},
+};
+
+void nameFields(EventRecord& record) {
+  const auto* const layout = std::find_if(std::begin(layouts), std::end(layouts), [&](const Layout& candidate) {
+    return candidate.id == record.id && equalIgnoringCase(candidate.provider, record.provider);
+  });
+  std::string_view names = layout != std::end(layouts) ? layout->names : std::string_view{};
+  for (auto& [name, value] : record.data) {
+    const std::size_t end = std::min(names.find(' '), names.size());
+    if (name.empty()) {
+      name = names.substr(0, end);
+    }
+    names.remove_prefix(std::min(end + 1, names.size()));
+  }
 }
 
-// EventData holds the fields directly, UserData within one element of the provider's own.
-void readData(const pugi::xml_node& event, EventRecord& record) {
-  for (const pugi::xml_node& field : event.child("EventData").children()) {
-    record.data.emplace_back(field.attribute("Name").value(), field.text().get());
+// Takes every value within the element; the names of the elements on the way stand before its own.
+void readData(const pugi::xml_node& element, const std::string& names, int depth, EventRecord& record) {
+  constexpr int deepest = 8;
+  if (element.type() != pugi::node_element) {
+    return;
   }
-  for (const pugi::xml_node& field : event.child("UserData").first_child().children()) {
-    record.data.emplace_back(field.name(), field.text().get());
+  const bool isField = element.name() == std::string_view("Data");
+  const std::string name =
+      names + shortText(isField ? element.attribute("Name").value() : element.name(), longestValue);
+  if (depth == deepest || element.first_child().type() != pugi::node_element) {
+    record.data.emplace_back(name, shortText(element.text().get(), longestValue));
+    return;
   }
+  for (const pugi::xml_node& child : element.children()) {
+    readData(child, name + '.', depth + 1, record);
+  }
+}
+
+// EventData holds the fields directly, UserData within one element of the provider's own; what else there is (what the
+// system rendered or could not process, debug data) keeps its name.
+void readAllData(const pugi::xml_node& event, EventRecord& record) {
+  for (const pugi::xml_node& section : event.children()) {
+    const std::string_view name = section.name();
+    if (name == "EventData") {
+      for (const pugi::xml_node& field : section.children()) {
+        readData(field, "", 0, record);
+      }
+    } else if (name == "UserData") {
+      for (const pugi::xml_node& field : section.first_child().children()) {
+        readData(field, "", 0, record);
+      }
+    } else if (name != "System") {
+      readData(section, "", 0, record);
+    }
+  }
+}
+
+// Older systems tell the kind of a hang only as the bytes of a text in UTF-16.
+std::string textOfBinary(std::string_view digits) {
+  std::string text;
+  for (; digits.size() >= 4; digits.remove_prefix(4)) {
+    const auto low = parseHex(digits.substr(0, 2));
+    if (!low || *low < 0x20 || *low > 0x7E || digits.substr(2, 2) != "00") {
+      break;
+    }
+    text += static_cast<char>(*low);
+  }
+  return text;
 }
 
 }  // namespace
 
-std::string EventRecord::field(std::string_view nameOrPlace) const {
-  std::size_t place = data.size();
-  const auto [end, error] = std::from_chars(nameOrPlace.data(), nameOrPlace.data() + nameOrPlace.size(), place);
-  if (error == std::errc{} && end == nameOrPlace.data() + nameOrPlace.size()) {
-    return place < data.size() ? data[place].second : std::string{};
-  }
-  const auto found =
-      std::find_if(data.begin(), data.end(), [&](const auto& named) { return named.first == nameOrPlace; });
-  return found != data.end() ? found->second : std::string{};
+const std::string& EventRecord::field(std::string_view name) const {
+  static const std::string none;
+  const auto found = std::find_if(data.begin(), data.end(), [&](const auto& named) { return named.first == name; });
+  return found != data.end() ? found->second : none;
 }
 
-bool EventRecord::namesCanvix() const {
-  return std::any_of(data.begin(), data.end(),
-                     [](const auto& named) { return equalIgnoringCase(named.second, canvixFile); });
+bool EventRecord::isOfCanvix() const {
+  // A report of a packaged application begins with the name of the package.
+  return equalIgnoringCase(field("AppName"), "canvix.exe") || equalIgnoringCase(field("P1"), "canvix.exe") ||
+         (field("EventName").starts_with("Mo") && beginsIgnoringCase(field("P1"), "canvix"));
 }
 
 std::string EventRecord::key() const {
@@ -67,12 +136,16 @@ std::optional<EventRecord> parseEvent(std::string_view xml) {
   if (const auto time = parseTime(system.child("TimeCreated").attribute("SystemTime").value())) {
     record.time = time->instant;
   }
-  record.channel = system.child("Channel").text().get();
-  record.provider = system.child("Provider").attribute("Name").value();
+  record.channel = shortText(system.child("Channel").text().get(), longestValue);
+  record.provider = shortText(system.child("Provider").attribute("Name").value(), longestValue);
   record.id = system.child("EventID").text().as_int();
   record.level = system.child("Level").text().as_int();
   record.recordId = system.child("EventRecordID").text().as_ullong();
-  readData(event, record);
+  readAllData(event, record);
+  nameFields(record);
+  if (equalIgnoringCase(record.provider, "Application Hang") && record.field("HangType").empty()) {
+    record.data.emplace_back("HangType", textOfBinary(record.field("Binary")));
+  }
   return record;
 }
 

@@ -12,6 +12,7 @@
 
 namespace sentiq {
 
+/// All texts are clean and of limited length.
 struct EventRecord {
   std::optional<Instant> time;  // The event's own.
   std::string channel;
@@ -19,13 +20,15 @@ struct EventRecord {
   int id = 0;
   int level = 0;  // 1 critical, 2 error, 3 warning, others information.
   std::uint64_t recordId = 0;
-  std::vector<std::pair<std::string, std::string>> data;  // Name (may be empty) and value, in the event's order.
+  /// Name and value, in the event's order. Fields that the event leaves unnamed have the names that newer systems
+  /// give them where those are known, else none; nested ones the names of all elements around them with dots between.
+  std::vector<std::pair<std::string, std::string>> data;
 
-  /// The value of a data field: by name, or by place when the name is a number (from 0). Empty when there is none.
-  std::string field(std::string_view nameOrPlace) const;
+  /// Empty when there is no such field.
+  const std::string& field(std::string_view name) const;
 
-  /// Whether a field holds Canvix's file name, however written: only then is a crash or hang one of Canvix.
-  bool namesCanvix() const;
+  /// Whether a crash, a hang or an error report is about Canvix; others name it further back, which does not count.
+  bool isOfCanvix() const;
 
   /// Equal for all copies of one event.
   std::string key() const;

@@ -2,66 +2,236 @@
 
 #include <algorithm>
 #include <array>
+#include <charconv>
+#include <chrono>
 #include <cstddef>
+#include <cstdint>
 #include <iterator>
+#include <optional>
 #include <string>
 #include <string_view>
 
+#include "reader/input/CleanText.h"
+#include "reader/session/CodeWords.h"
 #include "reader/session/EventRecord.h"
+#include "reader/session/LogTime.h"
 
 namespace sentiq {
 namespace {
 
-// {name} is a field by its name, {3} by its place; {, |3} is a field that may be missing, with what stands before it.
-// Several providers use the same ids, so each row names its own. The first row that fits counts.
+// Several providers use the same ids, so each row names its own, or several with bars between; an asterisk stands for
+// any end of the name, the id 0 for every id of a warning or an error. The first row that fits counts.
 struct EventRow {
   int id;
   std::string_view provider;
   Meaning meaning;
   Severity severity;
+  // {Name} is a field; {, |Name} one that may be missing, with what stands before it; {Name:form} its value in one of
+  // the forms below; {*} all fields.
   std::string_view words;
-  std::string_view report = {};  // What the name of an error report begins with.
+  // "Field=A|B": the field begins with A or B, in any case; "A|B": one of these fields is set. Always when empty.
+  std::string_view when = {};
 };
 
 constexpr std::string_view kernelPower = "Microsoft-Windows-Kernel-Power";
 constexpr std::string_view kernelGeneral = "Microsoft-Windows-Kernel-General";
+constexpr std::string_view errorReporting = "Windows Error Reporting";
 
 constexpr EventRow eventRows[] = {
     EventRow{1000, "Application Error", Meaning::Crash, Severity::Error,
-             "{0} {1} crashed in {3} {4}: exception {6} at offset {7}"},
-    EventRow{1002, "Application Hang", Meaning::Hang, Severity::Error, "{0} {1} stopped responding and was closed"},
-    EventRow{1001, "Windows Error Reporting", Meaning::HangReport, Severity::Error,
-             "Error report {2}: {5} {6} stopped responding", "AppHang"},
-    EventRow{1001, "Windows Error Reporting", Meaning::Other, Severity::Notice,
-             "Error report {2}: {5} {6}{, |8}{, |11}{ |12}"},
-    EventRow{1001, "Microsoft-Windows-WER-SystemErrorReporting", Meaning::SystemCrash, Severity::Error,
-             "The machine restarted after a bugcheck: {0}, dump {1}"},
-    EventRow{1001, "BugCheck", Meaning::SystemCrash, Severity::Error,
-             "The machine restarted after a bugcheck: {0}, dump {1}"},
+             "{AppName} {AppVersion} crashed in {ModuleName} {ModuleVersion}: exception {ExceptionCode:exception} at "
+             "offset {FaultingOffset:hex}"},
+    EventRow{1002, "Application Hang", Meaning::Hang, Severity::Error,
+             "{AppName} {AppVersion} stopped responding and was closed{: |HangType}"},
+    EventRow{1001, errorReporting, Meaning::Other, Severity::Notice, "Error report {EventName}, sent again: {P1} {P2}",
+             "Rechecking"},
+    EventRow{1001, errorReporting, Meaning::CrashReport, Severity::Error,
+             "Error report {EventName}: {P1} {P2} crashed in {P4} {P5}: exception {P7:exception} at offset {P8:hex}",
+             "EventName=APPCRASH"},
+    EventRow{1001, errorReporting, Meaning::CrashReport, Severity::Error,
+             "Error report {EventName}: {P1} {P2} crashed in {P4} {P5}: exception {P8:exception} at offset {P7:hex}",
+             "EventName=BEX"},
+    EventRow{1001, errorReporting, Meaning::CrashReport, Severity::Error,
+             "Error report {EventName}: {P1} {P2} crashed{ in |P4}{ |P5}{: |P9}",
+             "EventName=CLR20r3|InPageError|MoAppCrash|MoBEX"},
+    EventRow{1001, errorReporting, Meaning::Recovered, Severity::Notice,
+             "Error report {EventName}: {P1} {P2} did not respond for a while and recovered",
+             "EventName=AppHangTransient|MoAppHangTransient"},
+    EventRow{1001, errorReporting, Meaning::HangReport, Severity::Error,
+             "Error report {EventName}: {P1} {P2} stopped responding", "EventName=AppHang|MoAppHang"},
+    EventRow{1001, errorReporting, Meaning::Leak, Severity::Notice,
+             "Error report {EventName}: {P1} {P2} uses more and more memory", "EventName=RADAR_PRE_LEAK"},
+    EventRow{1001, errorReporting, Meaning::SystemCrash, Severity::Error,
+             "Error report {EventName}: the machine crashed with {P1:stop}", "EventName=BlueScreen"},
+    EventRow{1001, errorReporting, Meaning::Hardware, Severity::Warning,
+             "Error report {EventName}: the kernel met {P1:stop} and went on", "EventName=LiveKernelEvent"},
+    EventRow{1001, errorReporting, Meaning::Other, Severity::Notice,
+             "Error report {EventName}: {P1} {P2}{, |P4}{, |P7}{ |P8}"},
+    EventRow{1001, "Microsoft-Windows-WER-SystemErrorReporting|BugCheck", Meaning::SystemCrash, Severity::Error,
+             "The machine crashed with {param1:stop}, dump {param2}"},
+    EventRow{41, kernelPower, Meaning::SystemCrash, Severity::Error,
+             "The machine crashed with {BugcheckCode:decimal stop} and restarted", "BugcheckCode"},
+    EventRow{41, kernelPower, Meaning::PowerLoss, Severity::Error, "The machine lost power while it was asleep",
+             "SleepInProgress|ConnectedStandbyInProgress"},
     EventRow{41, kernelPower, Meaning::PowerLoss, Severity::Error,
-             "The machine restarted without shutting down first (bugcheck code {BugcheckCode}, asleep "
-             "{SleepInProgress}, power button {PowerButtonTimestamp})"},
-    EventRow{6008, "EventLog", Meaning::PowerLoss, Severity::Error, "The shutdown at {0} on {1} was unexpected"},
-    EventRow{1074, "User32", Meaning::ShutdownBegun, Severity::Warning, "{0} began a {4} for {6}: {2}{, |5}"},
-    EventRow{109, kernelPower, Meaning::ShutdownBegun, Severity::Notice,
-             "The system began a shutdown or restart (action {0}, event {1}, reason {2})"},
+             "The power button was held until the machine went off",
+             "PowerButtonTimestamp|LongPowerButtonPressDetected"},
+    EventRow{41, kernelPower, Meaning::PowerLoss, Severity::Error,
+             "The machine lost power or froze, and restarted without shutting down first"},
+    EventRow{6008, "EventLog", Meaning::PowerLoss, Severity::Error, "The shutdown at {Time} on {Date} was unexpected"},
+    EventRow{1074, "User32", Meaning::ShutdownBegun, Severity::Warning,
+             "{param1} began a {param5} for {param7}: {param3}{, |param6}"},
+    EventRow{109, kernelPower, Meaning::ShutdownDone, Severity::Notice,
+             "The kernel began to {ShutdownActionType:action} ({ShutdownReason:reason})"},
     EventRow{6006, "EventLog", Meaning::ShutdownDone, Severity::Notice, "The event log stopped: a clean shutdown"},
     EventRow{13, kernelGeneral, Meaning::ShutdownDone, Severity::Notice, "Windows shut down at {StopTime}"},
     EventRow{6005, "EventLog", Meaning::Boot, Severity::Notice, "The event log started: Windows came up"},
     EventRow{12, kernelGeneral, Meaning::Boot, Severity::Notice, "Windows started at {StartTime}"},
-    EventRow{42, kernelPower, Meaning::Sleep, Severity::Notice, "The machine goes to sleep (reason {Reason})"},
+    EventRow{1, kernelGeneral, Meaning::Clock, Severity::Info, "The clock was set from {OldTime} to {NewTime}"},
+    EventRow{42, kernelPower, Meaning::Sleep, Severity::Notice, "The machine hibernates ({Reason:reason})",
+             "EffectiveState=5"},
+    EventRow{42, kernelPower, Meaning::Sleep, Severity::Notice, "The machine goes to sleep ({Reason:reason})"},
     EventRow{107, kernelPower, Meaning::Resume, Severity::Notice, "The machine has resumed from sleep"},
     EventRow{1, "Microsoft-Windows-Power-Troubleshooter", Meaning::Resume, Severity::Notice,
-             "The machine slept from {SleepTime} to {WakeTime}"},
-    EventRow{506, kernelPower, Meaning::Standby, Severity::Notice, "Modern standby began (reason {Reason})"},
-    EventRow{507, kernelPower, Meaning::Standby, Severity::Notice, "Modern standby ended (reason {Reason})"},
-    EventRow{4101, "Display", Meaning::Other, Severity::Warning,
-             "The display driver {0} stopped responding and was restarted"},
-    EventRow{2004, "Microsoft-Windows-Resource-Exhaustion-Detector", Meaning::Other, Severity::Warning,
-             "The machine ran low on virtual memory"},
+             "The machine slept from {SleepTime} to {WakeTime}{, woken by |WakeSourceText}"},
+    EventRow{506, kernelPower, Meaning::Standby, Severity::Notice, "Modern standby began ({Reason:standby})"},
+    EventRow{507, kernelPower, Meaning::Standby, Severity::Notice, "Modern standby ended ({Reason:standby})"},
+    EventRow{105, kernelPower, Meaning::Other, Severity::Notice, "The machine runs on its battery", "AcOnline=false"},
+    EventRow{105, kernelPower, Meaning::Other, Severity::Notice, "The machine runs on mains", "AcOnline=true"},
+    EventRow{4101, "Display", Meaning::Display, Severity::Warning,
+             "The display driver {Driver} stopped responding and was restarted"},
+    EventRow{0, "nvlddmkm|amdkmdag|amdwddmg|amduw23*|atikmdag|igfx*|igdkmd*|dxgkrnl", Meaning::Display,
+             Severity::Warning, "The graphics driver reported: {*}"},
+    EventRow{2004, "Microsoft-Windows-Resource-Exhaustion-Detector", Meaning::Memory, Severity::Warning,
+             "The machine ran low on virtual memory{; used most by |ProcessInfo.Process_1.Name}"
+             "{ |ProcessInfo.Process_1.CommitCharge:size}{, |ProcessInfo.Process_2.Name}"
+             "{ |ProcessInfo.Process_2.CommitCharge:size}{, |ProcessInfo.Process_3.Name}"
+             "{ |ProcessInfo.Process_3.CommitCharge:size}"},
+    EventRow{7, "disk", Meaning::Disk, Severity::Warning, "A disk has a bad block: {*}"},
+    EventRow{11, "disk", Meaning::Disk, Severity::Warning, "A disk's controller reported an error: {*}"},
+    EventRow{51, "disk", Meaning::Disk, Severity::Warning, "An error came up while paging to a disk: {*}"},
+    EventRow{153, "disk", Meaning::Disk, Severity::Warning, "A disk operation was tried again: {*}"},
+    EventRow{129, "stornvme|storahci|iaStor*|stor*", Meaning::Disk, Severity::Warning,
+             "A disk did not answer and was reset: {*}"},
+    EventRow{0, "disk|stornvme|storahci|iaStor*|Ntfs|Microsoft-Windows-Ntfs|volmgr", Meaning::Disk, Severity::Warning,
+             "A disk or its file system reported: {*}"},
+    EventRow{0, "Microsoft-Windows-WHEA-Logger", Meaning::Hardware, Severity::Warning,
+             "The hardware reported an error: {*}"},
 };
 
-std::string fillIn(std::string_view words, const EventRecord& event) {
+// Calls until one says yes for the parts between bars.
+template <typename Check>
+bool anyPart(std::string_view parts, const Check& check) {
+  for (;;) {
+    const std::size_t bar = parts.find('|');
+    if (check(parts.substr(0, bar))) {
+      return true;
+    }
+    if (bar == std::string_view::npos) {
+      return false;
+    }
+    parts.remove_prefix(bar + 1);
+  }
+}
+
+bool fits(const EventRow& row, const EventRecord& event) {
+  if (row.id != event.id && (row.id != 0 || event.level == 0 || event.level > 3)) {
+    return false;
+  }
+  const bool provider = anyPart(row.provider, [&](std::string_view name) {
+    return name.ends_with('*') ? beginsIgnoringCase(event.provider, name.substr(0, name.size() - 1))
+                               : equalIgnoringCase(event.provider, name);
+  });
+  if (!provider || row.when.empty()) {
+    return provider;
+  }
+  const std::size_t equals = row.when.find('=');
+  return equals == std::string_view::npos
+             ? anyPart(row.when, [&](std::string_view field) { return isSet(event, field); })
+             : anyPart(row.when.substr(equals + 1), [&](std::string_view begin) {
+                 return beginsIgnoringCase(event.field(row.when.substr(0, equals)), begin);
+               });
+}
+
+// Codes in words, one of the forms of a value; as it is when it is no number.
+std::string codeText(CodeKind kind, std::string_view value) {
+  std::uint64_t code = 0;
+  const auto result = std::from_chars(value.data(), value.data() + value.size(), code);
+  if (result.ec != std::errc{}) {
+    return std::string(value);
+  }
+  const std::string_view words = codeWords(kind, code);
+  return words.empty() ? "code " + std::to_string(code) : std::string(words);
+}
+
+std::string inForm(std::string_view form, std::string_view value) {
+  std::uint64_t number = 0;
+  std::from_chars(value.data(), value.data() + value.size(), number);
+  if (form == "exception") {
+    return exceptionWords(value);
+  }
+  if (form == "decimal stop") {
+    return stopWords(number);
+  }
+  if (form == "reason") {
+    return codeText(CodeKind::SleepReason, value);
+  }
+  if (form == "standby") {
+    return codeText(CodeKind::StandbyReason, value);
+  }
+  if (form == "action") {
+    return codeText(CodeKind::PowerAction, value);
+  }
+  if (form == "size") {
+    return "(" + std::to_string(number >> 20U) + " MiB)";
+  }
+  const auto hex = parseHex(value);
+  return !hex ? std::string(value) : form == "stop" ? stopWords(*hex) : showHex(*hex);
+}
+
+// One line: times in local time, blanks for line ends.
+std::string shownValue(const std::string& value, std::chrono::minutes offset) {
+  constexpr std::size_t longestShown = 200;
+  std::size_t used = 0;
+  if (const auto time = parseTime(value, &used); time && used == value.size() && value.ends_with('Z')) {
+    return showTime(time->instant, offset);
+  }
+  std::string line;
+  for (const char c : value) {
+    const bool blank = c == ' ' || c == '\n' || c == '\r' || c == '\t';
+    if (!blank || (!line.empty() && line.back() != ' ')) {
+      line += blank ? ' ' : c;
+    }
+  }
+  return shortText(line, longestShown);
+}
+
+// Bytes say nothing to a reader.
+bool isBinary(std::string_view value) {
+  constexpr std::size_t shortest = 64;
+  return value.size() >= shortest && value.find_first_not_of("0123456789abcdefABCDEF") == std::string_view::npos;
+}
+
+std::string allFields(const EventRecord& event, std::chrono::minutes offset) {
+  constexpr std::size_t longestWords = 400;
+  std::string text;
+  for (const auto& [name, value] : event.data) {
+    if (value.empty() || name == "Binary" || name == "BinaryEventData" || name.starts_with("RenderingInfo.") ||
+        isBinary(value)) {
+      continue;
+    }
+    text.append(text.empty() ? "" : ", ")
+        .append(name)
+        .append(name.empty() ? "" : " ")
+        .append(shownValue(value, offset));
+    if (text.size() > longestWords) {
+      return shortText(text, longestWords);
+    }
+  }
+  return text;
+}
+
+std::string fillIn(std::string_view words, const EventRecord& event, std::chrono::minutes offset) {
   std::string text;
   while (!words.empty()) {
     const std::size_t open = words.find('{');
@@ -71,32 +241,27 @@ std::string fillIn(std::string_view words, const EventRecord& event) {
     }
     const std::size_t close = words.find('}', open);
     std::string_view name = words.substr(open + 1, close - open - 1);
+    words.remove_prefix(close + 1);
     const std::size_t bar = name.find('|');
-    std::string_view before;
-    if (bar != std::string_view::npos) {
-      before = name.substr(0, bar);
-      name.remove_prefix(bar + 1);
-    }
-    const std::string value = event.field(name);
+    const std::string_view before = bar != std::string_view::npos ? name.substr(0, bar) : std::string_view{};
+    name.remove_prefix(bar != std::string_view::npos ? bar + 1 : 0);
+    const std::size_t colon = name.find(':');
+    const std::string value =
+        name == "*" ? allFields(event, offset) : shownValue(event.field(name.substr(0, colon)), offset);
     if (!value.empty()) {
-      text.append(before).append(value);
+      text.append(before).append(colon != std::string_view::npos ? inForm(name.substr(colon + 1), value) : value);
     } else if (before.empty()) {
       text += "unknown";
     }
-    words.remove_prefix(close + 1);
   }
   return text;
 }
 
-std::string describeUnknown(const EventRecord& event) {
-  constexpr std::size_t longestWords = 300;
+std::string describeUnknown(const EventRecord& event, std::chrono::minutes offset) {
+  const std::string& rendered = event.field("RenderingInfo.Message");
   std::string text = event.provider + ' ' + std::to_string(event.id);
-  const char* between = ": ";
-  for (const auto& [name, value] : event.data) {
-    if (!value.empty() && text.size() < longestWords) {
-      text.append(between).append(name).append(name.empty() ? "" : " ").append(value);
-      between = ", ";
-    }
+  for (const std::string& words : {shownValue(rendered, offset), allFields(event, offset)}) {
+    text.append(words.empty() ? "" : ": ").append(words);
   }
   return text;
 }
@@ -107,22 +272,41 @@ Severity severityOfLevel(int level) {
 
 }  // namespace
 
-EventWords describeEvent(const EventRecord& event) {
-  const auto* const row = std::find_if(std::begin(eventRows), std::end(eventRows), [&](const EventRow& candidate) {
-    return candidate.id == event.id && candidate.provider == event.provider &&
-           event.field("2").starts_with(candidate.report);
-  });
+EventWords describeEvent(const EventRecord& event, std::chrono::minutes offset) {
+  const auto* const row = std::find_if(std::begin(eventRows), std::end(eventRows),
+                                       [&](const EventRow& candidate) { return fits(candidate, event); });
   if (row == std::end(eventRows)) {
-    return {Meaning::Other, severityOfLevel(event.level), describeUnknown(event)};
+    return {Meaning::Other, severityOfLevel(event.level), describeUnknown(event, offset)};
   }
-  // Other programs crash, too: that is worth a line but is not what the logs are about.
-  const bool ofAnother = isFailure(row->meaning) && !event.namesCanvix();
-  return {ofAnother ? Meaning::Other : row->meaning, ofAnother ? Severity::Warning : row->severity,
-          fillIn(row->words, event)};
+  // Other programs fail, too: that is worth a line but is not what the logs are about.
+  const bool ofProgram = isFailure(row->meaning) || row->meaning == Meaning::Recovered || row->meaning == Meaning::Leak;
+  const bool ofAnother = ofProgram && !event.isOfCanvix();
+  return {ofAnother ? Meaning::Other : row->meaning,
+          ofAnother ? std::min(row->severity, Severity::Warning) : row->severity, fillIn(row->words, event, offset)};
 }
 
 bool isFailure(Meaning meaning) {
-  return meaning == Meaning::Crash || meaning == Meaning::Hang || meaning == Meaning::HangReport;
+  return meaning == Meaning::Crash || meaning == Meaning::Hang || meaning == Meaning::CrashReport ||
+         meaning == Meaning::HangReport;
+}
+
+bool isSet(const EventRecord& event, std::string_view field) {
+  const std::string& value = event.field(field);
+  return !value.empty() && value != "false" && value.find_first_not_of("0x") != std::string::npos;
+}
+
+std::string exceptionWords(std::string_view code) {
+  const auto number = parseHex(code);
+  if (!number) {
+    return std::string(code);
+  }
+  const std::string_view words = codeWords(CodeKind::Exception, *number);
+  return showHex(*number) + (words.empty() ? "" : " (" + std::string(words) + ')');
+}
+
+std::string stopWords(std::uint64_t code) {
+  const std::string_view words = codeWords(CodeKind::Stop, code);
+  return showHex(code) + (words.empty() ? "" : ' ' + std::string(words));
 }
 
 std::string_view severityName(Severity severity) {

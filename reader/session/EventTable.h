@@ -1,6 +1,7 @@
 // The events that tell why an application or a machine went down: what each id means, and in which words it is shown.
 #pragma once
 
+#include <chrono>
 #include <cstdint>
 #include <string>
 #include <string_view>
@@ -16,29 +17,47 @@ enum class Meaning : std::uint8_t {
   Other,
   Crash,
   Hang,
-  HangReport,  // An error report of a hang: names no process id, and most often a Hang stands beside it.
+  CrashReport,  // An error report names no process id, and most often a Crash or Hang stands beside it.
+  HangReport,
+  Recovered,  // A hang that ended by itself.
+  Leak,
   Exit,
   PowerLoss,      // The machine went down without shutting down.
-  SystemCrash,    // A bugcheck.
+  SystemCrash,    // A blue screen.
   ShutdownBegun,  // Somebody asked for it.
   ShutdownDone,
   Boot,
   Sleep,
   Resume,
   Standby,
+  Clock,
+  Display,  // Trouble with the graphics driver; so with memory, disks and the rest of the hardware.
+  Memory,
+  Disk,
+  Hardware,
 };
 
 struct EventWords {
   Meaning meaning;
   Severity severity;
-  std::string words;  // One line, UTF-8 as the event has it.
+  std::string words;  // One line, clean.
 };
 
 /// Events that the table does not know are shown with provider, id and fields.
-EventWords describeEvent(const EventRecord& event);
+/// @param offset of the local time in which times within the event are shown.
+EventWords describeEvent(const EventRecord& event, std::chrono::minutes offset);
 
 /// A crash, a hang or the report of one.
 bool isFailure(Meaning meaning);
+
+/// Whether a field holds more than nothing, 0 or false.
+bool isSet(const EventRecord& event, std::string_view field);
+
+/// Code and words: 0xc0000005 (access violation).
+std::string exceptionWords(std::string_view code);
+
+/// 0x139 KERNEL_SECURITY_CHECK_FAILURE; the code of a blue screen or of a report of the kernel.
+std::string stopWords(std::uint64_t code);
 
 std::string_view severityName(Severity severity);
 

@@ -1,6 +1,7 @@
 #include "reader/session/LogFileReader.h"
 
 #include <algorithm>
+#include <chrono>
 #include <cstddef>
 #include <cstdint>
 #include <iterator>
@@ -222,7 +223,7 @@ void LogFileReader::takeEvent(std::string_view text) {
     lastContinues_ = false;
     return;
   }
-  EventWords words = describeEvent(*event);
+  EventWords words = describeEvent(*event, time_ ? time_->offset : std::chrono::minutes{});
   LogEntry& entry = add(words.words);
   entry.time = event->time ? event->time : entry.time;
   entry.meaning = words.meaning;

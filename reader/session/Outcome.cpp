@@ -54,7 +54,7 @@ std::int64_t monitoredProcess(const Session& session) {
 // Whether a crash or hang is of another process than the monitored one: there may be several instances of
 // Canvix. The events hold the process id in hexadecimal.
 bool isOfOtherProcess(const Session& session, const LogEntry& entry) {
-  const std::string text = session.events[*entry.event].field(entry.meaning == Meaning::Crash ? "8" : "2");
+  const std::string text = session.events[*entry.event].field("ProcessId");
   std::string_view digits = text;
   if (digits.starts_with("0x")) {
     digits.remove_prefix(2);
@@ -128,8 +128,8 @@ Outcome withoutExit(const Session& session, const SessionSpan& span) {
 }  // namespace
 
 CrashPlace crashPlace(const EventRecord& event) {
-  const auto field = [&event](const char* place) { return cleanText(event.field(place)); };
-  return {field("3"), field("4"), field("6"), field("7")};
+  const auto field = [&event](const char* name) { return event.field(name); };
+  return {field("ModuleName"), field("ModuleVersion"), field("ExceptionCode"), field("FaultingOffset")};
 }
 
 bool SessionSpan::contains(Instant time) const {

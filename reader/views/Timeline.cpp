@@ -15,12 +15,6 @@
 namespace sentiq {
 namespace {
 
-std::string lowerCase(std::string text) {
-  std::transform(text.begin(), text.end(), text.begin(),
-                 [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c; });
-  return text;
-}
-
 bool isWanted(const LogEntry& entry, const std::string& source, const TimelineOptions& options) {
   const Instant local = entry.time.value_or(Instant{}) + entry.offset;
   if ((options.since && local < *options.since) || (options.until && local > *options.until)) {
@@ -28,7 +22,7 @@ bool isWanted(const LogEntry& entry, const std::string& source, const TimelineOp
   }
   return options.sources.empty() ||
          std::any_of(options.sources.begin(), options.sources.end(),
-                     [&](const std::string& wanted) { return lowerCase(wanted) == lowerCase(source); });
+                     [&](const std::string& wanted) { return equalIgnoringCase(wanted, source); });
 }
 
 std::string padded(std::string_view text, std::size_t width) {

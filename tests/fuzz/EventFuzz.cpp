@@ -13,10 +13,10 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   using namespace sentiq;
   const std::string bytes(data, data + size);
   if (const auto event = parseEvent(bytes)) {
-    if (describeEvent(*event).words.empty() || event->key().empty()) {
+    if (describeEvent(*event, std::chrono::minutes(60)).words.empty() || event->key().empty()) {
       std::abort();
     }
-    static_cast<void>(event->namesCanvix());
+    static_cast<void>(event->isOfCanvix());
   }
   if (const auto metric = parseMetric(bytes)) {
     static_cast<void>(parseElapsed(metric->appRunTime));
