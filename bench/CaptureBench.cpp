@@ -7,13 +7,13 @@
 
 #include <benchmark/benchmark.h>
 
+#include "bench/FakeProviders.h"
 #include "capture/CaptureSettings.h"
 #include "capture/DataCapture.h"
 #include "capture/MetricCode.h"
 #include "capture/MetricRecord.h"
 #include "capture/ProcessMetrics.h"
 #include "capture/SystemMetrics.h"
-#include "tests/capture/FakeProviders.h"
 #include "tests/support/TestFiles.h"
 
 namespace {

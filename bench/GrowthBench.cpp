@@ -12,6 +12,8 @@
 #include <memory>
 #include <vector>
 
+#include <winternl.h>
+
 #include "bench/MemoryEventLog.h"
 #include "capture/CaptureSettings.h"
 #include "capture/DataCapture.h"
@@ -25,6 +27,32 @@
 
 namespace {
 
+// How many handles this process holds. Not GetProcessHandleCount: Wine's always says 0.
+std::size_t openHandles() {
+  struct Entry {
+    void* object;
+    ULONG_PTR processId, handle;
+    ULONG access;
+    USHORT backTraceIndex, typeIndex;
+    ULONG attributes, reserved;
+  };
+  struct Handles {
+    ULONG_PTR count, reserved;
+    Entry entries[1];
+  };
+  using Query = NTSTATUS(NTAPI*)(int kind, void* buffer, ULONG size, ULONG* needed);
+  constexpr int extendedHandleInformation = 64;
+  static const auto query = sentiq::test::real<Query>(L"ntdll", "NtQuerySystemInformation");
+  std::vector<std::byte> buffer(std::size_t{1} << 22);
+  query(extendedHandleInformation, buffer.data(), static_cast<ULONG>(buffer.size()), nullptr);
+  const auto* const handles = reinterpret_cast<const Handles*>(buffer.data());
+  std::size_t own = 0;
+  for (ULONG_PTR i = 0; i < handles->count; ++i) {
+    own += handles->entries[i].processId == GetCurrentProcessId();
+  }
+  return own;
+}
+
 struct Holdings {
   std::size_t handles = 0;
   unsigned threads = 0;
@@ -33,7 +61,7 @@ struct Holdings {
 
 Holdings holdings() {
   Holdings now;
-  now.handles = sentiq::test::openHandles();
+  now.handles = openHandles();
   PROCESS_MEMORY_COUNTERS memory{};
   GetProcessMemoryInfo(GetCurrentProcess(), &memory, sizeof memory);
   now.privateMebibytes = static_cast<double>(memory.PagefileUsage) / 1048576;  // Wine leaves PrivateUsage at 0.

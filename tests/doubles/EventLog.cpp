@@ -1,6 +1,8 @@
 // Stands in for the system's wevtapi.dll: answers queries over event XML files as the system does over its channels.
 //   SENTIQ_EVENTS=folder           <channel>.xml in it holds the channel's events, oldest first
-//   SENTIQ_EVENTS_FAULT=call:n:e   the n-th EvtNext or EvtRender of a query, or every EvtQuery, fails with error e
+//   SENTIQ_EVENTS_FAULT=call:n:e   the n-th EvtNext or EvtRender of a query, or every EvtQuery (n is 0), fails with
+//   error e,
+//                                  or throws when e is no number; EvtRendered: it succeeds, and e is the last error
 // In an event, {CONTROL} becomes every control character, {LONE} a lone surrogate, {MEGABYTE} a million characters.
 #include <windows.h>
 
@@ -12,7 +14,7 @@
 #include <filesystem>
 #include <fstream>
 #include <iterator>
-#include <map>
+#include <numeric>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -27,7 +29,7 @@ std::atomic<int> openHandles = 0;
 
 struct Handle {
   std::vector<std::string> events;  // Those that a query still has to give; of an event, itself.
-  std::map<std::string, int> calls;
+  int nexts = 0, renders = 0;
   Handle* query = nullptr;
 
   Handle() { ++openHandles; }
@@ -45,32 +47,27 @@ bool fail(DWORD error) {
   return false;
 }
 
-// Whether this call is the one that is to fail; the last error is then set.
-bool isFaulty(const std::string& call, int number) {
+// The error that this call is to end with; 0 without one.
+DWORD faultOf(const std::string& call, int number) {
   std::istringstream fault(environment(L"SENTIQ_EVENTS_FAULT"));
   std::string name, at, error;
   std::getline(std::getline(std::getline(fault, name, ':'), at, ':'), error);
-  return name == call && (call == "EvtQuery" || std::stoi(at) == number) && !fail(std::stoul(error));
-}
-
-void replace(std::wstring& text, const std::wstring& marker, const std::wstring& by) {
-  if (const auto at = text.find(marker); at != std::wstring::npos) {
-    text.replace(at, marker.size(), by);
-  }
+  return name == call && std::stoi(at) == number ? std::stoul(error) : 0;
 }
 
 std::wstring rendered(const std::string& event) {
   std::wstring text = sentiq::toWide(event);
-  if (event.find('{') == std::string::npos) {
-    return text;
+  if (event.find('{') != std::string::npos) {
+    std::wstring controls(31, L' ');
+    std::iota(controls.begin(), controls.end(), wchar_t{1});
+    const std::pair<std::wstring, std::wstring> markers[] = {
+        {L"{CONTROL}", controls}, {L"{LONE}", L"\xD800"}, {L"{MEGABYTE}", std::wstring(1'000'000, L'm')}};
+    for (const auto& [marker, by] : markers) {
+      if (const auto at = text.find(marker); at != std::wstring::npos) {
+        text.replace(at, marker.size(), by);
+      }
+    }
   }
-  std::wstring controls;
-  for (wchar_t c = 1; c < 32; ++c) {
-    controls += c;
-  }
-  replace(text, L"{CONTROL}", controls);
-  replace(text, L"{LONE}", std::wstring(1, wchar_t{0xD800}));
-  replace(text, L"{MEGABYTE}", std::wstring(1'000'000, L'm'));
   return text;
 }
 
@@ -95,7 +92,8 @@ __declspec(dllexport) int openEventHandles() {
 
 EVT_HANDLE WINAPI EvtQuery(EVT_HANDLE, LPCWSTR channel, LPCWSTR query, DWORD flags) {
   const std::string path = environment(L"SENTIQ_EVENTS") + "\\" + sentiq::toUtf8(channel) + ".xml";
-  if (isFaulty("EvtQuery", 1)) {
+  if (const DWORD error = faultOf("EvtQuery", 0)) {
+    fail(error);
     return nullptr;
   }
   if ((flags & EvtQueryChannelPath) == 0 || !std::filesystem::exists(sentiq::toPath(path))) {
@@ -126,8 +124,8 @@ EVT_HANDLE WINAPI EvtQuery(EVT_HANDLE, LPCWSTR channel, LPCWSTR query, DWORD fla
 BOOL WINAPI EvtNext(EVT_HANDLE query, DWORD size, EVT_HANDLE* events, DWORD, DWORD, DWORD* returned) {
   auto& opened = *static_cast<Handle*>(query);
   *returned = 0;
-  if (isFaulty("EvtNext", ++opened.calls["EvtNext"])) {
-    return FALSE;
+  if (const DWORD error = faultOf("EvtNext", ++opened.nexts)) {
+    return fail(error);
   }
   for (; *returned < size && !opened.events.empty(); ++*returned) {
     auto* const event = new Handle;
@@ -144,8 +142,9 @@ BOOL WINAPI EvtRender(EVT_HANDLE, EVT_HANDLE event, DWORD flags, DWORD size, voi
   if (flags != EvtRenderEventXml) {
     return fail(ERROR_INVALID_PARAMETER);
   }
-  if (isFaulty("EvtRender", ++opened.query->calls["EvtRender"])) {
-    return FALSE;
+  const int number = ++opened.query->renders;
+  if (const DWORD error = faultOf("EvtRender", number)) {
+    return fail(error);
   }
   const std::wstring text = rendered(opened.events.front());
   *used = static_cast<DWORD>((text.size() + 1) * sizeof(wchar_t));
@@ -153,7 +152,7 @@ BOOL WINAPI EvtRender(EVT_HANDLE, EVT_HANDLE event, DWORD flags, DWORD size, voi
     return fail(ERROR_INSUFFICIENT_BUFFER);
   }
   std::memcpy(buffer, text.c_str(), *used);
-  SetLastError(ERROR_SUCCESS);
+  SetLastError(faultOf("EvtRendered", number));
   return TRUE;
 }
 

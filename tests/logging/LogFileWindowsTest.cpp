@@ -1,60 +1,67 @@
-// What only the system's own file sharing shows.
+// What only the system's own files show.
+#include "logging/SessionFileWriter.h"
 #include "logging/UniqueHandle.h"
 #include "logging/WatchdogLog.h"
+#include "tests/support/Logs.h"
 #include "tests/support/SystemCalls.h"
 #include "tests/support/Test.h"
 #include "tests/support/TestFiles.h"
 
 namespace {
+
 using sentiq::test::real;
 
 DWORD attributesError = 0;
 DWORD lastAccess = 0;
+DWORD unwritten = 0;  // So much less does the system say that it has written.
 
-DWORD WINAPI failingAttributes(LPCWSTR path) {
-  if (attributesError == 0) {
-    return real<decltype(&GetFileAttributesW)>(L"kernel32", "GetFileAttributesW")(path);
-  }
-  SetLastError(attributesError);
-  return INVALID_FILE_ATTRIBUTES;
-}
-
-HANDLE WINAPI watchedCreateFile(LPCWSTR path, DWORD access, DWORD share, LPSECURITY_ATTRIBUTES security,
-                                DWORD disposition, DWORD flags, HANDLE templateFile) {
-  lastAccess = access;
-  return real<decltype(&CreateFileW)>(L"kernel32", "CreateFileW")(path, access, share, security, disposition, flags,
-                                                                  templateFile);
-}
 }  // namespace
 
-// The program calls through these pointers: defining them here takes the system's place.
 extern "C" {
-decltype(&GetFileAttributesW) __imp_GetFileAttributesW = failingAttributes;
-decltype(&CreateFileW) __imp_CreateFileW = watchedCreateFile;
+decltype(&GetFileAttributesW) __imp_GetFileAttributesW = [](LPCWSTR path) {
+  SetLastError(attributesError);
+  return attributesError != 0 ? INVALID_FILE_ATTRIBUTES
+                              : real<decltype(&GetFileAttributesW)>(L"kernel32", "GetFileAttributesW")(path);
+};
+decltype(&CreateFileW) __imp_CreateFileW = [](LPCWSTR path, DWORD access, auto... more) {
+  lastAccess = access;
+  return real<decltype(&CreateFileW)>(L"kernel32", "CreateFileW")(path, access, more...);
+};
+decltype(&WriteFile) __imp_WriteFile = [](HANDLE file, LPCVOID bytes, DWORD size, DWORD* written, OVERLAPPED* how) {
+  const BOOL done = real<decltype(&WriteFile)>(L"kernel32", "WriteFile")(file, bytes, size, written, how);
+  *written -= unwritten;
+  return done;
+};
 }
 
 namespace sentiq {
 namespace {
 
+HANDLE openForReading(const std::filesystem::path& path, DWORD share) {
+  return CreateFileW(path.c_str(), GENERIC_READ, share, nullptr, OPEN_EXISTING, 0, nullptr);
+}
+
 TEST(LogFileWindows, ALockedFileLosesTheLineAndTheNextOneIsThere) {
   const test::TempFolder folder;
   const std::filesystem::path path = folder / "locked.log";
   configureWatchdogLog(1, path.wstring(), L"", false);
-  writeLogLine("before", true, LogLevel::Info, LogTarget::WatchdogLog);
-  {
-    const FileHandle alone(CreateFileW(path.c_str(), GENERIC_READ, 0, nullptr, OPEN_EXISTING, 0, nullptr));
-    ASSERT_TRUE(alone);
-    writeLogLine("lost", true, LogLevel::Info, LogTarget::WatchdogLog);
-    truncateLog(LogTarget::WatchdogLog);
-  }
-  const FileHandle reader(
-      CreateFileW(path.c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr, OPEN_EXISTING, 0, nullptr));
-  writeLogLine("after", true, LogLevel::Info, LogTarget::WatchdogLog);
-  const auto lines = test::linesOf(test::readFile(path));
-  ASSERT_EQ(lines.size(), 2u);
-  EXPECT_EQ(lines[0].substr(46) + " " + lines[1].substr(46), "before after");
+  const auto write = [](const char* message) { writeLogLine(message, true, LogLevel::Info, LogTarget::WatchdogLog); };
+  write("before");
   // The right to append and none to write: that is what makes the system put every line at the end.
   EXPECT_EQ(lastAccess, DWORD{FILE_APPEND_DATA});
+  {
+    const FileHandle alone(openForReading(path, 0));  // The log itself does not hold it.
+    ASSERT_TRUE(alone);
+    write("lost");
+    truncateLog(LogTarget::WatchdogLog);
+  }
+  const FileHandle reader(openForReading(path, FILE_SHARE_READ | FILE_SHARE_WRITE));
+  write("after");
+  EXPECT_THAT(test::readLog(path), testing::ElementsAre("[SYSTEM] before", "[SYSTEM] after"));
+  SessionFileWriter writer(path.string(), false, LogFile::Mode::Append);
+  unwritten = 1;
+  EXPECT_FALSE(writer.write("cut off", false, false));
+  unwritten = 0;
 }
 
 TEST(LogFileWindows, OnlyAMissingFileCountsAsAbsent) {
@@ -71,7 +78,7 @@ TEST(LogFileWindows, OnlyAMissingFileCountsAsAbsent) {
   } catch (const std::filesystem::filesystem_error& error) {
     EXPECT_EQ(error.code().value(), ERROR_ACCESS_DENIED);
     EXPECT_EQ(error.path1(), folder / "x.log");
-    EXPECT_NE(std::string(error.what()).find("exists"), std::string::npos);
+    EXPECT_THAT(error.what(), testing::HasSubstr("exists"));
   }
   attributesError = 0;
 }

@@ -51,22 +51,4 @@ inline std::vector<std::string> linesOf(const std::string& text) {
   return lines;
 }
 
-/// What masked() makes of a time stamp.
-inline const std::string stamp = "0000-00-00T00:00:00.000+0000";
-
-/// What stands before the message of a masked log line.
-inline const std::string systemHead = stamp + " [SYSTEM] [INFO]: ";
-inline const std::string processHead = stamp + " [PROCESS] [INFO]: ";
-
-/// The line with the digits of its leading time stamp, and the sign of the offset, made alike.
-inline std::string masked(std::string line) {
-  const bool stamped = line.size() >= stamp.size() && line[10] == 'T' && line[19] == '.';
-  for (std::size_t i = 0; stamped && i < stamp.size(); ++i) {
-    if ((line[i] >= '0' && line[i] <= '9') || (i == 23 && line[i] == '-')) {
-      line[i] = stamp[i];
-    }
-  }
-  return line;
-}
-
 }  // namespace sentiq::test

@@ -1,0 +1,78 @@
+// Reads a log as the tests compare it.
+#pragma once
+
+#include <algorithm>
+#include <filesystem>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "tests/support/TestFiles.h"
+
+namespace sentiq::test {
+
+constexpr std::string_view base64Digits = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/=";
+
+/// Undoes the encoding of a line; written apart from the product's code so that the two check each other.
+inline std::string decodeLine(std::string_view line) {
+  constexpr std::string_view key = "QiVo_Marblestone_14082023";
+  std::string text;
+  unsigned bits = 0;
+  unsigned count = 0;
+  for (const char digit : line.substr(0, line.find('='))) {
+    bits = bits << 6 | static_cast<unsigned>(base64Digits.find(digit));
+    count = (count + 6) % 8;
+    if (count != 6) {
+      text += static_cast<char>(static_cast<char>(bits >> count) ^ key[text.size() % key.size()]);
+    }
+  }
+  return text;
+}
+
+/// A plain line of the program has characters that are no base64 digits; an encoded one has none.
+inline bool isEncoded(const std::string& line) {
+  return !line.empty() && line.find_first_not_of(base64Digits) == std::string::npos;
+}
+
+/// The line with "T" in place of its time stamp; "[SYSTEM] text" and "[PROCESS] text" when it is one of level INFO, and
+/// for an event its record number as the text.
+inline std::string masked(std::string line) {
+  constexpr std::string_view stamp = "0000-00-00T00:00:00.000+0000 ";
+  const auto fits = [](char expected, char c) {
+    return expected == '0' ? c >= '0' && c <= '9' : c == expected || (expected == '+' && c == '-');
+  };
+  if (line.size() < stamp.size() || !std::equal(stamp.begin(), stamp.end(), line.begin(), fits)) {
+    return line;
+  }
+  line.replace(0, stamp.size(), "T ");
+  for (const std::string tag : {"[SYSTEM] ", "[PROCESS] "}) {
+    if (line.starts_with("T " + tag + "[INFO]: ")) {
+      line.replace(0, tag.size() + 10, tag);
+    }
+  }
+  const std::size_t number = line.find("<EventRecordID>");
+  if (line.starts_with("[PROCESS] {\"xmlData\":\"<Event ") && line.ends_with("</Event>\"}")) {
+    line = "[PROCESS] " + line.substr(number + 15, line.find('<', number + 1) - number - 15);
+  }
+  return line;
+}
+
+/// The file's lines, each decoded where it is encoded, and masked.
+inline std::vector<std::string> readLog(const std::filesystem::path& path) {
+  std::vector<std::string> lines = linesOf(readFile(path));
+  for (std::string& line : lines) {
+    line = masked(isEncoded(line) ? decodeLine(line) : line);
+  }
+  return lines;
+}
+
+/// One character for each line of the file: '#' when it is encoded, '.' when not.
+inline std::string formOf(const std::filesystem::path& path) {
+  std::string form;
+  for (const std::string& line : linesOf(readFile(path))) {
+    form += isEncoded(line) ? '#' : '.';
+  }
+  return form;
+}
+
+}  // namespace sentiq::test
