@@ -58,9 +58,9 @@ void addInputs(CLI::App* command, std::vector<std::string>& inputs) {
   command->add_option("FILE", inputs, "Logs, or folders with logs (*.log, taken by what they hold)")->required();
 }
 
-LogSet readWithProgress(const std::vector<std::string>& inputs, bool keepRawLines = false) {
+LogSet readWithProgress(const std::vector<std::string>& inputs, Keep keep) {
   Progress progress = progressFor(/*outputIsText=*/false);
-  return readLogs(inputs, std::cin, progress, keepRawLines);
+  return readLogs(inputs, std::cin, progress, keep);
 }
 
 // Damage does not keep the others from being shown, but scripts want to know.
@@ -106,7 +106,7 @@ void addTimeline(CLI::App& app, int& exitCode) {
     options->timeline.colour = colourWanted();
     options->timeline.since = parseLocalTime(options->since);
     options->timeline.until = parseLocalTime(options->until);
-    const LogSet logs = readWithProgress(options->inputs);
+    const LogSet logs = readWithProgress(options->inputs, Keep::AllEvents);
     writeTimeline(logs, options->timeline, std::cout);
     exitCode = exitCodeOf(logs);
   });
@@ -123,7 +123,7 @@ void addSummary(CLI::App& app, int& exitCode) {
   command->add_flag("--json", options->json, "One JSON object");
   command->footer("Example:\n  sentiq-logs summary --json logs/ | jq -r .outcome");
   command->callback([options, &exitCode] {
-    const LogSet logs = readWithProgress(options->inputs);
+    const LogSet logs = readWithProgress(options->inputs, Keep::WhatMatters);
     for (const Session& session : logs.sessions) {
       const Summary summary = summarize(logs, session);
       std::cout << (options->json ? summaryJson(summary) : summaryText(summary, colourWanted())) << '\n';
@@ -143,7 +143,7 @@ void addReport(CLI::App& app, int& exitCode) {
   command->add_option("-o,--output", options->output, "The page to write")->required();
   command->footer("Example:\n  sentiq-logs report logs/ -o session.html");
   command->callback([options, &exitCode] {
-    const LogSet logs = readWithProgress(options->inputs, /*keepRawLines=*/true);
+    const LogSet logs = readWithProgress(options->inputs, Keep::RawLines);
     std::ofstream page(pathFromText(options->output), std::ios::binary);
     writeHtmlReport(logs, page);
     page.close();
@@ -168,7 +168,7 @@ void addMetrics(CLI::App& app, int& exitCode) {
   command->add_flag("--json", options->json, "One JSON object per line")->excludes(csv);
   command->footer("Example:\n  sentiq-logs metrics --csv CanvixSentiqSession.log > records.csv");
   command->callback([options, &exitCode] {
-    const LogSet logs = readWithProgress(options->inputs);
+    const LogSet logs = readWithProgress(options->inputs, Keep::WhatMatters);
     writeMetrics(logs, options->csv ? TableForm::Csv : options->json ? TableForm::Json : TableForm::Text, std::cout);
     exitCode = exitCodeOf(logs);
   });

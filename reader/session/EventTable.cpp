@@ -13,6 +13,7 @@
 
 #include "reader/input/CleanText.h"
 #include "reader/session/CodeWords.h"
+#include "reader/session/EventHead.h"
 #include "reader/session/EventRecord.h"
 #include "reader/session/LogTime.h"
 
@@ -134,16 +135,22 @@ bool anyPart(std::string_view parts, const Check& check) {
   }
 }
 
-bool fits(const EventRow& row, const EventRecord& event) {
+bool mayFit(const EventRow& row, const EventHead& event) {
   if (row.id != event.id && (row.id != 0 || event.level == 0 || event.level > 3)) {
     return false;
   }
-  const bool provider = anyPart(row.provider, [&](std::string_view name) {
+  return anyPart(row.provider, [&](std::string_view name) {
     return name.ends_with('*') ? beginsIgnoringCase(event.provider, name.substr(0, name.size() - 1))
                                : equalIgnoringCase(event.provider, name);
   });
-  if (!provider || row.when.empty()) {
-    return provider;
+}
+
+bool fits(const EventRow& row, const EventRecord& event) {
+  if (!mayFit(row, {event.provider, event.channel, event.id, event.level})) {
+    return false;
+  }
+  if (row.when.empty()) {
+    return true;
   }
   const std::size_t equals = row.when.find('=');
   return equals == std::string_view::npos
@@ -183,7 +190,7 @@ std::string inForm(std::string_view form, std::string_view value) {
     return codeText(CodeKind::PowerAction, value);
   }
   if (form == "size") {
-    return "(" + std::to_string(number >> 20U) + " MiB)";
+    return std::string("(").append(std::to_string(number >> 20U)).append(" MiB)");
   }
   const auto hex = parseHex(value);
   return !hex ? std::string(value) : form == "stop" ? stopWords(*hex) : showHex(*hex);
@@ -266,10 +273,6 @@ std::string describeUnknown(const EventRecord& event, std::chrono::minutes offse
   return text;
 }
 
-Severity severityOfLevel(int level) {
-  return level == 1 || level == 2 ? Severity::Error : level == 3 ? Severity::Warning : Severity::Info;
-}
-
 }  // namespace
 
 EventWords describeEvent(const EventRecord& event, std::chrono::minutes offset) {
@@ -283,6 +286,15 @@ EventWords describeEvent(const EventRecord& event, std::chrono::minutes offset) 
   const bool ofAnother = ofProgram && !event.isOfCanvix();
   return {ofAnother ? Meaning::Other : row->meaning,
           ofAnother ? std::min(row->severity, Severity::Warning) : row->severity, fillIn(row->words, event, offset)};
+}
+
+bool mayMatter(const EventHead& event) {
+  return std::any_of(std::begin(eventRows), std::end(eventRows),
+                     [&](const EventRow& row) { return mayFit(row, event); });
+}
+
+Severity severityOfLevel(int level) {
+  return level == 1 || level == 2 ? Severity::Error : level == 3 ? Severity::Warning : Severity::Info;
 }
 
 bool isFailure(Meaning meaning) {

@@ -6,6 +6,7 @@
 #include <string>
 #include <string_view>
 
+#include "reader/session/EventHead.h"
 #include "reader/session/EventRecord.h"
 
 namespace sentiq {
@@ -46,6 +47,12 @@ struct EventWords {
 /// Events that the table does not know are shown with provider, id and fields.
 /// @param offset of the local time in which times within the event are shown.
 EventWords describeEvent(const EventRecord& event, std::chrono::minutes offset);
+
+/// Whether describeEvent() may know such an event. The others need not be parsed to judge a session.
+bool mayMatter(const EventHead& event);
+
+/// That of an event which the table does not know.
+Severity severityOfLevel(int level);
 
 /// A crash, a hang or the report of one.
 bool isFailure(Meaning meaning);

@@ -4,6 +4,7 @@
 #include <chrono>
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <iterator>
 #include <optional>
 #include <string>
@@ -14,6 +15,7 @@
 #include <nlohmann/json.hpp>
 
 #include "reader/input/CleanText.h"
+#include "reader/session/EventHead.h"
 #include "reader/session/EventRecord.h"
 #include "reader/session/EventTable.h"
 #include "reader/session/MetricSample.h"
@@ -24,6 +26,7 @@ namespace {
 constexpr std::string_view sessionKey = "OrbelSessionID: ";
 constexpr std::string_view processKey = "ProcessID: ";
 constexpr std::string_view eventHead = R"({"xmlData":)";
+constexpr std::string_view applicationChannel = "Application";
 constexpr std::size_t rawBytesKept = 4U << 20;
 constexpr std::size_t longestMessage = 64U << 10;
 constexpr std::string_view cutMark = " \xE2\x80\xA6";  // An ellipsis.
@@ -51,10 +54,18 @@ std::string shownText(std::string_view text) {
   return text.size() <= longestMessage ? cleanText(text) : cleanText(text.substr(0, longestMessage)).append(cutMark);
 }
 
+std::optional<EventRecord> eventOf(std::string_view text) {
+  using nlohmann::json;
+  const json object = json::parse(text, /*cb=*/nullptr, /*allow_exceptions=*/false);
+  const auto xml = object.is_object() ? object.find("xmlData") : object.end();
+  const bool isText = xml != object.end() && xml->is_string();
+  return isText ? parseEvent(xml->get_ref<const std::string&>()) : std::nullopt;
+}
+
 }  // namespace
 
-LogFileReader::LogFileReader(LogFileInfo& file, std::size_t index, bool keepRawLines)
-    : file_(file), index_(index), keepRawLines_(keepRawLines) {}
+LogFileReader::LogFileReader(LogFileInfo& file, std::size_t index, Keep keep)
+    : file_(file), index_(index), keep_(keep) {}
 
 void LogFileReader::take(const Line& line) {
   if (line.number == line_) {  // A further piece of an overlong line.
@@ -103,7 +114,7 @@ SessionPart& LogFileReader::part() {
 
 void LogFileReader::beginPart(bool hasOwnTime) {
   parts_.emplace_back();
-  eventKeys_.clear();
+  seen_.clear();
   lastContinues_ = false;
   damagedRun_ = 0;
   if (!hasOwnTime) {
@@ -200,36 +211,41 @@ void LogFileReader::takeMessage(std::string_view message) {
 }
 
 void LogFileReader::takeEvent(std::string_view text) {
-  using nlohmann::json;
-  const json object = json::parse(text, /*cb=*/nullptr, /*allow_exceptions=*/false);
-  const auto xml = object.is_object() ? object.find("xmlData") : object.end();
-  std::optional<EventRecord> event;
-  if (xml != object.end() && xml->is_string()) {
-    event = parseEvent(xml->get_ref<const std::string&>());
-  }
-  if (!event) {
+  const std::size_t hash = std::hash<std::string_view>{}(text);
+  const auto [seen, isNew] = seen_.try_emplace(hash);
+  Session& session = part().session;
+  if (!isNew) {
+    ++session.eventCopies;
+  } else if (const auto head = keep_ == Keep::WhatMatters ? readEventHead(text) : std::nullopt;
+             head && !mayMatter(*head)) {
+    session.counted.emplace(hash, severityOfLevel(head->level));
+    seen->second = head->channel == applicationChannel;
+  } else if (auto event = eventOf(text)) {
+    seen->second = event->channel == applicationChannel;
+    addEvent(std::move(*event));
+  } else {
+    seen_.erase(seen);
     addDamaged("Unreadable event: ", text);
     return;
   }
+  lastContinues_ = false;
   if (part().role == LogRole::Unknown) {
     part().role = LogRole::Watchdog;
   }
-  Session& session = part().session;
-  if (event->channel == "Application" && time_ && part().role != LogRole::Initial) {
+  if (seen->second && time_ && part().role != LogRole::Initial) {
     session.applicationCopied = std::max(session.applicationCopied.value_or(time_->instant), time_->instant);
   }
-  if (!eventKeys_.insert(event->key()).second) {
-    ++session.eventCopies;
-    lastContinues_ = false;
-    return;
-  }
-  EventWords words = describeEvent(*event, time_ ? time_->offset : std::chrono::minutes{});
+}
+
+void LogFileReader::addEvent(EventRecord event) {
+  EventWords words = describeEvent(event, time_ ? time_->offset : std::chrono::minutes{});
   LogEntry& entry = add(words.words);
-  entry.time = event->time ? event->time : entry.time;
+  entry.time = event.time ? event.time : entry.time;
   entry.meaning = words.meaning;
   entry.severity = words.severity;
-  entry.event = session.events.size();
-  session.events.push_back(std::move(*event));
+  std::vector<EventRecord>& events = part().session.events;
+  entry.event = events.size();
+  events.push_back(std::move(event));
 }
 
 void LogFileReader::takeMetric(std::string_view text) {
@@ -241,7 +257,7 @@ void LogFileReader::takeMetric(std::string_view text) {
   part().role = LogRole::Session;
   time_ = metric->time;
   std::vector<MetricSample>& metrics = part().session.metrics;
-  add(describeMetric(*metric)).metric = metrics.size();
+  add(keep_ == Keep::WhatMatters ? std::string{} : describeMetric(*metric)).metric = metrics.size();
   metrics.push_back(std::move(*metric));
 }
 
@@ -272,7 +288,7 @@ void LogFileReader::takeHeader(std::string_view message, bool hasOwnTime) {
 }
 
 void LogFileReader::keepRaw(std::string_view text) {
-  if (!keepRawLines_) {
+  if (keep_ != Keep::RawLines) {
     return;
   }
   file_.rawLines.emplace_back(text);

@@ -6,7 +6,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
-#include <unordered_set>
+#include <unordered_map>
 #include <vector>
 
 #include "reader/input/LineSplitter.h"
@@ -28,7 +28,7 @@ struct SessionPart {
 class LogFileReader {
  public:
   /// @param file counted in and described; must outlive this object. @param index its place in the set.
-  LogFileReader(LogFileInfo& file, std::size_t index, bool keepRawLines);
+  LogFileReader(LogFileInfo& file, std::size_t index, Keep keep);
 
   void take(const Line& line);
 
@@ -44,15 +44,18 @@ class LogFileReader {
   void continueEntry(std::string_view text);
   void takeMessage(std::string_view message);
   void takeEvent(std::string_view text);
+  void addEvent(EventRecord event);
   void takeMetric(std::string_view text);
   void takeHeader(std::string_view message, bool hasOwnTime);
   void keepRaw(std::string_view text);
 
   LogFileInfo& file_;
   std::size_t index_;
-  bool keepRawLines_;
+  Keep keep_;
   std::vector<SessionPart> parts_;
-  std::unordered_set<std::string> eventKeys_;  // Of the last part.
+  // The last part's events by the hash of their text, and whether they are of the Application channel. Copies of an
+  // event are byte for byte alike; that two others among a million share a hash of 64 bits is one chance in 30 million.
+  std::unordered_map<std::size_t, bool> seen_;
   LineDecoder decoder_;
   std::string room_;
   std::uint64_t line_ = 0;

@@ -82,7 +82,8 @@ void Whole::add(Session part) {
   fill(session.abnormalSessionId, part.abnormalSessionId);
   fill(session.timeZone, part.timeZone);
   fill(session.bootTime, part.bootTime);
-  session.eventCopies += part.eventCopies;
+  session.counted.merge(part.counted);
+  session.eventCopies += part.eventCopies + part.counted.size();  // What is in both stays behind.
   session.applicationCopied = std::max(session.applicationCopied, part.applicationCopied);
   for (LogEntry& entry : part.entries) {
     if (entry.event) {
@@ -178,14 +179,13 @@ std::vector<Session> assemble(std::vector<FilePart> parts) {
 
 }  // namespace
 
-LogSet readLogs(const std::vector<std::string>& inputs, std::istream& standardInput, Progress& progress,
-                bool keepRawLines) {
+LogSet readLogs(const std::vector<std::string>& inputs, std::istream& standardInput, Progress& progress, Keep keep) {
   LogSet set;
   std::vector<FilePart> parts;
   for (const Input& input : filesOf(inputs)) {
     LogFileInfo& file = set.files.emplace_back();
     file.name = input.name;
-    LogFileReader reader(file, set.files.size() - 1, keepRawLines);
+    LogFileReader reader(file, set.files.size() - 1, keep);
     LineSplitter splitter;
     const LineSplitter::Visit visit = [&](const Line& line) { reader.take(line); };
     file.readable =

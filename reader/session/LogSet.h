@@ -29,12 +29,18 @@ struct LogSet {
   std::vector<std::string> leftOut;  // Files of a folder that are no logs of this program.
 };
 
+/// How much of the logs is kept; each includes what stands before it.
+enum class Keep : std::uint8_t {
+  WhatMatters,  // Events that the table does not know are only counted, and records are not put into words.
+  AllEvents,
+  RawLines,
+};
+
 /// @param inputs files, "-" or folders, whose "*.log" files count when they hold log lines.
 /// A session's header begins it; what stands before a file's first header belongs to a session without a name, one for
 /// each folder. Files that cannot be read are in the result, marked so. Memory is proportional to what is distinct in
 /// the logs: copies of events, runs of damaged lines and what goes beyond 64 KB of one message are counted or cut,
 /// visibly.
-LogSet readLogs(const std::vector<std::string>& inputs, std::istream& standardInput, Progress& progress,
-                bool keepRawLines = false);
+LogSet readLogs(const std::vector<std::string>& inputs, std::istream& standardInput, Progress& progress, Keep keep);
 
 }  // namespace sentiq

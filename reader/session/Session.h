@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <unordered_map>
 #include <vector>
 
 #include "reader/session/EventRecord.h"
@@ -42,6 +43,7 @@ struct Session {
   std::vector<LogEntry> entries;
   std::vector<EventRecord> events;  // Distinct.
   std::vector<MetricSample> metrics;
+  std::unordered_map<std::size_t, Severity> counted;  // Distinct events that were not kept, by the hash of their text.
   std::uint64_t eventCopies = 0;             // Events that were in the logs more than once.
   std::optional<Instant> applicationCopied;  // When the Application channel was last copied.
 

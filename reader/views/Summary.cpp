@@ -104,11 +104,14 @@ Fact spanFact(const SessionSpan& span) {
 }
 
 Fact eventsFact(const Session& session) {
-  Fact fact{"Events", std::to_string(session.events.size()), "events", {{"distinct", session.events.size()}}};
+  const std::size_t distinct = session.events.size() + session.counted.size();
+  Fact fact{"Events", std::to_string(distinct), "events", {{"distinct", distinct}}};
   const char* before = " (";
   for (const Severity severity : {Severity::Error, Severity::Warning, Severity::Notice, Severity::Info}) {
     const auto count = std::count_if(session.entries.begin(), session.entries.end(),
-                                     [&](const LogEntry& entry) { return entry.event && entry.severity == severity; });
+                                     [&](const LogEntry& entry) { return entry.event && entry.severity == severity; }) +
+                       std::count_if(session.counted.begin(), session.counted.end(),
+                                     [&](const auto& event) { return event.second == severity; });
     const std::string name(severityName(severity));
     fact.text += before + std::to_string(count) + ' ' + name;
     fact.value[name] = count;

@@ -71,7 +71,7 @@ inline LogSet readTexts(const std::vector<std::string>& texts) {
   }
   std::istringstream noInput;
   Progress progress(nullptr);
-  return readLogs(files, noInput, progress, /*keepRawLines=*/true);
+  return readLogs(files, noInput, progress, Keep::RawLines);
 }
 
 }  // namespace sentiq

@@ -1,0 +1,53 @@
+#include "reader/session/EventHead.h"
+
+#include <charconv>
+#include <cstddef>
+#include <optional>
+#include <string_view>
+#include <system_error>
+
+namespace sentiq {
+namespace {
+
+// What stands between the two; goes on behind it. Empty when it is not there.
+std::string_view between(std::string_view& text, std::string_view begin, std::string_view end) {
+  const std::size_t found = text.find(begin);
+  if (found == std::string_view::npos) {
+    return {};
+  }
+  const std::string_view rest = text.substr(found + begin.size());
+  const std::size_t size = rest.find(end);
+  if (size == std::string_view::npos) {
+    return {};
+  }
+  text = rest.substr(size);
+  return rest.substr(0, size);
+}
+
+// Whether the text is a number and nothing else.
+bool readNumber(std::string_view text, int& number) {
+  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+  return error == std::errc{} && end == text.data() + text.size();
+}
+
+}  // namespace
+
+std::optional<EventHead> readEventHead(std::string_view json) {
+  const std::size_t systemEnd = json.find("</System>");
+  if (!json.starts_with(R"({"xmlData":"<Event )") || !json.ends_with(R"(</Event>"})") ||
+      systemEnd == std::string_view::npos) {
+    return std::nullopt;
+  }
+  std::string_view system = json.substr(0, systemEnd);
+  EventHead head;
+  head.provider = between(system, "<Provider Name='", "'");
+  std::string_view id = between(system, "<EventID", "</EventID>");
+  id.remove_prefix(id.find('>') + 1);  // What has none stays as it is, and is no number.
+  const std::string_view level = between(system, "<Level>", "</Level>");
+  head.channel = between(system, "<Channel>", "</Channel>");
+  const bool plain = !head.provider.empty() && head.provider.find_first_of("\\&") == std::string_view::npos;
+  const bool good = plain && readNumber(id, head.id) && readNumber(level, head.level);
+  return good ? std::optional(head) : std::nullopt;
+}
+
+}  // namespace sentiq
