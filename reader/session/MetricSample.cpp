@@ -1,76 +1,108 @@
 #include "reader/session/MetricSample.h"
 
+#include <algorithm>
+#include <charconv>
 #include <chrono>
 #include <cstdint>
+#include <iterator>
 #include <optional>
 #include <string>
 #include <string_view>
-#include <type_traits>
+#include <system_error>
 
-#include <nlohmann/json.hpp>
+#include "reader/session/JsonMembers.h"
 
 namespace sentiq {
 namespace {
 
-using nlohmann::json;
-
-std::string textAt(const json& object, const char* key) {
-  const auto found = object.find(key);
-  return found != object.end() && found->is_string() ? found->get<std::string>() : std::string{};
-}
-
+// The whole value as a number; else nothing.
 template <typename Number>
-std::optional<Number> numberAt(const json& object, const char* key) {
-  const auto found = object.find(key);
-  const bool fits =
-      found != object.end() && (std::is_floating_point_v<Number> ? found->is_number() : found->is_number_integer());
-  return fits ? std::optional(found->get<Number>()) : std::nullopt;
+std::optional<Number> numberOf(std::string_view value) {
+  Number number{};
+  const auto [end, error] = std::from_chars(value.data(), value.data() + value.size(), number);
+  return error == std::errc{} && end == value.data() + value.size() ? std::optional(number) : std::nullopt;
 }
 
-std::int64_t sizeAt(const json& object, const char* key) {
-  return numberAt<std::int64_t>(object, key).value_or(0);
-}
-
-void readAdapters(const json& object, MetricSample& record) {
-  const auto found = object.find("gpuInfo");
-  if (found == object.end() || !found->is_array()) {
-    return;
-  }
-  for (const json& adapter : *found) {
-    if (adapter.is_object()) {
-      record.adapters.push_back(textAt(adapter, "gpuName") + " (" + std::to_string(sizeAt(adapter, "gpuMemoryUsage")) +
-                                " MiB)");
+std::string adapterOf(std::string_view object) {
+  std::string name;
+  std::int64_t memory = 0;
+  visitMembers(object, [&](std::string_view key, std::string_view value) {
+    if (key == R"("gpuName")") {
+      name = jsonText(value);
+    } else if (key == R"("gpuMemoryUsage")") {
+      memory = numberOf<std::int64_t>(value).value_or(0);
     }
-  }
+  });
+  return name + " (" + std::to_string(memory) + " MiB)";
 }
+
+struct Field {
+  std::string_view key;
+  void (*read)(std::string_view value, MetricSample& record);
+};
+
+template <std::int64_t MetricSample::*member>
+void readSize(std::string_view value, MetricSample& record) {
+  record.*member = numberOf<std::int64_t>(value).value_or(0);
+}
+
+template <std::string MetricSample::*member>
+void readText(std::string_view value, MetricSample& record) {
+  record.*member = jsonText(value);
+}
+
+template <typename Number, std::optional<Number> MetricSample::*member>
+void readNumber(std::string_view value, MetricSample& record) {
+  record.*member = numberOf<Number>(value);
+}
+
+constexpr Field fields[] = {
+    Field{R"("totalDiskSpace")", readSize<&MetricSample::totalDisk>},
+    Field{R"("freeDiskSpace")", readSize<&MetricSample::freeDisk>},
+    Field{R"("totalSwapMemory")", readSize<&MetricSample::totalSwap>},
+    Field{R"("freeSwapMemory")", readSize<&MetricSample::freeSwap>},
+    Field{R"("processId")", readSize<&MetricSample::processId>},
+    Field{R"("status")", readText<&MetricSample::status>},
+    Field{R"("appStartTime")", readText<&MetricSample::appRunTime>},
+    Field{R"("systemUpTime")", readText<&MetricSample::systemUpTime>},
+    Field{R"("cpuUsage")", readNumber<double, &MetricSample::cpuUsage>},
+    Field{R"("memoryUsage")", readNumber<std::int64_t, &MetricSample::memory>},
+    Field{R"("threadCount")", readNumber<std::int64_t, &MetricSample::threads>},
+    Field{R"("batteryPercentage")",
+          [](std::string_view value, MetricSample& record) {
+            record.battery = numberOf<int>(value);
+            record.batteryText = jsonText(value);
+          }},
+    Field{R"("gpuInfo")",
+          [](std::string_view value, MetricSample& record) {
+            visitMembers(value, [&](std::string_view, std::string_view adapter) {
+              if (adapter.starts_with('{')) {
+                record.adapters.push_back(adapterOf(adapter));
+              }
+            });
+          }},
+};
 
 }  // namespace
 
 std::optional<MetricSample> parseMetric(std::string_view text) {
-  const json object = json::parse(text, /*cb=*/nullptr, /*allow_exceptions=*/false);
-  if (!object.is_object()) {
-    return std::nullopt;
-  }
-  const auto time = parseTime(textAt(object, "timestamp"));
-  if (!time) {
-    return std::nullopt;
-  }
   MetricSample record;
+  std::optional<LogTime> time;
+  const bool whole = visitMembers(text, [&](std::string_view key, std::string_view value) {
+    if (key == R"("timestamp")") {
+      time = parseTime(jsonText(value));
+      return;
+    }
+    const auto* const field =
+        std::find_if(std::begin(fields), std::end(fields), [key](const Field& known) { return known.key == key; });
+    if (field != std::end(fields)) {
+      field->read(value, record);
+    }
+  });
+  if (!whole || !time) {
+    return std::nullopt;
+  }
   record.time = *time;
-  record.totalDisk = sizeAt(object, "totalDiskSpace");
-  record.freeDisk = sizeAt(object, "freeDiskSpace");
-  record.totalSwap = sizeAt(object, "totalSwapMemory");
-  record.freeSwap = sizeAt(object, "freeSwapMemory");
-  record.battery = numberAt<int>(object, "batteryPercentage");
-  record.batteryText = textAt(object, "batteryPercentage");
-  readAdapters(object, record);
-  record.processId = sizeAt(object, "processId");
-  record.status = textAt(object, "status");
-  record.appRunTime = textAt(object, "appStartTime");
-  record.systemUpTime = textAt(object, "systemUpTime");
-  record.cpuUsage = numberAt<double>(object, "cpuUsage");
-  record.memory = numberAt<std::int64_t>(object, "memoryUsage");
-  record.threads = numberAt<std::int64_t>(object, "threadCount");
   return record;
 }
 
