@@ -60,7 +60,7 @@ void addInputs(CLI::App* command, std::vector<std::string>& inputs) {
 
 LogSet readWithProgress(const std::vector<std::string>& inputs, Keep keep) {
   Progress progress = progressFor(/*outputIsText=*/false);
-  return readLogs(inputs, std::cin, progress, keep);
+  return readLogs(findLogs(inputs), std::cin, progress, keep);
 }
 
 // Damage does not keep the others from being shown, but scripts want to know.

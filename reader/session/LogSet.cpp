@@ -21,35 +21,29 @@
 namespace sentiq {
 namespace {
 
-struct Input {
-  std::string name;
-  bool fromFolder;
-};
-
-std::vector<Input> filesOf(const std::vector<std::string>& inputs) {
-  std::vector<Input> files;
-  for (const std::string& input : inputs) {
-    std::error_code error;
-    if (input == "-" || !std::filesystem::is_directory(pathFromText(input), error)) {
-      files.push_back({input, /*fromFolder=*/false});
-      continue;
-    }
-    std::vector<std::string> names;
-    // Links are not followed, so that one that leads back does no harm.
-    std::filesystem::recursive_directory_iterator item(
-        pathFromText(input), std::filesystem::directory_options::skip_permission_denied, error);
-    for (; !error && item != std::filesystem::recursive_directory_iterator(); item.increment(error)) {
-      std::error_code unreadable;
-      if (item->path().extension() == ".log" && item->is_regular_file(unreadable)) {
-        names.push_back(textFromPath(item->path()));
-      }
-    }
-    std::sort(names.begin(), names.end());
-    for (std::string& name : names) {
-      files.push_back({std::move(name), /*fromFolder=*/true});
+void findIn(const std::filesystem::path& folder, std::vector<LogInput>& files) {
+  std::vector<std::string> logs;
+  std::vector<std::filesystem::path> folders;
+  std::error_code error;
+  for (std::filesystem::directory_iterator item(folder, error); !error && item != end(item); item.increment(error)) {
+    std::error_code unknown;
+    if (item->is_directory(unknown) && !item->is_symlink(unknown)) {
+      folders.push_back(item->path());
+    } else if (item->path().extension() == ".log" && item->is_regular_file(unknown)) {
+      logs.push_back(textFromPath(item->path()));
     }
   }
-  return files;
+  if (error) {
+    files.push_back({textFromPath(folder)});
+  }
+  std::sort(logs.begin(), logs.end());
+  for (std::string& log : logs) {
+    files.push_back({std::move(log), /*fromFolder=*/true});
+  }
+  std::sort(folders.begin(), folders.end());
+  for (const std::filesystem::path& inner : folders) {
+    findIn(inner, files);
+  }
 }
 
 std::optional<Instant> beginOf(const Session& session) {
@@ -179,10 +173,24 @@ std::vector<Session> assemble(std::vector<FilePart> parts) {
 
 }  // namespace
 
-LogSet readLogs(const std::vector<std::string>& inputs, std::istream& standardInput, Progress& progress, Keep keep) {
+std::vector<LogInput> findLogs(const std::vector<std::string>& inputs) {
+  std::vector<LogInput> files;
+  for (const std::string& input : inputs) {
+    std::error_code error;
+    const std::filesystem::path path = pathFromText(input);
+    if (input != "-" && std::filesystem::is_directory(path, error)) {
+      findIn(path, files);
+    } else {
+      files.push_back({input});
+    }
+  }
+  return files;
+}
+
+LogSet readLogs(const std::vector<LogInput>& files, std::istream& standardInput, Progress& progress, Keep keep) {
   LogSet set;
   std::vector<FilePart> parts;
-  for (const Input& input : filesOf(inputs)) {
+  for (const LogInput& input : files) {
     LogFileInfo& file = set.files.emplace_back();
     file.name = input.name;
     LogFileReader reader(file, set.files.size() - 1, keep);

@@ -36,11 +36,20 @@ enum class Keep : std::uint8_t {
   RawLines,
 };
 
-/// @param inputs files, "-" or folders, whose "*.log" files count when they hold log lines.
+struct LogInput {
+  std::string name;         // A path in UTF-8, or "-" for standard input.
+  bool fromFolder = false;  // Not named by the user: it counts only when it holds log lines.
+};
+
+/// The files that inputs stand for: themselves, or of a folder those named "*.log" in it and below it, folder by
+/// folder. Links to folders are not followed. A folder that cannot be read is in the result by itself, as no file to
+/// read.
+std::vector<LogInput> findLogs(const std::vector<std::string>& inputs);
+
 /// A session's header begins it; what stands before a file's first header belongs to a session without a name, one for
 /// each folder. Files that cannot be read are in the result, marked so. Memory is proportional to what is distinct in
 /// the logs: copies of events, runs of damaged lines and what goes beyond 64 KB of one message are counted or cut,
-/// visibly.
-LogSet readLogs(const std::vector<std::string>& inputs, std::istream& standardInput, Progress& progress, Keep keep);
+/// visibly. Several threads may read at the same time, each with streams and progress of its own.
+LogSet readLogs(const std::vector<LogInput>& files, std::istream& standardInput, Progress& progress, Keep keep);
 
 }  // namespace sentiq

@@ -37,7 +37,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   using namespace sentiq;
   std::istringstream in(std::string(data, data + size));
   Progress progress(nullptr);
-  const LogSet logs = readLogs({"-"}, in, progress, Keep::RawLines);
+  const LogSet logs = readLogs({{"-"}}, in, progress, Keep::RawLines);
 
   std::ostringstream text;
   std::ostringstream json;

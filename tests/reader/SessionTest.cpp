@@ -123,7 +123,7 @@ TEST(Summary, OfLogsThatTheProgramWrote) {
   for (const std::string form : {"encoded", "plain"}) {
     std::istringstream noInput;
     Progress progress(nullptr);
-    const LogSet logs = readLogs({data + ("/" + form)}, noInput, progress, Keep::AllEvents);
+    const LogSet logs = readLogs(findLogs({data + ("/" + form)}), noInput, progress, Keep::AllEvents);
     EXPECT_EQ(logs.files.size(), 3);
     ASSERT_EQ(logs.sessions.size(), 1);
     EXPECT_EQ(logs.sessions.front().events.size(), 6) << form;
