@@ -10,7 +10,7 @@
 
 #include <algorithm>
 #include <atomic>
-#include <cstring>
+#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -23,66 +23,47 @@
 
 #include "logging/TextConversion.h"
 
-namespace {
-
-std::atomic<int> openHandles = 0;
+static std::atomic<int> openHandles = 0;
 
 struct Handle {
-  std::vector<std::string> events;  // Those that a query still has to give; of an event, itself.
-  int nexts = 0, renders = 0;
+  std::vector<std::string> events;  // Those that a query still has to give, the next one last; of an event, itself.
   Handle* query = nullptr;
+  int nexts = 0, renders = 0;
 
   Handle() { ++openHandles; }
   ~Handle() { --openHandles; }
 };
 
-std::string environment(const wchar_t* name) {
+static std::wstring environment(const wchar_t* name) {
   wchar_t value[1024] = {};
   GetEnvironmentVariableW(name, value, 1024);
-  return sentiq::toUtf8(value);
+  return value;
 }
 
-bool fail(DWORD error) {
+static std::nullptr_t fail(DWORD error) {
   SetLastError(error);
-  return false;
+  return nullptr;
 }
 
 // The error that this call is to end with; 0 without one.
-DWORD faultOf(const std::string& call, int number) {
-  std::istringstream fault(environment(L"SENTIQ_EVENTS_FAULT"));
-  std::string name, at, error;
-  std::getline(std::getline(std::getline(fault, name, ':'), at, ':'), error);
-  return name == call && std::stoi(at) == number ? std::stoul(error) : 0;
+static DWORD faultOf(const std::wstring& call, int number) {
+  const std::wstring fault = environment(L"SENTIQ_EVENTS_FAULT"), wanted = call + L":" + std::to_wstring(number) + L":";
+  return fault.starts_with(wanted) ? std::stoul(fault.substr(wanted.size())) : 0;
 }
 
-std::wstring rendered(const std::string& event) {
-  std::wstring text = sentiq::toWide(event);
-  if (event.find('{') != std::string::npos) {
-    std::wstring controls(31, L' ');
-    std::iota(controls.begin(), controls.end(), wchar_t{1});
-    const std::pair<std::wstring, std::wstring> markers[] = {
-        {L"{CONTROL}", controls}, {L"{LONE}", L"\xD800"}, {L"{MEGABYTE}", std::wstring(1'000'000, L'm')}};
-    for (const auto& [marker, by] : markers) {
-      if (const auto at = text.find(marker); at != std::wstring::npos) {
-        text.replace(at, marker.size(), by);
-      }
+static std::wstring rendered(const std::string& event) {
+  std::wstring text = sentiq::toWide(event), controls(31, L' ');
+  std::iota(controls.begin(), controls.end(), wchar_t{1});
+  const auto replace = [&](const std::wstring& marker, const auto& by) {
+    if (const auto at = text.find(marker); at != std::wstring::npos) {
+      text.replace(at, marker.size(), by());
     }
-  }
+  };
+  replace(L"{CONTROL}", [&] { return controls; });
+  replace(L"{LONE}", [] { return L"\xD800"; });
+  replace(L"{MEGABYTE}", [] { return std::wstring(1'000'000, L'm'); });
   return text;
 }
-
-std::vector<std::string> readEvents(const std::string& path) {
-  std::ifstream file(sentiq::toPath(path), std::ios::binary);
-  const std::string text{std::istreambuf_iterator<char>(file), {}};
-  std::vector<std::string> events;
-  const std::string end = "</Event>";
-  for (auto at = text.find("<Event "); at != std::string::npos; at = text.find("<Event ", at + 1)) {
-    events.push_back(text.substr(at, text.find(end, at) + end.size() - at));
-  }
-  return events;
-}
-
-}  // namespace
 
 extern "C" {
 
@@ -91,19 +72,20 @@ __declspec(dllexport) int openEventHandles() {
 }
 
 EVT_HANDLE WINAPI EvtQuery(EVT_HANDLE, LPCWSTR channel, LPCWSTR query, DWORD flags) {
-  const std::string path = environment(L"SENTIQ_EVENTS") + "\\" + sentiq::toUtf8(channel) + ".xml";
-  if (const DWORD error = faultOf("EvtQuery", 0)) {
-    fail(error);
-    return nullptr;
+  std::ifstream file(std::filesystem::path(environment(L"SENTIQ_EVENTS")) / channel += L".xml", std::ios::binary);
+  if (const DWORD error = faultOf(L"EvtQuery", 0)) {
+    return fail(error);
   }
-  if ((flags & EvtQueryChannelPath) == 0 || !std::filesystem::exists(sentiq::toPath(path))) {
-    fail(ERROR_EVT_CHANNEL_NOT_FOUND);
-    return nullptr;
+  if ((flags & EvtQueryChannelPath) == 0 || !file) {
+    return fail(ERROR_EVT_CHANNEL_NOT_FOUND);
   }
-  auto* const handle = new Handle;
+  std::string text{std::istreambuf_iterator<char>(file), {}};
+  const std::string end = "</Event>";
+  auto handle = std::make_unique<Handle>();
   try {
     const pugi::xpath_query wanted(sentiq::toUtf8(query).c_str());
-    for (const std::string& event : readEvents(path)) {
+    for (auto at = text.find("<Event "); at != std::string::npos; at = text.find("<Event ", at + 1)) {
+      const std::string event = text.substr(at, text.find(end, at) + end.size() - at);
       pugi::xml_document document;
       document.load_string(event.c_str());
       if (wanted.evaluate_boolean(document)) {
@@ -111,48 +93,40 @@ EVT_HANDLE WINAPI EvtQuery(EVT_HANDLE, LPCWSTR channel, LPCWSTR query, DWORD fla
       }
     }
   } catch (const pugi::xpath_exception&) {
-    delete handle;
-    fail(ERROR_EVT_INVALID_QUERY);
-    return nullptr;
+    return fail(ERROR_EVT_INVALID_QUERY);
   }
-  if ((flags & EvtQueryReverseDirection) != 0) {
+  if ((flags & EvtQueryReverseDirection) == 0) {
     std::reverse(handle->events.begin(), handle->events.end());
   }
-  return handle;
+  return handle.release();
 }
 
 BOOL WINAPI EvtNext(EVT_HANDLE query, DWORD size, EVT_HANDLE* events, DWORD, DWORD, DWORD* returned) {
   auto& opened = *static_cast<Handle*>(query);
   *returned = 0;
-  if (const DWORD error = faultOf("EvtNext", ++opened.nexts)) {
-    return fail(error);
-  }
-  for (; *returned < size && !opened.events.empty(); ++*returned) {
+  const DWORD error = faultOf(L"EvtNext", ++opened.nexts);
+  for (; error == 0 && *returned < size && !opened.events.empty(); ++*returned) {
     auto* const event = new Handle;
-    event->events = {opened.events.front()};
+    event->events = {opened.events.back()};
     event->query = &opened;
-    opened.events.erase(opened.events.begin());
+    opened.events.pop_back();
     events[*returned] = event;
   }
-  return *returned > 0 || fail(ERROR_NO_MORE_ITEMS);
+  SetLastError(error != 0 ? error : ERROR_NO_MORE_ITEMS);
+  return *returned > 0;
 }
 
 BOOL WINAPI EvtRender(EVT_HANDLE, EVT_HANDLE event, DWORD flags, DWORD size, void* buffer, DWORD* used, DWORD*) {
   const auto& opened = *static_cast<Handle*>(event);
-  if (flags != EvtRenderEventXml) {
-    return fail(ERROR_INVALID_PARAMETER);
-  }
   const int number = ++opened.query->renders;
-  if (const DWORD error = faultOf("EvtRender", number)) {
-    return fail(error);
-  }
   const std::wstring text = rendered(opened.events.front());
   *used = static_cast<DWORD>((text.size() + 1) * sizeof(wchar_t));
-  if (size < *used) {
-    return fail(ERROR_INSUFFICIENT_BUFFER);
+  if (const DWORD error = faultOf(L"EvtRender", number); error != 0 || size < *used || flags != EvtRenderEventXml) {
+    SetLastError(error != 0 ? error : flags == EvtRenderEventXml ? ERROR_INSUFFICIENT_BUFFER : ERROR_INVALID_PARAMETER);
+    return FALSE;
   }
-  std::memcpy(buffer, text.c_str(), *used);
-  SetLastError(faultOf("EvtRendered", number));
+  std::copy_n(text.c_str(), text.size() + 1, static_cast<wchar_t*>(buffer));
+  SetLastError(faultOf(L"EvtRendered", number));
   return TRUE;
 }
 

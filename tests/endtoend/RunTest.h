@@ -1,15 +1,10 @@
-// What the end-to-end tests share: a run of the unchanged program in a folder of its own, and what it left behind.
+// What the end-to-end tests share: a run of the unchanged program in a folder of its own.
 #pragma once
 
 #include "tests/support/ChildProcess.h"
-#include "tests/support/Logs.h"
-#include "tests/support/SystemCalls.h"
 #include "tests/support/Test.h"
-#include "tests/support/TestFiles.h"
 
-namespace sentiq::test {
-
-using Lines = std::vector<std::string>;
+namespace sentiq {
 
 constexpr auto program = L"CanvixSentiq.exe";
 constexpr auto exitLine = "T Exit Status - Canvix is no longer alive";
@@ -29,24 +24,20 @@ struct RunFolder {
     return L" --sentiq-logs-path \"" + session.wstring() + L"\" --watchdog-logs-path \"" + watchdog.wstring() +
            L"\" --watchdog-initial-logs-path \"" + initial.wstring() + L"\"";
   }
+
+  // Whether the watchdog has started all its threads and they have said so.
+  bool watchdogRuns(const ChildProcess& sentiq) const {
+    return eventually([&] {
+      return powerWindowOf(sentiq.pid()) &&
+             Value(readLog(watchdog),
+                   IsSupersetOf({"[PROCESS] Inside  monitor app exit", "[SYSTEM] inside power thread",
+                                 "[SYSTEM] Done with start of Watchdog application"}));
+    });
+  }
 };
 
 inline std::wstring pidOption(const ChildProcess& process) {
   return L"--analytics-identifier session-\u00FC --pid " + std::to_wstring(process.pid());
 }
 
-/// How many lines of the log are this one.
-inline std::ptrdiff_t count(const std::filesystem::path& log, const std::string& line) {
-  const Lines lines = readLog(log);
-  return std::count(lines.begin(), lines.end(), line);
-}
-
-/// Whether the watchdog has started all its threads and they have said so.
-inline bool watchdogRuns(const RunFolder& run, const ChildProcess& sentiq) {
-  return eventually([&] {
-    return powerWindowOf(sentiq.pid()) != nullptr && count(run.watchdog, "[PROCESS] Inside  monitor app exit") > 0 &&
-           count(run.watchdog, "[SYSTEM] Done with start of Watchdog application") > 0;
-  });
-}
-
-}  // namespace sentiq::test
+}  // namespace sentiq

@@ -1,42 +1,25 @@
 // The line decoder on any bytes: where blocks end makes no difference, and what the program encodes comes back.
-#include <algorithm>
-#include <cstddef>
-#include <cstdint>
-#include <cstdlib>
-#include <sstream>
-#include <string>
-#include <string_view>
-
 #include "logging/LogEncoding.h"
 #include "reader/views/DecodeStream.h"
+#include "tests/fuzz/Fuzz.h"
 
-namespace {
-
-std::string decoded(std::string_view bytes, std::size_t blockSize) {
-  std::ostringstream out;
-  std::ostringstream messages;
+static std::string decoded(const std::string& bytes, std::size_t blockSize) {
+  std::ostringstream out, messages;
   sentiq::OutputBlock block(out);
   sentiq::DecodeStream stream("log", "", block, messages);
-  for (; !bytes.empty(); bytes.remove_prefix(std::min(blockSize, bytes.size()))) {
-    stream.feed(bytes.substr(0, blockSize));
+  for (std::size_t at = 0; at < bytes.size(); at += blockSize) {
+    stream.feed(bytes.substr(at, blockSize));
   }
   stream.finish();
   block.flush();
   return out.str() + messages.str();
 }
 
-}  // namespace
-
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  const std::string bytes(data, data + size);
-  if (decoded(bytes, 7) != decoded(bytes, bytes.size())) {
-    std::abort();
-  }
-  std::string entry = "2025-01-31T14:05:09.042+0100 [SYSTEM] [INFO]: " + bytes;
-  std::erase(entry, '\n');
-  entry += '\n';
-  if (decoded(sentiq::encodeText(entry) + '\n', entry.size()) != entry) {
-    std::abort();
-  }
+  std::string bytes(data, data + size);
+  require(decoded(bytes, 7) == decoded(bytes, size + 1));
+  std::erase(bytes, '\n');
+  const std::string entry = "2025-01-31T14:05:09.042+0100 [SYSTEM] [INFO]: " + bytes + '\n';
+  require(decoded(sentiq::encodeText(entry) + '\n', 2 * entry.size()) == entry);
   return 0;
 }

@@ -1,21 +1,15 @@
 // The parsers of single entries on any bytes: events, records, times.
-#include <cstddef>
-#include <cstdint>
-#include <cstdlib>
-#include <string>
-
 #include "reader/session/EventRecord.h"
 #include "reader/session/EventTable.h"
 #include "reader/session/LogTime.h"
 #include "reader/session/MetricSample.h"
+#include "tests/fuzz/Fuzz.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   using namespace sentiq;
   const std::string bytes(data, data + size);
   if (const auto event = parseEvent(bytes)) {
-    if (describeEvent(*event, std::chrono::minutes(60)).words.empty() || event->key().empty()) {
-      std::abort();
-    }
+    require(!describeEvent(*event, std::chrono::minutes(60)).words.empty() && !event->key().empty());
     static_cast<void>(event->isOfCanvix());
   }
   if (const auto metric = parseMetric(bytes)) {
@@ -27,9 +21,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     // What is shown is read back as the same millisecond.
     const std::string shown = isoTime(time->instant, time->offset);
     const auto again = parseTime(shown);
-    if (again && isoTime(again->instant, again->offset) != shown) {
-      std::abort();
-    }
+    require(!again || isoTime(again->instant, again->offset) == shown);
   }
   return 0;
 }

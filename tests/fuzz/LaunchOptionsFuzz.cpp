@@ -1,12 +1,8 @@
 // The command line on any tokens: it parses, or throws a standard exception.
-#include <cstddef>
-#include <cstdint>
-#include <cstdlib>
 #include <exception>
-#include <string>
-#include <vector>
 
 #include "startup/LaunchOptions.h"
+#include "tests/fuzz/Fuzz.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   std::vector<std::wstring> tokens(1);
@@ -19,9 +15,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   }
   try {
     const int exitCode = sentiq::parseCommandLine(tokens).exitCode.value_or(0);
-    if (exitCode != 0 && exitCode != 1) {
-      std::abort();
-    }
+    require(exitCode == 0 || exitCode == 1);
   } catch (const std::exception&) {
   }
   return 0;

@@ -1,63 +1,33 @@
-// Stands in for libFuzzer where there is none: takes a target through the files of the given folders, then for some
-// seconds through damaged variants of them.
+// Stands in for libFuzzer where there is none: takes a target through the files of the given folders and for a second
+// through damaged variants of them, the same in every run.
 #include <chrono>
-#include <cstddef>
-#include <cstdint>
 #include <filesystem>
 #include <fstream>
-#include <iostream>
 #include <iterator>
 #include <random>
-#include <string>
-#include <vector>
 
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size);
-
-namespace {
-
-void run(const std::string& bytes) {
-  LLVMFuzzerTestOneInput(reinterpret_cast<const std::uint8_t*>(bytes.data()), bytes.size());
-}
-
-void damage(std::string& bytes, std::mt19937& random) {
-  const std::size_t at = random() % (bytes.size() + 1);
-  const auto byte = static_cast<char>(random());
-  switch (random() % 3) {
-    case 0:
-      bytes.replace(at, at < bytes.size() ? 1 : 0, 1, byte);
-      break;
-    case 1:
-      bytes.erase(at, random() % 40);
-      break;
-    default:
-      bytes.insert(at, random() % 5, byte);
-  }
-}
-
-}  // namespace
+#include "tests/fuzz/Fuzz.h"
 
 int main(int argc, char** argv) {
-  constexpr std::chrono::seconds time{2};
-  std::vector<std::string> inputs{""};
-  for (int i = 1; i < argc; ++i) {
-    for (const auto& file : std::filesystem::recursive_directory_iterator(argv[i])) {
+  std::vector<std::string> inputs;
+  for (const std::string folder : std::vector(argv + 1, argv + argc)) {
+    for (const auto& file : std::filesystem::recursive_directory_iterator(folder)) {
       if (file.is_regular_file()) {
         std::ifstream in(file.path(), std::ios::binary);
         inputs.emplace_back(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
-        run(inputs.back());
       }
     }
   }
-  std::mt19937 random(1);  // The same variants in every run, as many as there is time for.
-  std::size_t runs = 0;
-  const auto end = std::chrono::steady_clock::now() + time;
-  for (; std::chrono::steady_clock::now() < end; ++runs) {
-    std::string bytes = inputs[random() % inputs.size()];
-    for (int change = 0; change < 5; ++change) {
-      damage(bytes, random);
+  require(!inputs.empty());
+  std::mt19937 random(1);
+  const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(1);
+  for (std::size_t run = 0; run < inputs.size() || std::chrono::steady_clock::now() < end; ++run) {
+    std::string bytes = inputs[run % inputs.size()];
+    for (int change = 0; run >= inputs.size() && change < 5; ++change) {
+      const std::size_t at = random() % (bytes.size() + 1);
+      const std::size_t removed = random() % 3 == 0 ? random() % 40 : random() % 2;
+      bytes.replace(at, removed, random() % 3, static_cast<char>(random()));
     }
-    run(bytes);
+    LLVMFuzzerTestOneInput(reinterpret_cast<const std::uint8_t*>(bytes.data()), bytes.size());
   }
-  std::cout << inputs.size() - 1 << " files, " << runs << " damaged variants\n";
-  return inputs.size() > 1 ? 0 : 1;
 }

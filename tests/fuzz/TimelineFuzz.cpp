@@ -1,10 +1,5 @@
 // Every command but decode on any bytes: one line for each entry, JSON that is JSON, a page that is whole.
 #include <algorithm>
-#include <cstddef>
-#include <cstdint>
-#include <cstdlib>
-#include <sstream>
-#include <string>
 
 #include <nlohmann/json.hpp>
 
@@ -13,16 +8,9 @@
 #include "reader/views/MetricsTable.h"
 #include "reader/views/Summary.h"
 #include "reader/views/Timeline.h"
+#include "tests/fuzz/Fuzz.h"
 
-namespace {
-
-void require(bool holds) {
-  if (!holds) {
-    std::abort();
-  }
-}
-
-void requireJsonLines(const std::string& text, std::size_t lines) {
+static void requireJsonLines(const std::string& text, std::size_t lines) {
   std::istringstream in(text);
   std::size_t seen = 0;
   for (std::string line; std::getline(in, line); ++seen) {
@@ -31,23 +19,19 @@ void requireJsonLines(const std::string& text, std::size_t lines) {
   require(seen == lines);
 }
 
-}  // namespace
-
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   using namespace sentiq;
   std::istringstream in(std::string(data, data + size));
   Progress progress(nullptr);
   const LogSet logs = readLogs({{"-"}}, in, progress, Keep::RawLines);
 
-  std::ostringstream text;
-  std::ostringstream json;
+  std::ostringstream text, json, table, records, page;
   TimelineOptions options;
   writeTimeline(logs, options, text);
   options.json = true;
   writeTimeline(logs, options, json);
   const std::string lines = text.str();
-  std::size_t entries = 0;
-  std::size_t metrics = 0;
+  std::size_t entries = 0, metrics = 0;
   for (const Session& session : logs.sessions) {
     entries += session.entries.size();
     metrics += session.metrics.size();
@@ -58,14 +42,11 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   require(static_cast<std::size_t>(std::count(lines.begin(), lines.end(), '\n')) == entries);
   requireJsonLines(json.str(), entries);
 
-  std::ostringstream table;
   writeMetrics(logs, TableForm::Text, table);
   writeMetrics(logs, TableForm::Csv, table);
-  std::ostringstream records;
   writeMetrics(logs, TableForm::Json, records);
   requireJsonLines(records.str(), metrics);
 
-  std::ostringstream page;
   writeHtmlReport(logs, page);
   require(page.str().ends_with("</html>\n"));
   return 0;

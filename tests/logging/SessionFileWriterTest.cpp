@@ -1,17 +1,12 @@
-#include <stdexcept>
-
 #include "logging/SessionFileWriter.h"
 #include "logging/TextConversion.h"
-#include "tests/support/Logs.h"
 #include "tests/support/Test.h"
-#include "tests/support/TestFiles.h"
 
 namespace sentiq {
-namespace {
 
 // Two writers, as two programs that were given the same path may be.
 TEST(SessionFileWriter, AppendsWhatEachSaysAtOnceToAPathOfAnyScript) {
-  const test::TempFolder folder;
+  const TempFolder folder;
   const std::filesystem::path file = folder / toPath(L"\u00FC \u65E5\u672C \U0001F600.log");
   const auto utf8 = file.u8string();
   const std::string path(utf8.begin(), utf8.end());
@@ -21,27 +16,21 @@ TEST(SessionFileWriter, AppendsWhatEachSaysAtOnceToAPathOfAnyScript) {
   EXPECT_TRUE(plain.write("one", true, false));
   EXPECT_TRUE(encoding.write("A: 1\nB: 2", false, true));
   EXPECT_TRUE(plain.write("t-2", false, false));
-  EXPECT_TRUE(encoding.write("stamped", true, false));
-  EXPECT_TRUE(encoding.write("", false, false));
-  EXPECT_THAT(test::readLog(file), testing::ElementsAre("z-0", "T one", "A: 1", "B: 2", "t-2", "T stamped", ""));
-  EXPECT_EQ(test::formOf(file), ".....#.");
+  EXPECT_TRUE(encoding.write("stamped", true, false) && encoding.write("", false, false));
+  EXPECT_THAT(readLog(file), ElementsAre("z-0", "T one", "A: 1", "B: 2", "t-2", "T stamped", ""));
+  EXPECT_EQ(formOf(file), ".....#.");
   SessionFileWriter(path, false, LogFile::Mode::Truncate);
-  EXPECT_EQ(test::readFile(file), "");
+  EXPECT_EQ(readFile(file), "");
 #ifndef _WIN32
   EXPECT_FALSE(SessionFileWriter("/dev/full", false, LogFile::Mode::Append).write("lost", false, false));
 #endif
 }
 
 TEST(SessionFileWriter, SaysWhichFileItCannotOpen) {
-  const test::TempFolder folder;
+  const TempFolder folder;
   const std::string path = (folder / "missing" / "x.log").string();
-  try {
-    const SessionFileWriter writer(path, false, LogFile::Mode::Append);
-    FAIL();
-  } catch (const std::runtime_error& error) {
-    EXPECT_EQ(error.what(), "Failed to open file for writing: " + path);
-  }
+  const auto open = [&] { SessionFileWriter(path, false, LogFile::Mode::Append); };
+  EXPECT_THAT(open, ThrowsMessage<std::runtime_error>("Failed to open file for writing: " + path));
 }
 
-}  // namespace
 }  // namespace sentiq

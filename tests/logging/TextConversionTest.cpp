@@ -1,23 +1,19 @@
-#include <stdexcept>
-
 #include "logging/TextConversion.h"
 #include "tests/support/Test.h"
 
 namespace sentiq {
-namespace {
 
 TEST(TextConversion, KeepsEveryPlaneAndRejectsWhatIsMalformed) {
   const std::string text = "a\u00FC\u65E5\U0001F600\U0010FFFF";
   EXPECT_EQ(toUtf8(toWide(text)), text);
   for (const char* bad : {"\xFF", "\xC3", "a\xF0\x9F\x98"}) {
-    EXPECT_THROW(toWide(bad), std::range_error) << testing::PrintToString(bad);
+    EXPECT_THROW(toWide(bad), std::range_error) << PrintToString(bad);
   }
-  if constexpr (sizeof(wchar_t) == 2) {  // Surrogates are a matter of UTF-16.
-    for (const std::wstring bad : {L"\xD800", L"a\xDC00z", L"\xD83Dz"}) {
-      EXPECT_THROW(toUtf8(bad), std::range_error);
-    }
+#ifdef _WIN32  // Surrogates are a matter of UTF-16.
+  for (const wchar_t* bad : {L"\xD800", L"a\xDC00z", L"\xD83Dz"}) {
+    EXPECT_THROW(toUtf8(bad), std::range_error);
   }
+#endif
 }
 
-}  // namespace
 }  // namespace sentiq

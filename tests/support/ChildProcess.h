@@ -5,12 +5,9 @@
 
 #include <chrono>
 #include <filesystem>
-#include <optional>
 #include <stdexcept>
 #include <string>
 #include <thread>
-
-#include "logging/UniqueHandle.h"
 
 namespace sentiq::test {
 
@@ -22,66 +19,66 @@ inline std::filesystem::path programFolder() {
 
 class ChildProcess {
  public:
-  /// @param arguments as they stand on the command line. @param folder of the program, and the one it runs
-  /// in. @param security of the process. Ends with the object at the latest.
-  explicit ChildProcess(const wchar_t* program, const std::wstring& arguments = L"",
-                        const std::filesystem::path& folder = programFolder(),
-                        SECURITY_ATTRIBUTES* security = nullptr) {
+  /// @param arguments as they stand on the command line. The process ends with the object at the latest.
+  explicit ChildProcess(const wchar_t* program, const std::wstring& arguments = L"") {
     STARTUPINFOW startup{};
     startup.cb = sizeof startup;
-    PROCESS_INFORMATION process{};
-    const std::wstring path = (folder / program).wstring();
-    std::wstring commandLine = L"\"" + path + L"\" " + arguments;
+    const std::wstring path = (programFolder() / program).wstring();
+    std::wstring line = L"\"" + path + L"\" " + arguments;
     const auto start = [&] {
-      return CreateProcessW(path.c_str(), commandLine.data(), security, nullptr, FALSE, 0, nullptr, folder.c_str(),
-                            &startup, &process) != FALSE;
+      return CreateProcessW(path.c_str(), line.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &startup,
+                            &started_);
     };
     // On a busy machine Wine fails so about once in two thousand starts, before anything of the program runs.
     if (!start() && (GetLastError() != ERROR_INTERNAL_ERROR || !start())) {
       throw std::runtime_error("CreateProcessW: " + std::to_string(GetLastError()));
     }
-    const KernelHandle thread(process.hThread);
-    process_ = KernelHandle(process.hProcess);
-    pid_ = process.dwProcessId;
   }
-  ~ChildProcess() { end(); }
+  ~ChildProcess() {
+    end(7);
+    CloseHandle(started_.hThread);
+    CloseHandle(started_.hProcess);
+  }
   ChildProcess(const ChildProcess&) = delete;
   ChildProcess& operator=(const ChildProcess&) = delete;
 
-  DWORD pid() const { return pid_; }
-  HANDLE handle() const { return process_.get(); }
+  HANDLE handle() const { return started_.hProcess; }
+  DWORD pid() const { return started_.dwProcessId; }
 
-  void end(UINT code = 7) {
-    TerminateProcess(process_.get(), code);
-    WaitForSingleObject(process_.get(), 10'000);
+  void end(UINT code) {
+    TerminateProcess(started_.hProcess, code);
+    wait(std::chrono::seconds(10));
   }
 
-  /// The exit code, or nothing when the process still runs after that time.
-  std::optional<DWORD> wait(std::chrono::milliseconds atMost) {
+  /// The exit code, or STILL_ACTIVE when the process still runs after that time.
+  DWORD wait(std::chrono::milliseconds atMost) {
+    WaitForSingleObject(started_.hProcess, static_cast<DWORD>(atMost.count()));
     DWORD code = 0;
-    if (WaitForSingleObject(process_.get(), static_cast<DWORD>(atMost.count())) != WAIT_OBJECT_0 ||
-        !GetExitCodeProcess(process_.get(), &code)) {
-      return std::nullopt;
-    }
-    return code;
+    return GetExitCodeProcess(started_.hProcess, &code) ? code : STILL_ACTIVE;
   }
 
  private:
-  KernelHandle process_;
-  DWORD pid_ = 0;
+  PROCESS_INFORMATION started_{};
 };
 
-/// Whether the condition comes true within the time.
+/// The hidden window of a process, null when it has none (yet).
+inline HWND powerWindowOf(DWORD pid) {
+  HWND window = nullptr;
+  DWORD owner = 0;
+  do {
+    window = FindWindowExW(nullptr, window, L"PowerEventWindowClass", L"Power Event Listener");
+    GetWindowThreadProcessId(window, &owner);
+  } while (window != nullptr && owner != pid);
+  return window;
+}
+
+/// Whether the condition comes true within a minute.
 template <typename Condition>
-bool eventually(Condition condition, std::chrono::seconds atMost = std::chrono::seconds(60)) {
-  const auto end = std::chrono::steady_clock::now() + atMost;
-  while (!condition()) {
-    if (std::chrono::steady_clock::now() > end) {
-      return false;
-    }
+bool eventually(Condition condition) {
+  for (int tries = 0; tries < 1200 && !condition(); ++tries) {
     std::this_thread::sleep_for(std::chrono::milliseconds(50));
   }
-  return true;
+  return condition();
 }
 
 }  // namespace sentiq::test

@@ -17,10 +17,9 @@ constexpr std::string_view base64Digits = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijk
 inline std::string decodeLine(std::string_view line) {
   constexpr std::string_view key = "QiVo_Marblestone_14082023";
   std::string text;
-  unsigned bits = 0;
-  unsigned count = 0;
+  std::size_t bits = 0, count = 0;
   for (const char digit : line.substr(0, line.find('='))) {
-    bits = bits << 6 | static_cast<unsigned>(base64Digits.find(digit));
+    bits = bits << 6 | base64Digits.find(digit);
     count = (count + 6) % 8;
     if (count != 6) {
       text += static_cast<char>(static_cast<char>(bits >> count) ^ key[text.size() % key.size()]);
@@ -50,11 +49,9 @@ inline std::string masked(std::string line) {
       line.replace(0, tag.size() + 10, tag);
     }
   }
-  const std::size_t number = line.find("<EventRecordID>");
-  if (line.starts_with("[PROCESS] {\"xmlData\":\"<Event ") && line.ends_with("</Event>\"}")) {
-    line = "[PROCESS] " + line.substr(number + 15, line.find('<', number + 1) - number - 15);
-  }
-  return line;
+  const std::size_t number = line.find("<EventRecordID>") + 15;
+  const bool isEvent = line.starts_with("[PROCESS] {\"xmlData\":\"<Event ") && line.ends_with("</Event>\"}");
+  return isEvent ? "[PROCESS] " + line.substr(number, line.find('<', number) - number) : line;
 }
 
 /// The file's lines, each decoded where it is encoded, and masked.

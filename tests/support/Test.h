@@ -1,17 +1,17 @@
-// What nearly every test needs.
+// What every test needs.
 #pragma once
 
 #ifdef _WIN32
 #include <windows.h>
 #endif
 
-#include <algorithm>
 #include <chrono>
-#include <cstddef>
 #include <cstdint>
 #include <filesystem>
 #include <fstream>
 #include <memory>
+#include <numeric>
+#include <stdexcept>
 #include <string>
 #include <thread>
 #include <utility>
@@ -19,3 +19,15 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+
+#include "tests/support/Logs.h"
+#include "tests/support/TestFiles.h"
+
+namespace sentiq {
+
+using namespace std::chrono_literals;
+using namespace test;
+using namespace testing;
+using Lines = std::vector<std::string>;
+
+}  // namespace sentiq

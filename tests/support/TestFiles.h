@@ -1,12 +1,11 @@
 // A folder that a test owns, and what the tests read of files.
 #pragma once
 
-#include <algorithm>
 #include <chrono>
-#include <cstddef>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <sstream>
 #include <string>
 #include <system_error>
 #include <vector>
@@ -15,11 +14,7 @@ namespace sentiq::test {
 
 class TempFolder {
  public:
-  TempFolder()
-      : path_(std::filesystem::temp_directory_path() /
-              ("sentiq-" + std::to_string(std::chrono::steady_clock::now().time_since_epoch().count()))) {
-    std::filesystem::create_directories(path_);
-  }
+  TempFolder() { std::filesystem::create_directories(path_); }
   ~TempFolder() {
     std::error_code ignored;
     std::filesystem::remove_all(path_, ignored);
@@ -30,7 +25,9 @@ class TempFolder {
   std::filesystem::path operator/(const std::filesystem::path& name) const { return path_ / name; }
 
  private:
-  std::filesystem::path path_;
+  const std::filesystem::path path_ =
+      std::filesystem::temp_directory_path() /
+      ("sentiq-" + std::to_string(std::chrono::steady_clock::now().time_since_epoch().count()));
 };
 
 /// The file's bytes; empty when it does not exist.
@@ -41,12 +38,10 @@ inline std::string readFile(const std::filesystem::path& path) {
 
 /// The lines of a text, without their line ends (LF or CRLF).
 inline std::vector<std::string> linesOf(const std::string& text) {
+  std::istringstream in(text);
   std::vector<std::string> lines;
-  for (std::size_t start = 0; start < text.size();) {
-    const std::size_t end = std::min(text.find('\n', start), text.size());
-    const bool crlf = end > start && text[end - 1] == '\r';
-    lines.push_back(text.substr(start, end - start - (crlf ? 1 : 0)));
-    start = end + 1;
+  for (std::string line; std::getline(in, line);) {
+    lines.push_back(line.substr(0, line.size() - (line.ends_with('\r') ? 1 : 0)));
   }
   return lines;
 }

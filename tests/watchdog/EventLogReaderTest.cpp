@@ -1,24 +1,18 @@
-// The readers, unchanged, on the stand-in for the system's event log.
+// The readers, unchanged, on the stand-in for the system's event log. What the queries find is shown by the whole
+// program.
 #include <nlohmann/json.hpp>
 
-#include "logging/WatchdogLog.h"
-#include "tests/support/Logs.h"
 #include "tests/support/Test.h"
-#include "tests/support/TestFiles.h"
 #include "watchdog/EventLogReader.h"
 
 namespace sentiq {
-namespace {
 
-using Lines = std::vector<std::string>;
-using testing::ElementsAre;
-
-std::string event(int number, const std::string& data) {
+static std::string event(int number, const std::string& data) {
   return "<Event xmlns='x'><System><EventID Qualifiers='0'>1000</EventID><EventRecordID>" + std::to_string(number) +
          "</EventRecordID></System><EventData><Data>1</Data><Data>Canvix.exe</Data>" + data + "</EventData></Event>";
 }
 
-class EventLogReader : public testing::Test {
+class EventLogReader : public Test {
  protected:
   EventLogReader() {
     configureWatchdogLog(1, log_.wstring(), initial_.wstring(), false);
@@ -36,7 +30,7 @@ class EventLogReader : public testing::Test {
 
   // What stands behind the tag of each line since the last call: an event's record number, or the text itself.
   Lines take(const std::filesystem::path& log) {
-    Lines lines = test::readLog(log);
+    Lines lines = readLog(log);
     for (std::string& line : lines) {
       EXPECT_TRUE(line.starts_with("[PROCESS] ")) << line;
       line.erase(0, 10);
@@ -50,7 +44,7 @@ class EventLogReader : public testing::Test {
         reinterpret_cast<void*>(GetProcAddress(GetModuleHandleW(L"wevtapi.dll"), "openEventHandles")))();
   }
 
-  test::TempFolder folder_;
+  TempFolder folder_;
   std::filesystem::path log_ = folder_ / "watchdog.log";
   std::filesystem::path initial_ = folder_ / "initial.log";
 };
@@ -58,9 +52,9 @@ class EventLogReader : public testing::Test {
 TEST_F(EventLogReader, AChannelThatCannotBeOpened) {
   readShutdownEvents(L"System", LogTarget::WatchdogInitialLog);
   EXPECT_THAT(take(initial_), ElementsAre("EvtQuery failed"));
-  testing::internal::CaptureStdout();
+  internal::CaptureStdout();
   dumpChannel(L"System");
-  EXPECT_EQ(testing::internal::GetCapturedStdout(), "EvtQuery failed for System with error: 15007\n");
+  EXPECT_EQ(internal::GetCapturedStdout(), "EvtQuery failed for System with error: 15007\n");
   EXPECT_FALSE(std::filesystem::exists(log_));
 }
 
@@ -109,7 +103,7 @@ TEST_F(EventLogReader, EveryTextThatCanBeWrittenIs) {
   const std::string hard = "\"q\" \\b\\ \r\n\t \u00FC \u65E5\u672C \U0001F600 &lt;";
   fill(4, {hard, "{LONE}", "{MEGABYTE}", "{CONTROL}"});
   dumpChannel(L"System");
-  const Lines lines = test::linesOf(test::readFile(log_));
+  const Lines lines = linesOf(readFile(log_));
   EXPECT_THAT(take(log_), ElementsAre("4", "3", "2", ""));  // A lone surrogate is no text.
   const auto xmlOf = [](const std::string& line) {
     return nlohmann::json::parse(line.substr(line.find('{'))).at("xmlData").get<std::string>();
@@ -125,5 +119,4 @@ TEST_F(EventLogReader, EveryTextThatCanBeWrittenIs) {
   EXPECT_EQ(xmlOf(lines.at(2)), event(2, std::string(1'000'000, 'm')));
 }
 
-}  // namespace
 }  // namespace sentiq
