@@ -1,0 +1,93 @@
+#include <windows.h>
+
+#include <shellapi.h>
+#include <tlhelp32.h>
+
+#include "examples/StartSentiq.h"
+#include "tests/endtoend/RunTest.h"
+
+namespace sentiq::test {
+namespace {
+
+using canvix::SentiqSession;
+using testing::Contains;
+
+TEST(StartSentiq, ArgumentsAreReadBackAsTheyWere) {
+  for (const wchar_t* const argument :
+       {L"", L"plain", L"C:\\My Logs\\", L"two\\\\", L"a\"b", L"a\\\"b\\\\\" c", L"\"", L"\t", L"\u65E5\U0001F600"}) {
+    const std::wstring line = L"program.exe " + canvix::quotedArgument(argument) + L" next";
+    int count = 0;
+    wchar_t** const read = CommandLineToArgvW(line.c_str(), &count);
+    ASSERT_EQ(count, 3) << std::filesystem::path(line);
+    EXPECT_EQ(std::wstring(read[1]), argument) << std::filesystem::path(line);
+    LocalFree(read);
+  }
+}
+
+TEST(StartSentiq, OnlyWhoNeitherRunsNorEndedNormallyIsAbnormalAndOldLogsGo) {
+  const TempFolder folder;
+  const auto logs = folder / L"made \u65E5" / L"too";
+  const auto begin = [&](const wchar_t* id) { return SentiqSession(logs, id, 2); };
+  EXPECT_EQ(begin(L"crashed").lastAbnormal(), L"");
+  SentiqSession second = begin(L"second");
+  EXPECT_EQ(second.lastAbnormal(), L"crashed");
+  SentiqSession third = begin(L"third");
+  EXPECT_EQ(third.lastAbnormal(), L"");
+  second.endNormally();
+  std::filesystem::create_directory(logs / "foreign");
+  third.endNormally();
+  EXPECT_EQ(begin(L"fourth").lastAbnormal(), L"");
+  EXPECT_FALSE(std::filesystem::exists(logs / "session-crashed"));
+  for (const char* const kept : {"session-second", "session-third", "session-fourth", "foreign"}) {
+    EXPECT_TRUE(std::filesystem::exists(logs / kept)) << kept;
+  }
+}
+
+/// The program that this Canvix started; null when there is none.
+KernelHandle programOf(const ChildProcess& canvix) {
+  const KernelHandle snapshot(CreateToolhelp32Snapshot(TH32CS_SNAPPROCESS, 0));
+  PROCESSENTRY32W entry{};
+  entry.dwSize = sizeof entry;
+  for (BOOL more = Process32FirstW(snapshot.get(), &entry); more; more = Process32NextW(snapshot.get(), &entry)) {
+    if (entry.th32ParentProcessID == canvix.pid()) {
+      return KernelHandle(OpenProcess(PROCESS_TERMINATE | SYNCHRONIZE, FALSE, entry.th32ProcessID));
+    }
+  }
+  return KernelHandle();
+}
+
+// The first job lets its processes go and ends those that stay; the second lets none go.
+TEST(StartSentiq, TheProgramOutlivesTheJobAndTheNextOneHearsOfTheEnd) {
+  const TempFolder folder;
+  const auto logs = folder / L"My logs \U0001F600";
+  useSampleEvents();
+  const struct {
+    const wchar_t* session;
+    DWORD limits;
+    const char* before;
+  } runs[] = {
+      {L"first", JOB_OBJECT_LIMIT_BREAKAWAY_OK | JOB_OBJECT_LIMIT_KILL_ON_JOB_CLOSE, ""},
+      {L"second", 0, "first"},
+  };
+  for (const auto& [session, limits, before] : runs) {
+    const auto own = logs / (std::wstring(L"session-") + session);
+    KernelHandle job(CreateJobObjectW(nullptr, nullptr));
+    JOBOBJECT_EXTENDED_LIMIT_INFORMATION information{};
+    information.BasicLimitInformation.LimitFlags = limits;
+    SetInformationJobObject(job.get(), JobObjectExtendedLimitInformation, &information, sizeof information);
+    ChildProcess canvix(L"Canvix.exe", L"3600 \"" + logs.wstring() + L"\" " + session);
+    ASSERT_TRUE(AssignProcessToJobObject(job.get(), canvix.handle()));
+    EXPECT_TRUE(eventually([&] { return readLog(own / "CanvixSentiqSession.log").size() >= 3; }));
+    const KernelHandle program = programOf(canvix);
+    job = KernelHandle();
+    canvix.end();
+    EXPECT_TRUE(eventually([&] { return count(own / "CanvixSentiqSession.log", exitLine) == 1; }));
+    const Lines initial = readLog(own / "CanvixWatchdogInfoInitialSession.log");
+    EXPECT_EQ(initial.empty() ? "" : initial[0], *before == 0 ? "" : systemHead + "OrbelSessionID: " + before);
+    EXPECT_TRUE(TerminateProcess(program.get(), 0));
+    WaitForSingleObject(program.get(), 10'000);
+  }
+}
+
+}  // namespace
+}  // namespace sentiq::test
