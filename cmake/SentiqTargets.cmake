@@ -15,6 +15,9 @@ if(WIN32)
 endif()
 if(MSVC)
   target_compile_options(sentiq_options INTERFACE /W4 /permissive- /utf-8 /Zc:__cplusplus)
+  # CMake's /EHsc takes it that functions declared extern "C" never throw; the crash client's may.
+  target_compile_options(sentiq_options INTERFACE /EHs /EHc-)
+  set(CMAKE_MSVC_DEBUG_INFORMATION_FORMAT ProgramDatabase)
   target_compile_definitions(sentiq_options INTERFACE _SILENCE_CXX17_CODECVT_HEADER_DEPRECATION_WARNING
     _CRT_SECURE_NO_WARNINGS)
   if(SENTIQ_WARNINGS_AS_ERRORS)
@@ -71,6 +74,8 @@ function(sentiq_program name)
   endif()
   if(MSVC)
     set_property(TARGET ${name} PROPERTY INTERPROCEDURAL_OPTIMIZATION_RELEASE ON)
+    # With debug information the linker else keeps what nobody calls, and functions that are alike.
+    target_link_options(${name} PRIVATE $<$<CONFIG:Release>:/DEBUG> $<$<CONFIG:Release>:/OPT:REF,ICF>)
   elseif(WIN32)
     target_compile_options(${name} PRIVATE ${sentiq_shipped_options})
     # As one piece, which comes out smaller than several.
