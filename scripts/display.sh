@@ -22,7 +22,7 @@ trap 'trap "" INT TERM; stop_display' EXIT
 line_of() {
   local line tries
   for ((tries = $3 * 10; tries > 0; tries--)); do
-    if read -r line <"$2"; then printf '%s\n' "${line%$'\r'}"; return; fi
+    if { read -r line <"$2"; } 2>/dev/null; then printf '%s\n' "${line%$'\r'}"; return; fi
     kill -0 "$1" 2>/dev/null || return 1
     sleep 0.1
   done
