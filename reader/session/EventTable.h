@@ -36,6 +36,7 @@ enum class Meaning : std::uint8_t {
   Memory,
   Disk,
   Hardware,
+  Battery,  // On it, not on mains.
 };
 
 struct EventWords {

@@ -44,8 +44,8 @@ struct Session {
   std::vector<EventRecord> events;  // Distinct.
   std::vector<MetricSample> metrics;
   std::unordered_map<std::size_t, Severity> counted;  // Distinct events that were not kept, by the hash of their text.
-  std::uint64_t eventCopies = 0;             // Events that were in the logs more than once.
-  std::optional<Instant> applicationCopied;  // When the Application channel was last copied.
+  std::uint64_t eventCopies = 0;                      // Events that were in the logs more than once.
+  std::optional<Instant> applicationCopied;           // When the Application channel was last copied.
 
   /// "session", "watchdog", "initial" or "unknown"; for an event its channel.
   std::string sourceOf(const LogEntry& entry) const;

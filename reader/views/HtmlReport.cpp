@@ -11,7 +11,7 @@
 #include <string_view>
 #include <vector>
 
-#include "reader/session/Outcome.h"
+#include "reader/session/Judgement.h"
 #include "reader/views/Chart.h"
 #include "reader/views/HtmlAssets.h"
 #include "reader/views/HtmlText.h"

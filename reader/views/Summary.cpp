@@ -14,7 +14,7 @@
 #include <nlohmann/json.hpp>
 
 #include "reader/input/CleanText.h"
-#include "reader/session/Outcome.h"
+#include "reader/session/Judgement.h"
 #include "reader/views/TextStyle.h"
 
 namespace sentiq {
@@ -141,47 +141,29 @@ std::vector<Fact> factsOf(const Session& session, const SessionSpan& span) {
   };
 }
 
-bool inSession(const SessionSpan& span, const LogEntry& entry) {
-  return entry.time && span.contains(*entry.time);
-}
-
-// Event and marker tell of the same sleep: the markers count where there are any.
-std::vector<Statement> powerStatements(const Session& session, const SessionSpan& span) {
-  const auto count = [&](Meaning meaning, bool events) {
-    return std::count_if(session.entries.begin(), session.entries.end(), [&](const LogEntry& entry) {
-      return entry.meaning == meaning && entry.event.has_value() == events && inSession(span, entry);
-    });
-  };
-  const auto more = [&](Meaning meaning) { return std::max(count(meaning, false), count(meaning, true)); };
-  std::vector<Statement> statements;
-  const auto state = [&](const char* what, std::ptrdiff_t times) {
-    if (times > 0) {
-      statements.push_back(
-          {Severity::Notice, std::string(what) + std::to_string(times) + (times == 1 ? " time" : " times")});
-    }
-  };
-  // A sleep empties the watchdog log, so that its resume may be all that is left of it.
-  state("The machine slept ", std::max(more(Meaning::Sleep), more(Meaning::Resume)));
-  state("Standby began or ended, or the display went on or off, ", count(Meaning::Standby, /*events=*/false));
-  return statements;
-}
-
 std::vector<std::string> gapsOf(const Session& session) {
   std::vector<std::string> gaps;
   const MetricSample* last = nullptr;
   bool slept = false;  // Since the last record.
+  Ticks set{};         // How far the clock was, since then.
   for (const LogEntry& entry : session.entries) {
     slept = slept || entry.meaning == Meaning::Sleep || entry.meaning == Meaning::Resume;
+    if (entry.meaning == Meaning::Clock && entry.event) {
+      set += clockChange(session.events[*entry.event]).value_or(Ticks{});
+    }
     if (!entry.metric) {
       continue;
     }
     const MetricSample& record = session.metrics[*entry.metric];
-    if (last != nullptr && record.time.instant - last->time.instant > longestInterval) {
-      gaps.push_back(showDuration(record.time.instant - last->time.instant) + " from " +
-                     showTime(last->time.instant, last->time.offset) + (slept ? " (the machine slept)" : ""));
+    const Ticks interval =
+        last != nullptr ? record.time.instant - last->time.instant - (slept ? Ticks{} : set) : Ticks{};
+    if (interval > longestInterval) {
+      gaps.push_back(showDuration(interval) + " from " + showTime(last->time.instant, last->time.offset) +
+                     (slept ? " (the machine slept)" : ""));
     }
     last = &record;
     slept = false;
+    set = Ticks{};
   }
   return gaps;
 }
@@ -207,30 +189,38 @@ std::vector<std::string> problemsOf(const LogSet& logs) {
     }
     problems.push_back("Left out, no log of CanvixSentiq: " + names);
   }
-  for (const auto& [role, note] : {std::pair(LogRole::Session, ""), std::pair(LogRole::Watchdog, ""),
-                                   std::pair(LogRole::Initial, " (written only after an abnormal end)")}) {
-    if (std::none_of(logs.files.begin(), logs.files.end(), [r = role](const auto& file) { return file.role == r; })) {
-      problems.push_back("No " + roleName(role) + " log" + note);
+  // There is an initial log only after a session that ended abnormally.
+  for (const LogRole role : {LogRole::Session, LogRole::Watchdog}) {
+    if (std::none_of(logs.files.begin(), logs.files.end(), [role](const auto& file) { return file.role == role; })) {
+      problems.push_back("No " + roleName(role) + " log");
     }
   }
   return problems;
 }
 
-// Empty when no single entry tells.
-std::vector<std::pair<std::string, std::string>> evidenceOf(const Session& session, const Outcome& outcome) {
-  if (outcome.evidence == nullptr) {
-    return {};
+// Empty fields are left out; null when no single entry tells.
+nlohmann::ordered_json evidenceOf(const Judgement& judgement) {
+  nlohmann::ordered_json object;
+  if (!judgement.time) {
+    return object;
   }
-  const LogEntry& entry = *outcome.evidence;
-  std::vector<std::pair<std::string, std::string>> evidence{{"time", isoTime(*entry.time, entry.offset)}};
-  if (entry.meaning == Meaning::Crash) {
-    const CrashPlace place = crashPlace(session.events[*entry.event]);
-    evidence.insert(evidence.end(), {{"module", place.module},
-                                     {"moduleVersion", place.version},
-                                     {"exception", place.exception},
-                                     {"offset", place.offset}});
+  object["time"] = isoTime(judgement.time->instant, judgement.time->offset);
+  const Evidence& evidence = judgement.evidence;
+  for (const auto& [key, text] :
+       {std::pair("module", &evidence.module), std::pair("moduleVersion", &evidence.moduleVersion),
+        std::pair("exception", &evidence.exception), std::pair("exceptionWords", &evidence.exceptionWords),
+        std::pair("offset", &evidence.offset), std::pair("hangKind", &evidence.hangKind),
+        std::pair("stopCode", &evidence.stopCode), std::pair("stopWords", &evidence.stopWords),
+        std::pair("canvixVersion", &evidence.canvixVersion), std::pair("reportId", &evidence.reportId),
+        std::pair("bucket", &evidence.bucket), std::pair("reportPath", &evidence.reportPath)}) {
+    if (!text->empty()) {
+      object[key] = *text;
+    }
   }
-  return evidence;
+  if (!evidence.dumps.empty()) {
+    object["dumps"] = evidence.dumps;
+  }
+  return object;
 }
 
 void appendList(std::string& text, std::string_view title, const std::vector<std::string>& items) {
@@ -246,16 +236,14 @@ void appendList(std::string& text, std::string_view title, const std::vector<std
 
 Summary summarize(const LogSet& logs, const Session& session) {
   const SessionSpan span = sessionSpan(session);
-  const Outcome outcome = judgeOutcome(session, span);
   Summary summary;
-  summary.outcome = outcome.word;
-  summary.evidence = evidenceOf(session, outcome);
-  summary.statements = {{outcome.severity, outcome.text}};
-  for (const Statement& statement : powerStatements(session, span)) {
-    summary.statements.push_back(statement);
+  summary.judgement = judge(session);
+  summary.statements = {summary.judgement.verdict};
+  for (const Before& before : summary.judgement.before) {
+    summary.statements.push_back({Severity::Warning, beforeText(before), before.entry});
   }
-  for (const Outcome& before : judgeBefore(session, span)) {
-    summary.statements.push_back({before.severity, before.text});
+  for (const Statement& statement : summary.judgement.others) {
+    summary.statements.push_back(statement);
   }
   summary.facts = factsOf(session, span);
   summary.gaps = gapsOf(session);
@@ -279,9 +267,13 @@ std::string summaryText(const Summary& summary, bool colour) {
 }
 
 std::string summaryJson(const Summary& summary) {
-  nlohmann::ordered_json object{{"outcome", summary.outcome}, {"evidence", nullptr}};
-  for (const auto& [key, value] : summary.evidence) {
-    object["evidence"][key] = value;
+  nlohmann::ordered_json object{{"outcome", summary.judgement.outcome}, {"evidence", evidenceOf(summary.judgement)}};
+  object["before"] = nlohmann::ordered_json::array();
+  for (const Before& before : summary.judgement.before) {
+    object["before"].push_back({{"kind", before.kind},
+                                {"time", isoTime(before.time, before.offset)},
+                                {"secondsEarlier", std::chrono::floor<std::chrono::seconds>(before.earlier).count()},
+                                {"text", before.text}});
   }
   for (const Statement& statement : summary.statements) {
     object["statements"].push_back({{"severity", severityName(statement.severity)}, {"text", statement.text}});

@@ -2,20 +2,14 @@
 #pragma once
 
 #include <string>
-#include <utility>
 #include <vector>
 
 #include <nlohmann/json.hpp>
 
-#include "reader/session/EventTable.h"
+#include "reader/session/Judgement.h"
 #include "reader/session/LogSet.h"
 
 namespace sentiq {
-
-struct Statement {
-  Severity severity;
-  std::string text;  // UTF-8, clean.
-};
 
 struct Fact {
   std::string label;
@@ -25,9 +19,8 @@ struct Fact {
 };
 
 struct Summary {
-  std::string outcome;  // One word for scripts: crashed, hung, ended, shutdown, power-loss, asleep or unknown.
-  std::vector<std::pair<std::string, std::string>> evidence;  // For scripts: when, and of a crash where.
-  std::vector<Statement> statements;                          // Never empty; the first one is what happened.
+  Judgement judgement;
+  std::vector<Statement> statements;  // Never empty; the first one is what happened, then what went before and others.
   std::vector<Fact> facts;
   std::vector<std::string> gaps;      // In the records.
   std::vector<std::string> problems;  // Files missing or damaged.

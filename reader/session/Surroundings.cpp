@@ -1,0 +1,198 @@
+#include "reader/session/Surroundings.h"
+
+#include <algorithm>
+#include <chrono>
+#include <cstddef>
+#include <cstdint>
+#include <iterator>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace sentiq {
+namespace {
+
+struct BeforeRow {
+  Meaning meaning;
+  const char* kind;
+  bool everyText;  // Else the last one of the kind is enough: several events tell of the same.
+};
+constexpr BeforeRow beforeRows[] = {
+    BeforeRow{Meaning::Display, "display", true},  BeforeRow{Meaning::Memory, "memory", false},
+    BeforeRow{Meaning::Disk, "disk", true},        BeforeRow{Meaning::Hardware, "hardware", true},
+    BeforeRow{Meaning::Battery, "battery", false}, BeforeRow{Meaning::Leak, "leak", false},
+    BeforeRow{Meaning::Resume, "resume", false},   BeforeRow{Meaning::Recovered, "hang", false},
+    BeforeRow{Meaning::Hang, "hang", false},       BeforeRow{Meaning::HangReport, "hang", false},
+};
+
+constexpr std::chrono::minutes shortlyBefore{10};
+
+// Of how much of the whole is left, and below how many MiB, something is nearly full.
+std::string fullText(const char* what, std::int64_t free, std::int64_t total, std::int64_t leastMib) {
+  const bool full = total > 0 && (free < leastMib || free < total / 100);
+  return full ? std::string(what) + " nearly full: " + std::to_string(free) + " of " + std::to_string(total) +
+                    " MiB free"
+              : std::string{};
+}
+
+// What the last record says, and which it is.
+void addFromRecords(const Session& session, Instant until, std::vector<Before>& before) {
+  for (std::size_t i = session.entries.size(); i-- > 0;) {
+    const LogEntry& entry = session.entries[i];
+    if (!entry.metric || !entry.time || *entry.time > until || until - *entry.time > shortlyBefore) {
+      continue;
+    }
+    const MetricSample& record = session.metrics[*entry.metric];
+    constexpr int nearlyEmpty = 5;
+    const std::string battery = record.battery.value_or(100) <= nearlyEmpty
+                                    ? "the battery was at " + std::to_string(*record.battery) + " %"
+                                    : std::string{};
+    for (const std::string& text : {fullText("the disk was", record.freeDisk, record.totalDisk, 1024),
+                                    fullText("the page file was", record.freeSwap, record.totalSwap, 512), battery}) {
+      if (!text.empty()) {
+        before.push_back(
+            {text == battery ? "battery" : "full", *entry.time, entry.offset, until - *entry.time, text, i});
+      }
+    }
+    return;
+  }
+}
+
+bool isClose(Instant a, Instant b) {
+  constexpr std::chrono::minutes close{2};
+  return std::chrono::abs(a - b) <= close;
+}
+
+struct Sleep {
+  std::optional<Instant> begin;
+  std::optional<Instant> end;
+};
+
+// Events before and after it, and the program's own lines, tell of the same sleep; a sleep empties the watchdog log, so
+// that its end may be all that is left of it.
+std::vector<Sleep> sleepsOf(const Session& session, const SessionSpan& span) {
+  std::vector<Sleep> sleeps;
+  for (const LogEntry& entry : session.entries) {
+    if (!entry.time || !span.contains(*entry.time)) {
+      continue;
+    }
+    Sleep* const last = sleeps.empty() ? nullptr : &sleeps.back();
+    if (entry.meaning == Meaning::Sleep) {
+      const bool same = last != nullptr && ((last->begin && isClose(*last->begin, *entry.time)) ||
+                                            (last->end && *last->end >= *entry.time));
+      if (!same) {
+        sleeps.push_back({entry.time, std::nullopt});
+      }
+    } else if (entry.meaning == Meaning::Resume) {
+      const auto told = entry.event ? parseTime(session.events[*entry.event].field("SleepTime")) : std::nullopt;
+      const bool same = last != nullptr && (!last->end || isClose(*last->end, *entry.time) ||
+                                            (told && last->begin && isClose(*last->begin, told->instant)));
+      if (same) {
+        last->end = entry.time;
+      } else {
+        sleeps.push_back({std::nullopt, entry.time});
+      }
+    }
+  }
+  return sleeps;
+}
+
+// The system tells each program at once how its display is, and standby events tell of standby themselves.
+std::size_t displayChanges(const Session& session, const SessionSpan& span) {
+  constexpr std::chrono::seconds atStart{15};
+  std::optional<Instant> first;  // Line of the watchdog log.
+  std::size_t changes = 0;
+  for (const LogEntry& entry : session.entries) {
+    if (!entry.time || entry.event || entry.role != LogRole::Watchdog) {
+      continue;
+    }
+    first = first.value_or(*entry.time);
+    const bool change =
+        entry.meaning == Meaning::Standby && span.contains(*entry.time) && *entry.time - *first > atStart;
+    const bool told =
+        change && std::any_of(session.entries.begin(), session.entries.end(), [&](const LogEntry& other) {
+          return other.meaning == Meaning::Standby && other.event && other.time && isClose(*other.time, *entry.time);
+        });
+    changes += change && !told ? 1 : 0;
+  }
+  return changes;
+}
+
+}  // namespace
+
+std::optional<Ticks> clockChange(const EventRecord& event) {
+  const auto from = parseTime(event.field("OldTime"));
+  const auto to = parseTime(event.field("NewTime"));
+  const bool readAnew = event.field("Reason") == "2";  // From the hardware's clock, after a sleep.
+  return from && to && !readAnew ? std::optional(to->instant - from->instant) : std::nullopt;
+}
+
+std::string inSentence(std::string words) {
+  for (const std::string_view begin : {"The ", "A ", "An ", "Error "}) {
+    if (words.starts_with(begin)) {
+      words.front() = static_cast<char>(words.front() + ('a' - 'A'));
+    }
+  }
+  return words;
+}
+
+std::string beforeText(const Before& before) {
+  return "Before it: " + before.text + ", " + showDuration(before.earlier) + " earlier";
+}
+
+std::vector<Before> whatWentBefore(const Session& session, Instant until, bool hangsToo) {
+  std::vector<Before> before;
+  for (std::size_t i = 0; i < session.entries.size(); ++i) {
+    const LogEntry& entry = session.entries[i];
+    const auto* const row = std::find_if(std::begin(beforeRows), std::end(beforeRows),
+                                         [&](const BeforeRow& r) { return r.meaning == entry.meaning; });
+    if (row == std::end(beforeRows) || !entry.time || *entry.time > until || until - *entry.time > shortlyBefore ||
+        (!hangsToo && row->kind == std::string_view("hang"))) {
+      continue;
+    }
+    std::string text = inSentence(entry.what);
+    std::erase_if(before, [&](const Before& earlier) {
+      return earlier.kind == row->kind && (!row->everyText || earlier.text == text);
+    });
+    before.push_back({row->kind, *entry.time, entry.offset, until - *entry.time, std::move(text), i});
+  }
+  addFromRecords(session, until, before);
+  std::stable_sort(before.begin(), before.end(), [](const Before& a, const Before& b) { return a.time < b.time; });
+  constexpr std::size_t most = 8;
+  before.erase(before.begin(), before.end() - static_cast<std::ptrdiff_t>(std::min(most, before.size())));
+  return before;
+}
+
+std::vector<Statement> machineStatements(const Session& session, const SessionSpan& span) {
+  std::vector<Statement> statements;
+  const auto state = [&](const char* what, std::size_t times) {
+    if (times > 0) {
+      statements.push_back(
+          {Severity::Notice, std::string(what) + std::to_string(times) + (times == 1 ? " time" : " times")});
+    }
+  };
+  state("The machine slept ", sleepsOf(session, span).size());
+  state("Modern standby began ", static_cast<std::size_t>(std::count_if(
+                                     session.entries.begin(), session.entries.end(), [&](const LogEntry& entry) {
+                                       return entry.meaning == Meaning::Standby && entry.event && entry.time &&
+                                              span.contains(*entry.time) && session.events[*entry.event].id == 506;
+                                     })));
+  state("The display went on or off, or standby began or ended, ", displayChanges(session, span));
+  for (std::size_t i = 0; i < session.entries.size(); ++i) {
+    constexpr std::chrono::seconds worthALine{10};
+    const LogEntry& entry = session.entries[i];
+    if (entry.meaning != Meaning::Clock || !entry.time || !span.contains(*entry.time)) {
+      continue;
+    }
+    const Ticks change = clockChange(session.events[*entry.event]).value_or(Ticks{});
+    if (std::chrono::abs(change) >= worthALine) {
+      statements.push_back(
+          {Severity::Notice,
+           entry.what + ", " + showDuration(std::chrono::abs(change)) + (change > Ticks{} ? " forward" : " back"), i});
+    }
+  }
+  return statements;
+}
+
+}  // namespace sentiq

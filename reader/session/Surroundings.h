@@ -1,0 +1,22 @@
+// What else the entries of a session tell: what went before its end, sleeps, the clock.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "reader/session/Judgement.h"
+#include "reader/session/Session.h"
+
+namespace sentiq {
+
+/// @param until the failure or the fall of the machine.
+/// @param hangsToo whether a hang is something that went before.
+std::vector<Before> whatWentBefore(const Session& session, Instant until, bool hangsToo);
+
+/// Sleeps, standby, a clock that was set.
+std::vector<Statement> machineStatements(const Session& session, const SessionSpan& span);
+
+/// The words of an entry as they stand within a sentence.
+std::string inSentence(std::string words);
+
+}  // namespace sentiq
