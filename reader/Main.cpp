@@ -29,6 +29,12 @@ Progress progressFor(bool outputIsText) {
   return Progress(messagesAreTerminal() && !(outputIsText && outputIsTerminal()) ? &std::cerr : nullptr);
 }
 
+void needFiles(const std::vector<std::string>& files) {
+  if (files.empty() || std::count(files.begin(), files.end(), "-") > 0) {
+    throw CLI::ValidationError("--follow", "needs files, not standard input");
+  }
+}
+
 void addDecode(CLI::App& app, int& exitCode) {
   CLI::App* const command = app.add_subcommand("decode", "Write logs as plain text, line by line");
   const auto options = std::make_shared<DecodeOptions>();
@@ -44,9 +50,8 @@ void addDecode(CLI::App& app, int& exitCode) {
   command->callback([options, &exitCode] {
     options->colour = colourWanted();
     Progress progress = progressFor(/*outputIsText=*/true);
-    if (options->follow &&
-        (options->files.empty() || std::count(options->files.begin(), options->files.end(), "-") > 0)) {
-      throw CLI::ValidationError("--follow", "needs files, not standard input");
+    if (options->follow) {
+      needFiles(options->files);
     }
     static const std::atomic<bool> never{false};  // Without --follow, Ctrl-C ends the process by itself.
     exitCode =
@@ -85,6 +90,7 @@ void addTimeline(CLI::App& app, int& exitCode) {
     std::vector<std::string> inputs;
     std::string since;
     std::string until;
+    bool follow = false;
     TimelineOptions timeline;
   };
   CLI::App* const command = app.add_subcommand("timeline", "All logs in time order, one readable line per entry");
@@ -101,11 +107,21 @@ void addTimeline(CLI::App& app, int& exitCode) {
       ->delimiter(',')
       ->allow_extra_args(false);
   command->add_flag("--json", options->timeline.json, "One JSON object per line");
-  command->footer("Example:\n  sentiq-logs timeline --since 2025-01-31T14:00 --source system,application logs/");
+  command->add_flag("-f,--follow", options->follow,
+                    "Go on as the logs grow, are emptied or appear, in the order in which lines come; end with Ctrl-C");
+  command->footer(
+      "Examples:\n"
+      "  sentiq-logs timeline --since 2025-01-31T14:00 --source system,application logs/\n"
+      "  sentiq-logs timeline --follow logs/");
   command->callback([options, &exitCode] {
     options->timeline.colour = colourWanted();
     options->timeline.since = parseLocalTime(options->since);
     options->timeline.until = parseLocalTime(options->until);
+    if (options->follow) {
+      needFiles(options->inputs);
+      followTimeline(options->inputs, options->timeline, std::cout, stopRequested());
+      return;
+    }
     const LogSet logs = readWithProgress(options->inputs, Keep::AllEvents);
     writeTimeline(logs, options->timeline, std::cout);
     exitCode = exitCodeOf(logs);

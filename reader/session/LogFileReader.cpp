@@ -86,7 +86,7 @@ void LogFileReader::take(const Line& line) {
   }
 }
 
-std::vector<SessionPart> LogFileReader::finish() {
+std::vector<SessionPart> LogFileReader::takeOut() {
   for (SessionPart& part : parts_) {
     std::vector<LogEntry>& entries = part.session.entries;
     // Lines before the first time stamp take the first one's time.
@@ -105,7 +105,17 @@ std::vector<SessionPart> LogFileReader::finish() {
       file_.role = part.role;
     }
   }
-  return std::move(parts_);
+  std::vector<SessionPart> taken = std::exchange(parts_, {});
+  lastContinues_ = false;
+  damagedRun_ = 0;
+  if (!taken.empty()) {
+    const SessionPart& last = taken.back();
+    SessionPart& next = parts_.emplace_back();
+    next.role = last.role;
+    next.session.id = last.session.id;
+    next.session.processId = last.session.processId;
+  }
+  return taken;
 }
 
 SessionPart& LogFileReader::part() {

@@ -32,8 +32,9 @@ class LogFileReader {
 
   void take(const Line& line);
 
-  /// The file ends here. In the file's order; none for a file without any entry.
-  std::vector<SessionPart> finish();
+  /// What came since the last call, or ever, in the file's order; none for a file without any entry. When reading goes
+  /// on, the next part begins with the last one's role and names.
+  std::vector<SessionPart> takeOut();
 
  private:
   SessionPart& part();

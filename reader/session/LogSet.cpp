@@ -199,7 +199,7 @@ LogSet readLogs(const std::vector<LogInput>& files, std::istream& standardInput,
     file.readable =
         readInput(input.name, standardInput, progress, [&](std::string_view bytes) { splitter.feed(bytes, visit); });
     splitter.finish(visit);
-    std::vector<SessionPart> found = reader.finish();
+    std::vector<SessionPart> found = reader.takeOut();
     if (input.fromFolder && file.readable && file.role == LogRole::Unknown) {  // Another program's log.
       set.leftOut.push_back(input.name);
       set.files.pop_back();

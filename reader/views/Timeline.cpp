@@ -1,15 +1,26 @@
 #include "reader/views/Timeline.h"
 
 #include <algorithm>
+#include <atomic>
+#include <chrono>
 #include <cstddef>
+#include <list>
 #include <optional>
 #include <ostream>
 #include <string>
 #include <string_view>
+#include <thread>
+#include <unordered_set>
+#include <utility>
+#include <vector>
 
 #include <nlohmann/json.hpp>
 
+#include "reader/console/Console.h"
 #include "reader/input/CleanText.h"
+#include "reader/input/FollowedFile.h"
+#include "reader/input/LineSplitter.h"
+#include "reader/session/LogFileReader.h"
 #include "reader/views/TextStyle.h"
 
 namespace sentiq {
@@ -42,13 +53,14 @@ std::string textLine(const LogEntry& entry, const std::string& source, bool colo
          styled(entry.severity, padded(severityName(entry.severity), 7) + "  " + what, colour);
 }
 
-std::string jsonLine(const LogSet& logs, const Session& session, const LogEntry& entry, const std::string& source) {
+std::string jsonLine(const LogFileInfo& file, const Session& session, const LogEntry& entry,
+                     const std::string& source) {
   nlohmann::ordered_json object;
   object["time"] = entry.time ? nlohmann::ordered_json(isoTime(*entry.time, entry.offset)) : nullptr;
   object["source"] = source;
   object["severity"] = severityName(entry.severity);
   object["what"] = entry.what;
-  object["file"] = logs.files[entry.file].name;
+  object["file"] = file.name;
   object["line"] = entry.line;
   if (entry.event) {
     const EventRecord& event = session.events[*entry.event];
@@ -61,17 +73,87 @@ std::string jsonLine(const LogSet& logs, const Session& session, const LogEntry&
   return object.dump(/*indent=*/-1, ' ', /*ensure_ascii=*/false, nlohmann::ordered_json::error_handler_t::replace);
 }
 
+void writeEntry(const LogFileInfo& file, const Session& session, const LogEntry& entry, const TimelineOptions& options,
+                std::ostream& out) {
+  const std::string source = session.sourceOf(entry);
+  if (isWanted(entry, source, options)) {
+    out << (options.json ? jsonLine(file, session, entry, source) : textLine(entry, source, options.colour)) << '\n';
+  }
+}
+
+// A log that grows, and what was understood of it.
+class FollowedLog {
+ public:
+  explicit FollowedLog(LogInput input) : input_(std::move(input)), file_(pathFromText(input_.name)) {
+    info_.name = input_.name;
+    reader_.emplace(info_, 0, Keep::AllEvents);
+  }
+
+  const std::string& name() const { return input_.name; }
+
+  /// @param events the keys of those that were shown, of all logs.
+  void poll(const TimelineOptions& options, std::unordered_set<std::string>& events, std::ostream& out,
+            const std::atomic<bool>& stop) {
+    const LineSplitter::Visit visit = [this](const Line& line) { reader_->take(line); };
+    const auto startAnew = [&] {
+      splitter_.finish(visit);
+      show(options, events, out);
+      splitter_ = LineSplitter();
+      reader_.emplace(info_, 0, Keep::AllEvents);
+    };
+    file_.poll({[&](std::string_view bytes) {
+                  splitter_.feed(bytes, visit);
+                  show(options, events, out);
+                },
+                startAnew},
+               stop);
+  }
+
+ private:
+  void show(const TimelineOptions& options, std::unordered_set<std::string>& events, std::ostream& out) {
+    for (const SessionPart& part : reader_->takeOut()) {
+      for (const LogEntry& entry : part.session.entries) {
+        const bool known = !input_.fromFolder || part.role != LogRole::Unknown;  // A folder holds other logs, too.
+        if (known && (!entry.event || events.insert(part.session.events[*entry.event].key()).second)) {
+          writeEntry(info_, part.session, entry, options, out);
+        }
+      }
+    }
+  }
+
+  LogInput input_;
+  LogFileInfo info_;
+  FollowedFile file_;
+  LineSplitter splitter_;
+  std::optional<LogFileReader> reader_;
+};
+
 }  // namespace
 
 void writeTimeline(const LogSet& logs, const TimelineOptions& options, std::ostream& out) {
   for (const Session& session : logs.sessions) {
     for (const LogEntry& entry : session.entries) {
-      const std::string source = session.sourceOf(entry);
-      if (isWanted(entry, source, options)) {
-        out << (options.json ? jsonLine(logs, session, entry, source) : textLine(entry, source, options.colour))
-            << '\n';
+      writeEntry(logs.files[entry.file], session, entry, options, out);
+    }
+  }
+}
+
+void followTimeline(const std::vector<std::string>& inputs, const TimelineOptions& options, std::ostream& out,
+                    const std::atomic<bool>& stop) {
+  constexpr std::chrono::milliseconds pollInterval{200};
+  std::list<FollowedLog> logs;
+  std::unordered_set<std::string> events;
+  while (!stop && out.good()) {
+    for (LogInput& input : findLogs(inputs)) {
+      if (std::none_of(logs.begin(), logs.end(), [&](const FollowedLog& log) { return log.name() == input.name; })) {
+        logs.emplace_back(std::move(input));
       }
     }
+    for (FollowedLog& log : logs) {
+      log.poll(options, events, out, stop);
+    }
+    out.flush();
+    std::this_thread::sleep_for(pollInterval);
   }
 }
 

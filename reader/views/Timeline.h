@@ -1,6 +1,7 @@
 // All entries of each session's logs, one readable line each, in time order; the oldest session first.
 #pragma once
 
+#include <atomic>
 #include <iosfwd>
 #include <optional>
 #include <string>
@@ -17,6 +18,11 @@ struct TimelineOptions {
   bool json = false;
   bool colour = false;
 };
+
+/// The same lines as the logs grow, are emptied or appear, in the order in which they come; each event once. Returns
+/// once stop is set or out fails. @param inputs files, which need not be there yet, and folders.
+void followTimeline(const std::vector<std::string>& inputs, const TimelineOptions& options, std::ostream& out,
+                    const std::atomic<bool>& stop);
 
 void writeTimeline(const LogSet& logs, const TimelineOptions& options, std::ostream& out);
 
