@@ -136,13 +136,16 @@ void addSummary(CLI::App& app, int& exitCode) {
   CLI::App* const command = app.add_subcommand("summary", "What happened, in one line, and the figures behind it");
   const auto options = std::make_shared<Options>();
   addInputs(command, options->inputs);
-  command->add_flag("--json", options->json, "One JSON object");
+  command->add_flag("--json", options->json, "One JSON object per session");
   command->footer("Example:\n  sentiq-logs summary --json logs/ | jq -r .outcome");
   command->callback([options, &exitCode] {
     const LogSet logs = readWithProgress(options->inputs, Keep::WhatMatters);
-    for (const Session& session : logs.sessions) {
-      const Summary summary = summarize(logs, session);
-      std::cout << (options->json ? summaryJson(summary) : summaryText(summary, colourWanted())) << '\n';
+    if (options->json) {
+      for (const Session& session : logs.sessions) {
+        std::cout << summaryJson(summarize(logs, session)) << '\n';
+      }
+    } else {
+      std::cout << summaryText(logs, colourWanted());
     }
     exitCode = exitCodeOf(logs);
   });

@@ -72,7 +72,7 @@ constexpr EventRow eventRows[] = {
              "The machine crashed with the blue screen {param1:stop}{, dump |param2}"},
     EventRow{41, kernelPower, Meaning::SystemCrash, Severity::Error,
              "The machine crashed with the blue screen {BugcheckCode:decimal stop}", "BugcheckCode"},
-    EventRow{41, kernelPower, Meaning::PowerLoss, Severity::Error, "The machine lost power while it was asleep",
+    EventRow{41, kernelPower, Meaning::PowerLoss, Severity::Error, "The machine lost power during sleep",
              "SleepInProgress|ConnectedStandbyInProgress"},
     EventRow{41, kernelPower, Meaning::PowerLoss, Severity::Error,
              "The power button was held until the machine went off",

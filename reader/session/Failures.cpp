@@ -4,6 +4,7 @@
 #include <charconv>
 #include <chrono>
 #include <cstdint>
+#include <iterator>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -29,6 +30,22 @@ std::string reportIdOf(const EventRecord& event) {
   const std::string& own = event.field("ReportId");
   return own.empty() ? event.field("IntegratorReportId") : own;
 }
+
+// Where the reports of a kind, by the beginning of its name, have what; empty where they do not.
+struct ReportLayout {
+  std::string_view kind;
+  std::string_view version;
+  std::string_view module;
+  std::string_view moduleVersion;
+  std::string_view exception;
+  std::string_view offset;
+};
+constexpr ReportLayout reportLayouts[] = {
+    ReportLayout{"BEX", "P2", "P4", "P5", "P8", "P7"},        ReportLayout{"CLR20r3", "P2", "P4", "P5", "P9", ""},
+    ReportLayout{"InPageError", "P2", "", "", "P4", ""},      ReportLayout{"MoBEX", "P3", "P5", "P6", "P9", "P8"},
+    ReportLayout{"MoAppCrash", "P3", "P5", "P6", "P8", "P9"}, ReportLayout{"", "P2", "P4", "P5", "P7", "P8"},
+};
+constexpr ReportLayout crashLayout{"", "AppVersion", "ModuleName", "ModuleVersion", "ExceptionCode", "FaultingOffset"};
 
 // Crash and report tell of the same failure: by their id, or, where ids do not help, because one soon follows the
 // other.
@@ -105,22 +122,26 @@ Evidence evidenceOf(const Session& session, const LogEntry& entry) {
     return evidence;
   }
   const EventRecord& event = eventOf(session, entry);
-  const bool overrun = beginsIgnoringCase(event.field("EventName"), "BEX");  // Offset and code change places there.
   const bool failure = isFailure(entry.meaning);
-  const auto either = [&](std::string_view name, std::string_view inReport) {
-    return !failure ? std::string{} : event.field(isReport(entry) ? inReport : name);
-  };
-  evidence.canvixVersion = either("AppVersion", "P2");
+  const ReportLayout& layout =
+      !isReport(entry)
+          ? crashLayout
+          : *std::find_if(std::begin(reportLayouts), std::end(reportLayouts), [&](const ReportLayout& row) {
+              return beginsIgnoringCase(event.field("EventName"), row.kind);
+            });
+  evidence.canvixVersion = failure ? event.field(layout.version) : "";
   if (entry.meaning == Meaning::Crash || entry.meaning == Meaning::CrashReport) {
-    evidence.module = either("ModuleName", "P4");
-    evidence.moduleVersion = either("ModuleVersion", "P5");
-    const std::string exception = either("ExceptionCode", overrun ? "P8" : "P7");
-    const std::string offset = either("FaultingOffset", overrun ? "P7" : "P8");
-    const auto code = parseHex(exception);
-    evidence.exception = code ? showHex(*code) : exception;
-    evidence.exceptionWords = code ? codeWords(CodeKind::Exception, *code) : std::string_view{};
-    const auto place = parseHex(offset);
-    evidence.offset = place ? showHex(*place) : offset;
+    evidence.module = event.field(layout.module);
+    evidence.moduleVersion = event.field(layout.moduleVersion);
+    evidence.exception = event.field(layout.exception);
+    evidence.offset = event.field(layout.offset);
+    for (std::string* const number : {&evidence.exception, &evidence.offset}) {
+      const bool digits = number->find_first_not_of("0123456789abcdefABCDEFxX") == std::string::npos;
+      if (const auto value = digits ? parseHex(*number) : std::nullopt) {
+        *number = showHex(*value);
+      }
+    }
+    evidence.exceptionWords = codeWords(CodeKind::Exception, parseHex(evidence.exception).value_or(0));
   } else if (failure) {
     evidence.hangKind = event.field("HangType") == "Unknown" ? "" : event.field("HangType");
   }

@@ -22,7 +22,7 @@ namespace {
 
 // A shutdown closes programs within minutes. One that began after the exit is not its cause; both are written within
 // seconds of each other.
-constexpr std::chrono::minutes shutdownLead{5};
+constexpr std::chrono::minutes shutdownLead{10};
 constexpr std::chrono::seconds sameTime{10};
 constexpr std::chrono::seconds shutdownDone{30};
 // Records come every ten seconds.
@@ -108,6 +108,7 @@ class Judge {
   const LogEntry* sleepAtLast() const;
   bool fellThen(const std::vector<const LogEntry*>& tellers) const;
   void sayOtherFailures();
+  void sayLater();
   void sayTimeBefore();
 
   const Session& session_;
@@ -129,7 +130,11 @@ Judge::Judge(const Session& session) : session_(session), span_(sessionSpan(sess
   }
   exit_ = find(Which::First, {Meaning::Exit});
   process_.begin = span_.begin;
-  process_.over = exit_ != nullptr ? exit_->time : span_.end;
+  process_.over = span_.end;
+  for (const LogEntry& entry : session.entries) {  // The records, where there are any, end with the process.
+    process_.over = entry.role == LogRole::Session && entry.time ? entry.time : process_.over;
+  }
+  process_.over = exit_ != nullptr ? exit_->time : process_.over;
 }
 
 Judgement Judge::judge() {
@@ -141,6 +146,7 @@ Judgement Judge::judge() {
     }
   }
   sayOtherFailures();
+  sayLater();
   for (Statement& statement : machineStatements(session_, span_)) {
     result_.others.push_back(std::move(statement));
   }
@@ -245,7 +251,7 @@ void Judge::judgeExit() {
 
 // The sleep after which nothing more was written.
 const LogEntry* Judge::sleepAtLast() const {
-  const LogEntry* const power = find(Which::Last, {Meaning::Sleep, Meaning::Resume}, {}, process_.over);
+  const LogEntry* const power = find(Which::Last, {Meaning::Sleep, Meaning::Resume}, {}, span_.end);
   const bool sleep = power != nullptr && power->meaning == Meaning::Sleep && *power->time >= *process_.over - lastSign;
   return sleep ? power : nullptr;
 }
@@ -254,15 +260,18 @@ const LogEntry* Judge::sleepAtLast() const {
 bool Judge::fellThen(const std::vector<const LogEntry*>& tellers) const {
   constexpr std::chrono::minutes heartbeat{10};  // How exactly the system knows.
   bool told = false;
+  bool asleep = sleepAtLast() != nullptr;
   for (const LogEntry* const teller : tellers) {
-    for (const Instant time : timesToldBy(session_.events[*teller->event], *teller)) {
+    const EventRecord& event = session_.events[*teller->event];
+    asleep = asleep || isSet(event, "SleepInProgress") || isSet(event, "ConnectedStandbyInProgress");
+    for (const Instant time : timesToldBy(event, *teller)) {
       if (std::chrono::abs(time - *process_.over) <= heartbeat) {
         return true;
       }
       told = told || time > *process_.over;
     }
   }
-  return !told && (sleepAtLast() != nullptr || *tellers.front()->time - *process_.over <= soonRestarted);
+  return !told && (asleep || *tellers.front()->time - *process_.over <= soonRestarted);
 }
 
 bool Judge::judgeFall() {
@@ -318,12 +327,6 @@ void Judge::judgeStop() {
   } else {
     conclude("unknown", Severity::Notice, "How the session ended is unknown: the logs stop while Canvix runs", nullptr);
   }
-  if (const LogEntry* const later =
-          find(Which::First, {Meaning::PowerLoss, Meaning::SystemCrash, Meaning::ShutdownBegun, Meaning::ShutdownDone},
-               over + lastSign)) {
-    say(Severity::Notice, "Later, " + showDuration(*later->time - over) + " after the last line: " + later->what,
-        *later);
-  }
 }
 
 void Judge::sayOtherFailures() {
@@ -346,6 +349,22 @@ void Judge::sayOtherFailures() {
     } else if (entry.meaning == Meaning::Recovered && span_.contains(*entry.time) && told.insert(-2).second) {
       say(Severity::Notice, "Canvix did not respond for a while and recovered" + at(entry), entry);
     }
+  }
+}
+
+// That the machine went down later proves nothing, but is worth a line.
+void Judge::sayLater() {
+  constexpr std::chrono::hours soonEnough{24};
+  const bool open = result_.outcome == "ended" || result_.outcome == "asleep" || result_.outcome == "unknown";
+  if (!open || !process_.over) {
+    return;
+  }
+  const Instant over = *process_.over;
+  if (const LogEntry* const later =
+          find(Which::First, {Meaning::PowerLoss, Meaning::SystemCrash, Meaning::ShutdownBegun, Meaning::ShutdownDone},
+               over + sameTime, over + soonEnough)) {
+    say(Severity::Notice, "Later, " + showDuration(*later->time - over) + " after the end: " + inSentence(later->what),
+        *later);
   }
 }
 

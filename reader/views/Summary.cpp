@@ -232,6 +232,18 @@ void appendList(std::string& text, std::string_view title, const std::vector<std
   }
 }
 
+void appendSession(std::string& text, const Summary& summary, bool colour) {
+  for (const Statement& statement : summary.statements) {
+    text += styled(statement.severity, statement.text, colour) + '\n';
+  }
+  text += '\n';
+  constexpr std::size_t labelWidth = 26;
+  for (const Fact& fact : summary.facts) {
+    text += fact.label + std::string(labelWidth - std::min(labelWidth, fact.label.size()), ' ') + fact.text + '\n';
+  }
+  appendList(text, "Gaps of more than 15 s in the records", summary.gaps);
+}
+
 }  // namespace
 
 Summary summarize(const LogSet& logs, const Session& session) {
@@ -249,21 +261,6 @@ Summary summarize(const LogSet& logs, const Session& session) {
   summary.gaps = gapsOf(session);
   summary.problems = problemsOf(logs);
   return summary;
-}
-
-std::string summaryText(const Summary& summary, bool colour) {
-  std::string text;
-  for (const Statement& statement : summary.statements) {
-    text += styled(statement.severity, statement.text, colour) + '\n';
-  }
-  text += '\n';
-  constexpr std::size_t labelWidth = 26;
-  for (const Fact& fact : summary.facts) {
-    text += fact.label + std::string(labelWidth - std::min(labelWidth, fact.label.size()), ' ') + fact.text + '\n';
-  }
-  appendList(text, "Gaps of more than 15 s in the records", summary.gaps);
-  appendList(text, "Missing or damaged", summary.problems);
-  return text;
 }
 
 std::string summaryJson(const Summary& summary) {
@@ -284,6 +281,22 @@ std::string summaryJson(const Summary& summary) {
   object["gaps"] = summary.gaps;
   object["problems"] = summary.problems;
   return object.dump(/*indent=*/-1, ' ', /*ensure_ascii=*/false, nlohmann::ordered_json::error_handler_t::replace);
+}
+
+std::string summaryText(const LogSet& logs, bool colour) {
+  std::string text;
+  const std::size_t count = logs.sessions.size();
+  if (count > 1) {
+    text = std::to_string(count) + " sessions, the newest last\n";
+  }
+  for (std::size_t i = 0; i < count; ++i) {
+    if (count > 1) {
+      text += "\nSession " + std::to_string(i + 1) + " of " + std::to_string(count) + '\n';
+    }
+    appendSession(text, summarize(logs, logs.sessions[i]), colour);
+  }
+  appendList(text, "Missing or damaged", problemsOf(logs));
+  return text;
 }
 
 }  // namespace sentiq

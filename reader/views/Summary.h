@@ -23,16 +23,15 @@ struct Summary {
   std::vector<Statement> statements;  // Never empty; the first one is what happened, then what went before and others.
   std::vector<Fact> facts;
   std::vector<std::string> gaps;      // In the records.
-  std::vector<std::string> problems;  // Files missing or damaged.
+  std::vector<std::string> problems;  // Files of the set that are missing or damaged.
 };
 
-/// @param logs the set that the session is one of: it says what is missing or damaged.
 Summary summarize(const LogSet& logs, const Session& session);
-
-/// For a terminal.
-std::string summaryText(const Summary& summary, bool colour);
 
 /// One JSON object.
 std::string summaryJson(const Summary& summary);
+
+/// All sessions for a terminal, the newest last; how many there are, when there are several.
+std::string summaryText(const LogSet& logs, bool colour);
 
 }  // namespace sentiq

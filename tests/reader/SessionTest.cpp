@@ -98,7 +98,7 @@ TEST(Summary, NamesGapsDamageAndWhatIsMissing) {
   const Summary summary = summarize(logs, logs.sessions.front());
   EXPECT_THAT(summary.gaps, ElementsAre("40 s from 2025-01-31 12:59:50.000"));
   EXPECT_THAT(summary.problems, ElementsAre(HasSubstr("3 damaged or unfinished lines of 7"), "No watchdog log"));
-  EXPECT_THAT(summaryText(summary, /*colour=*/false), HasSubstr("70 of 1000 MiB at 2025-01-31 13:00:30.000"));
+  EXPECT_THAT(summaryText(logs, /*colour=*/false), HasSubstr("70 of 1000 MiB at 2025-01-31 13:00:30.000"));
 }
 
 TEST(Sessions, AreTakenApartByTheirHeaders) {
@@ -132,7 +132,7 @@ TEST(Summary, OfLogsThatTheProgramWrote) {
     EXPECT_EQ(logs.sessions.front().events.size(), 6) << form;
     const Summary summary = summarize(logs, logs.sessions.front());
     EXPECT_THAT(
-        summaryText(summary, /*colour=*/false),
+        summaryText(logs, /*colour=*/false),
         AllOf(testing::StartsWith("Canvix crashed at 2026-11-24 21:12:24.500: module PaintCore.dll 29.5.0.137, "
                                   "exception 0xc0000005 (access violation), offset 0x4d21f7\n"),
               HasSubstr("the shutdown at 20:58:31 on 23.11.2026 was unexpected"),
