@@ -34,7 +34,8 @@ class DataCapture {
   DataCapture(DataCapture&&) = delete;
   DataCapture& operator=(DataCapture&&) = delete;
 
-  /// The program's one capture, made on first use and destroyed when the program ends.
+  /// The program's one capture, made on first use. It goes with the process: a destructor that runs while the process
+  /// ends would wait for the capture thread.
   static DataCapture& instance();
 
   /// Starts the capture thread. While there is one nothing happens, except that the process id is passed on.

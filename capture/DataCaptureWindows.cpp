@@ -7,8 +7,9 @@
 namespace sentiq {
 
 DataCapture& DataCapture::instance() {
-  static DataCapture capture(std::make_unique<SystemInfoWindows>(), std::make_unique<TargetProcessWindows>());
-  return capture;
+  static auto* const capture =
+      new DataCapture(std::make_unique<SystemInfoWindows>(), std::make_unique<TargetProcessWindows>());
+  return *capture;
 }
 
 }  // namespace sentiq

@@ -12,8 +12,7 @@ namespace sentiq {
 /// A vectored exception handler; runs on whichever thread faults. Always lets the search for a handler go on.
 long recordExceptionCode(_EXCEPTION_POINTERS* pointers);
 
-/// Process-wide: every code seen so far. Codes are only added, by recordExceptionCode; the set lives from the first
-/// code to the process's end.
+/// Process-wide: every code seen so far. Codes are only added, by recordExceptionCode, from any thread.
 std::unordered_set<std::uint32_t>& recordedExceptionCodes();
 
 }  // namespace sentiq

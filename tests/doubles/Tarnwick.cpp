@@ -2,6 +2,9 @@
 //   TARNWICK_RECORD=file     one line for each call
 //   TARNWICK_FAULT=refuse    CrashReporterInitialize returns false
 //   TARNWICK_FAULT=throw     CrashReporterInitialize throws
+//   TARNWICK_FAULT=code      CrashReporterInitialize raises the exception with this code
+#include <windows.h>
+
 #include <cstdint>
 #include <cstdlib>
 #include <fstream>
@@ -26,6 +29,11 @@ bool CrashReporterInitialize(std::uintptr_t p1, const char* product, const char*
          ' ', p9, ' ', p10, ' ', p11, ' ', p12, ' ', p13, ' ', p14);
   const char* const given = std::getenv("TARNWICK_FAULT");
   const std::string fault = given == nullptr ? "" : given;
+  if (const auto code = std::strtoul(fault.c_str(), nullptr, 0)) {
+    // What nobody handles ends the process at once, without a debugger.
+    SetUnhandledExceptionFilter([](EXCEPTION_POINTERS*) -> LONG { return EXCEPTION_EXECUTE_HANDLER; });
+    RaiseException(code, EXCEPTION_NONCONTINUABLE, 0, nullptr);
+  }
   return fault == "throw" ? throw 137 : fault != "refuse";
 }
 
