@@ -28,9 +28,8 @@ constexpr BeforeRow beforeRows[] = {
 
 constexpr std::chrono::minutes shortlyBefore{10};
 
-// Of how much of the whole is left, and below how many MiB, something is nearly full.
 std::string fullText(const char* what, std::int64_t free, std::int64_t total, std::int64_t leastMib) {
-  const bool full = total > 0 && (free < leastMib || free < total / 100);
+  const bool full = free < std::max(total / 100, std::min(leastMib, total / 10));
   return full ? std::string(what) + " nearly full: " + std::to_string(free) + " of " + std::to_string(total) +
                     " MiB free"
               : std::string{};

@@ -3,6 +3,8 @@
 
 #include <sstream>
 
+#include <nlohmann/json.hpp>
+
 #include "logging/LogEncoding.h"
 #include "reader/console/Console.h"
 #include "reader/session/LogSet.h"
@@ -29,7 +31,8 @@ inline std::string encodedLine(const std::string& text) {
   return encodeText(text) + '\n';
 }
 
-/// An event in a watchdog line, at 13:05:00 local time; the event's own time is given, UTC.
+/// An event in a watchdog line, at 13:05:00 local time; the event's own time is given, UTC. A field may have a name:
+/// "Name=value".
 inline std::string eventLine(const std::string& provider, int id, const std::string& time,
                              const std::vector<std::string>& data, const std::string& channel = "Application") {
   std::string xml = "<Event xmlns='http://schemas.microsoft.com/win/2004/08/events/event'><System><Provider Name='" +
@@ -37,9 +40,13 @@ inline std::string eventLine(const std::string& provider, int id, const std::str
                     "</EventID><Level>2</Level><TimeCreated SystemTime='" + time +
                     "'/><EventRecordID>7</EventRecordID><Channel>" + channel + "</Channel></System><EventData>";
   for (const std::string& value : data) {
-    xml += "<Data>" + value + "</Data>";
+    const std::size_t equals = value.find('=');
+    xml += equals == std::string::npos
+               ? "<Data>" + value + "</Data>"
+               : "<Data Name='" + value.substr(0, equals) + "'>" + value.substr(equals + 1) + "</Data>";
   }
-  return R"(2025-01-31T13:05:00.000+0100 [PROCESS] [INFO]: {"xmlData":")" + xml + "</EventData></Event>\"}";
+  return R"(2025-01-31T13:05:00.000+0100 [PROCESS] [INFO]: {"xmlData":)" +
+         nlohmann::json(xml + "</EventData></Event>").dump() + '}';
 }
 
 inline std::string recordLine(const std::string& time, int freeDisk = 100) {

@@ -18,15 +18,10 @@ using testing::HasSubstr;
 using testing::Not;
 
 const std::string first = recordLine("2025-01-31T12:59:50.000+0100");
-const std::string second = recordLine("2025-01-31T13:00:00.000+0100", 90);
 const std::string exitLine = "2025-01-31T13:00:05.000+0100 Exit Status - Canvix is no longer alive";
 const std::string during = "2025-01-31T12:00:02.0000001Z";  // 13:00:02 local time.
-const std::string earlier = "2025-01-30T12:00:02.0000000Z";
 const std::vector<std::string> crashData{"Canvix.exe", "29.5",     "1",    "gfx.dll", "3.1",
                                          "2",          "c0000005", "a1b2", "0x1092"};
-const std::vector<std::string> otherPid{"Canvix.exe", "29.5", "1", "gfx.dll", "3.1", "2", "c0000005", "a1b2", "0x1"};
-const std::vector<std::string> otherApp{"Other.exe", "1", "1", "x.dll", "1", "2", "c0000005", "a1b2", "0x1092"};
-const std::string applicationEvent = eventLine("Other", 5, during, {});
 
 std::string crash(const std::string& time, const std::vector<std::string>& data = crashData) {
   return eventLine("Application Error", 1000, time, data);
@@ -36,59 +31,6 @@ std::string timelineOf(const LogSet& logs, const TimelineOptions& options = {}) 
   std::ostringstream out;
   writeTimeline(logs, options, out);
   return out.str();
-}
-
-TEST(Summary, FirstLineSaysWhatHappened) {
-  struct Case {
-    std::vector<std::string> watchdog;
-    bool exited;
-    std::string outcome;
-    std::string words;
-  };
-  const std::string kernelPower = "Microsoft-Windows-Kernel-Power";
-  const std::vector<Case> cases{
-      {{crash(during)},
-       true,
-       "crashed",
-       "at 2025-01-31 13:00:02.000: module gfx.dll 3.1, exception 0xc0000005 (access violation), offset 0xa1b2"},
-      {{eventLine("Application Hang", 1002, during, {"CANVIX.EXE", "29.5", "1092"})},
-       true,
-       "hung",
-       "stopped responding"},
-      {{applicationEvent}, true, "ended", "ended normally"},
-      {{}, true, "ended", "whether normally is unknown"},
-      {{crash(earlier), applicationEvent}, true, "ended", "ended normally"},
-      {{crash(during, otherPid)}, true, "ended", "ended normally"},
-      {{crash(during, otherApp)}, true, "ended", "ended normally"},
-      {{eventLine("User32", 1074, during, {"a.exe", "PC", "Planned", "0x8", "restart", "", "me"}, "System")},
-       true,
-       "shutdown",
-       "a.exe began a restart for me: Planned"},
-      {{eventLine(kernelPower, 41, "2025-01-31T12:30:00Z", {"0"}, "System")},
-       false,
-       "power-loss",
-       "lost power or froze"},
-      {{eventLine(kernelPower, 41, earlier, {"0"}, "System")}, false, "unknown", "unknown"},
-      {{"2025-01-31T13:00:01.000+0100 [SYSTEM] [INFO]: System Will Sleep"}, false, "asleep", "went to sleep"},
-      {{}, false, "unknown", "the logs stop while Canvix runs"},
-  };
-  for (const Case& c : cases) {
-    std::string watchdog;
-    for (const std::string& line : c.watchdog) {
-      watchdog += encodedLine(line);
-    }
-    std::vector<std::string> session{first, second};
-    if (c.exited) {
-      session.push_back(exitLine);
-    }
-    const LogSet logs = readTexts({sessionLog(session), watchdogLog(watchdog)});
-    // Event lines carry the time of their dump, which must not stretch the session.
-    ASSERT_EQ(logs.sessions.size(), 1);
-    const Summary summary = summarize(logs, logs.sessions.front());
-    EXPECT_EQ(summary.judgement.outcome, c.outcome) << c.words;
-    EXPECT_THAT(summary.statements.front().text, HasSubstr(c.words));
-  }
-  EXPECT_EQ(summarize(LogSet{}, Session{}).judgement.outcome, "unknown");
 }
 
 TEST(Summary, NamesGapsDamageAndWhatIsMissing) {

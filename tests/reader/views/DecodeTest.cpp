@@ -7,6 +7,7 @@
 #include "reader/input/LineSplitter.h"
 #include "reader/views/DecodeCommand.h"
 #include "reader/views/DecodeStream.h"
+#include "reader/views/Timeline.h"
 #include "tests/reader/SampleLogs.h"
 #include "tests/support/Test.h"
 
@@ -167,6 +168,29 @@ TEST(Decode, FollowsAFileThatAppearsIsEmptiedAndIsDeleted) {
   folder.write("b.log", "ProcessID: 7\n");
   EXPECT_TRUE(comesToHold(output, "b.log  ProcessID: 7\n"));
   stop = true;
+}
+
+TEST(Timeline, FollowsFoldersAndFilesAndShowsEachEventOnce) {
+  const SampleFolder folder;
+  const SampleFolder other;
+  SharedOutput output;
+  std::atomic<bool> stop{false};
+  std::jthread follower([&] {
+    std::ostream out(&output);
+    followTimeline({folder.file(""), other.file("watchdog.log")}, {}, out, stop);
+  });
+  const std::string event = encodedLine(eventLine("Any", 5, "2025-01-31T12:00:02Z", {"said"}));
+  folder.write("notes.log", "not a log of the program\n");
+  folder.write("new.log", sessionLog({recordLine("2025-01-31T12:59:50.000+0100")}));
+  EXPECT_TRUE(comesToHold(output, "process 4242 Running\n"));
+  other.write("watchdog.log", watchdogLog(event));
+  EXPECT_TRUE(comesToHold(output, "Any 5: said\n"));
+  other.write("watchdog.log", watchdogLog(event + event + encodedLine(entry + " emptied before a sleep")));
+  EXPECT_TRUE(comesToHold(output, "emptied before a sleep\n"));
+  stop = true;
+  follower.join();
+  EXPECT_EQ(output.text().find("Any 5"), output.text().rfind("Any 5"));
+  EXPECT_EQ(output.text().find("not a log"), std::string::npos);
 }
 
 }  // namespace
