@@ -1,177 +1,252 @@
 #include "reader/views/Chart.h"
 
 #include <algorithm>
+#include <array>
 #include <chrono>
 #include <cmath>
 #include <cstddef>
 #include <cstdint>
+#include <iterator>
+#include <optional>
 #include <ostream>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "reader/views/HtmlText.h"
+#include "reader/views/TimeAxis.h"
 
 namespace sentiq {
 namespace {
 
-constexpr double width = 760;
-constexpr double height = 200;
-constexpr double left = 110;
-constexpr double right = 12;
-constexpr double above = 26;
-constexpr double below = 30;
-constexpr std::size_t mostPoints = 360;
-constexpr std::size_t mostRows = 25;
+constexpr std::size_t mostReadings = 360;
+constexpr std::chrono::seconds longestStep{30};  // Where a line is broken: records come every ten seconds.
 
-// Where the line is broken: records come every ten seconds.
-constexpr std::chrono::seconds longestStep{60};
-
-class Scale {
- public:
-  explicit Scale(const Chart& chart) : first_(chart.points.front().time), last_(chart.points.back().time) {
-    for (const ChartMark& mark : chart.marks) {
-      first_ = std::min(first_, mark.time);
-      last_ = std::max(last_, mark.time);
-    }
-    top_ = chart.top > 0 ? chart.top : 1;
-  }
-  double xOf(Instant time) const {
-    const double span = std::max<double>(1, static_cast<double>((last_ - first_).count()));
-    return left + (width - left - right) * static_cast<double>((time - first_).count()) / span;
-  }
-  std::string x(Instant time) const { return rounded(xOf(time)); }
-  std::string y(double value) const {
-    return rounded(above + (height - above - below) * (1 - std::clamp(value / top_, 0.0, 1.0)));
-  }
-  Instant first() const { return first_; }
-  Instant last() const { return last_; }
-
- private:
-  static std::string rounded(double number) {
-    const long long tenths = std::llround(number * 10);
-    return std::to_string(tenths / 10) + '.' + std::to_string(tenths % 10);
-  }
-
-  Instant first_;
-  Instant last_;
-  double top_;
+struct Figure {
+  std::string_view title;
+  std::string_view unit;
+  bool least;  // Whether it is the lowest or the highest value that matters.
+  std::optional<double> (*value)(const MetricSample&);
 };
 
-std::string showValue(double value, const std::string& unit) {
-  return std::to_string(std::llround(value)) + ' ' + unit;
+template <typename Number>
+std::optional<double> numberOf(const std::optional<Number>& value) {
+  return value ? std::optional(static_cast<double>(*value)) : std::nullopt;
 }
 
-// The lowest point of each of so many stretches: what runs out is what matters.
-std::vector<ChartPoint> thinned(const std::vector<ChartPoint>& points, std::size_t most) {
-  const std::size_t stretch = (points.size() + most - 1) / most;
-  std::vector<ChartPoint> kept;
-  for (std::size_t i = 0; i < points.size(); i += stretch) {
-    const auto begin = points.begin() + static_cast<std::ptrdiff_t>(i);
-    const auto end = points.begin() + static_cast<std::ptrdiff_t>(std::min(points.size(), i + stretch));
-    kept.push_back(
-        *std::min_element(begin, end, [](const ChartPoint& a, const ChartPoint& b) { return a.value < b.value; }));
-  }
-  return kept;
-}
+constexpr std::array<Figure, 5> figures{
+    Figure{"Free disk space", "MiB", true,
+           [](const MetricSample& record) { return std::optional(static_cast<double>(record.freeDisk)); }},
+    Figure{"Free page file", "MiB", true,
+           [](const MetricSample& record) { return std::optional(static_cast<double>(record.freeSwap)); }},
+    Figure{"Battery", "%", true, [](const MetricSample& record) { return numberOf(record.battery); }},
+    Figure{"Memory of Canvix", "MiB", false, [](const MetricSample& record) { return numberOf(record.memory); }},
+    Figure{"Threads of Canvix", "threads", false, [](const MetricSample& record) { return numberOf(record.threads); }},
+};
 
-// Positions of the points, with a new part of the line behind each gap.
-std::string linePath(const std::vector<ChartPoint>& points, const Scale& scale, Ticks longest) {
-  std::string path;
-  for (std::size_t i = 0; i < points.size(); ++i) {
-    const bool joined = i > 0 && points[i].time - points[i - 1].time <= longest;
-    path += (joined ? 'L' : 'M') + scale.x(points[i].time) + ' ' + scale.y(points[i].value);
-    if (!joined) {
-      path += "h0.1";  // A point by itself is seen, too.
+// One record, or as many neighbours as a long session needs to be drawn with few points.
+struct Reading {
+  Instant from;
+  Instant to;
+  std::array<std::optional<double>, figures.size()> values{};
+};
+
+std::vector<Reading> readingsOf(const Session& session) {
+  const std::size_t most = (session.metrics.size() + mostReadings - 1) / mostReadings;
+  std::vector<Reading> readings;
+  std::size_t taken = most;
+  for (const LogEntry& entry : session.entries) {
+    if (!entry.metric) {
+      continue;
     }
+    const MetricSample& record = session.metrics[*entry.metric];
+    const Instant time = record.time.instant;
+    if (taken == most || time - readings.back().to > longestStep) {
+      readings.push_back({time, time});
+      taken = 0;
+    }
+    Reading& reading = readings.back();
+    reading.to = time;
+    ++taken;
+    for (std::size_t i = 0; i < figures.size(); ++i) {
+      const auto value = figures[i].value(record);
+      std::optional<double>& kept = reading.values[i];
+      if (value && (!kept || (figures[i].least ? *value < *kept : *value > *kept))) {
+        kept = value;
+      }
+    }
+  }
+  return readings;
+}
+
+// From a round value to a round value, in the unit that reads best.
+struct ValueAxis {
+  std::string unit;
+  double scale = 1;  // What a record's value is divided by.
+  double step = 25;
+  double low = 0;
+  double high = 100;
+  int decimals = 0;
+
+  std::string show(double value, int more = 0) const {
+    return showNumber(value / scale, decimals == 0 && scale == 1 ? 0 : decimals + more) + ' ' + unit;
+  }
+  double percent(double value) const { return 100 - 100 * (value / scale - low) / (high - low); }
+};
+
+ValueAxis axisFor(std::string_view unit, double least, double most) {
+  ValueAxis axis{std::string(unit)};
+  if (unit == "%") {
+    return axis;
+  }
+  if (unit == "MiB" && most >= 10 * 1024) {
+    axis.unit = "GiB";
+    axis.scale = 1024;
+  }
+  const double low = least / axis.scale;
+  const double high = most / axis.scale;
+  const double range = std::max({high - low, high / 1000, 1 / axis.scale});
+  const double power = std::pow(10, std::floor(std::log10(range / 3)));
+  const double steps = range / 3 / power;
+  axis.step = power * (steps <= 1 ? 1 : steps <= 2 ? 2 : steps <= 5 ? 5 : 10);
+  axis.step = axis.scale == 1 ? std::max(1.0, axis.step) : axis.step;
+  axis.low = low <= range ? 0 : std::floor(low / axis.step) * axis.step;
+  axis.high = std::max(std::ceil(high / axis.step) * axis.step, axis.low + axis.step);
+  axis.decimals = std::max(0, static_cast<int>(-std::floor(std::log10(axis.step) + 1e-9)));
+  return axis;
+}
+
+// In thousandths of the drawing's width and height, with a new part behind each gap.
+std::string linePath(const std::vector<Reading>& readings, std::size_t figure, const ValueAxis& values,
+                     const TimeAxis& times) {
+  std::string path;
+  const Reading* last = nullptr;
+  for (const Reading& reading : readings) {
+    if (!reading.values[figure]) {
+      continue;
+    }
+    const bool joined = last != nullptr && reading.from - last->to <= longestStep;
+    std::string x = times.at(reading.from);
+    x.pop_back();
+    path += (joined ? 'L' : 'M') + x + ' ' + showNumber(values.percent(*reading.values[figure]), 2);
+    path += joined ? "" : "h.01";  // A point by itself is seen, too.
+    last = &reading;
   }
   return path;
 }
 
-// Without the milliseconds.
-std::string shortTime(Instant time, std::chrono::minutes offset) {
-  return showTime(time, offset).substr(0, 19);
-}
-
-std::string describe(const Chart& chart) {
-  const auto [low, high] =
-      std::minmax_element(chart.points.begin(), chart.points.end(),
-                          [](const ChartPoint& a, const ChartPoint& b) { return a.value < b.value; });
-  std::string text =
-      "From " + showValue(chart.points.front().value, chart.unit) + " at " +
-      shortTime(chart.points.front().time, chart.offset) + " to " + showValue(chart.points.back().value, chart.unit) +
-      " at " + shortTime(chart.points.back().time, chart.offset) + "; lowest " + showValue(low->value, chart.unit) +
-      " at " + shortTime(low->time, chart.offset) + ", highest " + showValue(high->value, chart.unit) + '.';
-  for (const ChartMark& mark : chart.marks) {
-    text += ' ' + mark.name + " at " + shortTime(mark.time, chart.offset) + '.';
-  }
-  return text;
-}
-
-void writeAxes(const Chart& chart, const Scale& scale, std::ostream& out) {
-  for (const double part : {0.0, 0.5, 1.0}) {
-    const std::string y = scale.y(part * (chart.top > 0 ? chart.top : 1));
-    out << R"(<line class="grid" x1=")" << left << R"(" x2=")" << width - right << R"(" y1=")" << y << R"(" y2=")" << y
-        << R"("/><text x=")" << left - 8 << R"(" y=")" << y << R"(" dy="4" text-anchor="end">)"
-        << htmlText(showValue(part * chart.top, chart.unit)) << "</text>\n";
-  }
-  out << R"(<text x=")" << left << R"(" y=")" << height - 8 << R"(">)" << shortTime(scale.first(), chart.offset)
-      << R"(</text><text x=")" << width - right << R"(" y=")" << height - 8 << R"(" text-anchor="end">)"
-      << shortTime(scale.last(), chart.offset) << "</text>\n";
-}
-
-// Letters of marks that stand close together go into one text, else they lie on top of each other.
-void writeMarks(const Chart& chart, const Scale& scale, std::ostream& out) {
-  constexpr double letterWidth = 16;
-  std::string letters;
-  double lettersAt = 0;
-  const auto writeLetters = [&] {
-    out << R"(<text class="mark" x=")" << std::lround(lettersAt) << R"(" y=")" << above - 10
-        << R"(" text-anchor="middle">)" << htmlText(letters) << "</text>\n";
-  };
-  for (const ChartMark& mark : chart.marks) {
-    const std::string x = scale.x(mark.time);
-    out << R"(<line class="mark" x1=")" << x << R"(" x2=")" << x << R"(" y1=")" << above - 4 << R"(" y2=")"
-        << height - below << "\"/>\n";
-    if (!letters.empty() && scale.xOf(mark.time) - lettersAt > letterWidth) {
-      writeLetters();
-      letters.clear();
+void writeDrawing(const std::vector<Reading>& readings, std::size_t figure, const ValueAxis& values,
+                  const TimeAxis& times, const std::vector<ChartMark>& marks, std::ostream& out) {
+  out << "<div class=\"chart\" data-low=\"" << values.low << "\" data-high=\"" << values.high << "\" data-scale=\""
+      << values.scale << "\" data-unit=\"" << values.unit << "\" data-decimals=\"" << values.decimals
+      << "\"><svg aria-hidden=\"true\">\n";
+  for (const ChartMark& mark : marks) {
+    if (mark.from != mark.to) {
+      out << R"(<rect class="asleep" x=")" << times.at(mark.from) << R"(" width=")" << times.width(mark.from, mark.to)
+          << R"(" height="100%"><title>)" << htmlText(mark.name) << "</title></rect>\n";
     }
-    lettersAt = letters.empty() ? scale.xOf(mark.time) : lettersAt;
-    letters += mark.letter;
   }
-  if (!letters.empty()) {
-    writeLetters();
+  for (double value = values.low; value < values.high + values.step / 2; value += values.step) {
+    const std::string y = showNumber(values.percent(value * values.scale), 2) + '%';
+    out << R"(<line class="grid" x2="100%" y1=")" << y << R"(" y2=")" << y << R"("/><text x="-8" y=")" << y
+        << R"(" dy="4" text-anchor="end">)" << values.show(value * values.scale) << "</text>\n";
   }
+  times.writeTicks("100%", out);
+  for (const ChartMark& mark : marks) {
+    if (mark.from == mark.to) {
+      out << R"(<line class="mark" x1=")" << times.at(mark.from) << R"(" x2=")" << times.at(mark.from)
+          << R"(" y2="100%"><title>)" << htmlText(mark.name) << "</title></line>\n";
+    }
+  }
+  out << R"(<svg viewBox="0 0 100 100" preserveAspectRatio="none" height="100%"><path d=")"
+      << linePath(readings, figure, values, times) << "\"/></svg>\n";
+  if (values.low > 0) {  // The sign of an axis that leaves out a part.
+    out << R"(<svg y="100%"><path class="break" d="M-6 -4l12 -6M-6 1l12 -6"/></svg>)";
+  }
+  out << R"(<line class="now unseen" y2="100%"/><circle class="unseen" r="4"/></svg></div>)";
 }
 
-void writeTable(const Chart& chart, std::ostream& out) {
-  out << "<details><summary>" << htmlText(chart.title)
-      << R"( as a table</summary><table><thead><tr><th scope="col">Time)"
-      << R"(</th><th scope="col">)" << htmlText(chart.unit) << "</th></tr></thead><tbody>\n";
-  for (const ChartPoint& point : thinned(chart.points, mostRows)) {
-    out << "<tr><td>" << showTime(point.time, chart.offset) << R"(</td><td class="number">)"
-        << std::llround(point.value) << "</td></tr>\n";
+void writeChart(const std::vector<Reading>& readings, std::size_t figure, const TimeAxis& times,
+                std::chrono::minutes offset, const std::vector<ChartMark>& marks, std::ostream& out) {
+  std::vector<const Reading*> known;
+  for (const Reading& reading : readings) {
+    if (reading.values[figure]) {
+      known.push_back(&reading);
+    }
+  }
+  if (known.empty()) {
+    return;
+  }
+  const auto value = [figure](const Reading* reading) { return *reading->values[figure]; };
+  const auto [least, most] = std::minmax_element(
+      known.begin(), known.end(), [&](const Reading* a, const Reading* b) { return value(a) < value(b); });
+  const ValueAxis values = axisFor(figures[figure].unit, value(*least), value(*most));
+  const Reading& extreme = figures[figure].least ? **least : **most;
+  out << "<figure><figcaption><strong>" << figures[figure].title
+      << "</strong>: " << values.show(value(known.front()), 1) << " at first, " << values.show(value(known.back()), 1)
+      << " at last, " << (figures[figure].least ? "lowest " : "highest ") << values.show(value(&extreme), 1) << " at "
+      << showTime(extreme.from, offset).substr(11, 8) << '.';
+  if (values.low > 0) {
+    out << " The axis begins at " << values.show(values.low * values.scale) << ", not at 0.";
+  }
+  out << " <output></output></figcaption>\n";
+  writeDrawing(readings, figure, values, times, marks, out);
+  out << "</figure>\n";
+}
+
+void writeTable(const std::vector<Reading>& readings, const std::vector<std::size_t>& shown,
+                std::chrono::minutes offset, std::ostream& out) {
+  out << "<details open><summary>These figures as a table</summary><table><thead><tr><th scope=\"col\">Local time</th>";
+  for (const std::size_t figure : shown) {
+    out << "<th scope=\"col\">" << figures[figure].title << ", " << figures[figure].unit << "</th>";
+  }
+  out << "</tr></thead><tbody>\n";
+  for (const Reading& reading : readings) {
+    out << "<tr><td class=\"time\">" << showTime(reading.from, offset).substr(0, 19);
+    for (const std::size_t figure : shown) {
+      out << "<td class=\"number\">" << (reading.values[figure] ? showNumber(*reading.values[figure], 0) : "");
+    }
+    out << '\n';
   }
   out << "</tbody></table></details>\n";
 }
 
 }  // namespace
 
-void writeChart(const Chart& chart, std::ostream& out) {
-  const Scale scale(chart);
-  const std::vector<ChartPoint> points = thinned(chart.points, mostPoints);
-  const Ticks longest = std::max<Ticks>(
-      longestStep, 3 * (chart.points.back().time - chart.points.front().time) / static_cast<std::int64_t>(mostPoints));
-  out << "<figure>\n<svg viewBox=\"0 0 " << width << ' ' << height << R"(" role="img" aria-labelledby=")" << chart.id
-      << "-title " << chart.id << "-text\">\n<title id=\"" << chart.id << R"(-title">)" << htmlText(chart.title)
-      << "</title>\n<desc id=\"" << chart.id << R"(-text">)" << htmlText(describe(chart)) << "</desc>\n";
-  writeAxes(chart, scale, out);
-  out << R"(<path class="line" d=")" << linePath(points, scale, longest) << "\"/>\n";
-  writeMarks(chart, scale, out);
-  out << "</svg>\n<figcaption><strong>" << htmlText(chart.title) << ".</strong> " << htmlText(describe(chart))
-      << "</figcaption>\n";
-  writeTable(chart, out);
-  out << "</figure>\n";
+void writeCharts(const Session& session, const std::vector<ChartMark>& marks, std::ostream& out) {
+  const std::vector<Reading> readings = readingsOf(session);
+  if (readings.empty()) {
+    out << "<p>The logs hold no ten-second records.</p>\n";
+    return;
+  }
+  const std::chrono::minutes offset = session.metrics.back().time.offset;
+  Instant first = readings.front().from;
+  Instant last = readings.back().to;
+  for (const ChartMark& mark : marks) {
+    first = std::min(first, mark.from);
+    last = std::max(last, mark.to);
+  }
+  const TimeAxis times(first, last, offset);
+  std::vector<std::size_t> shown;
+  for (std::size_t i = 0; i < figures.size(); ++i) {
+    if (std::any_of(readings.begin(), readings.end(), [i](const Reading& r) { return r.values[i].has_value(); })) {
+      shown.push_back(i);
+    }
+  }
+  const auto milliseconds = [offset](Instant time) {
+    return std::chrono::floor<std::chrono::milliseconds>(time.time_since_epoch() + offset).count();
+  };
+  out << "<div class=\"figures\" data-first=\"" << milliseconds(times.first()) << "\" data-last=\""
+      << milliseconds(times.last()) << "\">\n"
+      << "<p class=\"moment\" hidden><label>Figures at <input type=\"range\" min=\"0\"></label></p>\n";
+  for (const std::size_t figure : shown) {
+    writeChart(readings, figure, times, offset, marks, out);
+  }
+  if (readings.size() < session.metrics.size()) {
+    out << "<p>Each point stands for several records: for the lowest free space and charge, the highest use.</p>\n";
+  }
+  writeTable(readings, shown, offset, out);
+  out << "</div>\n";
 }
 
 }  // namespace sentiq

@@ -1,37 +1,23 @@
-// A figure over time as an SVG drawing with its figures in words and in a table.
+// Figures over time: one drawing for each, and one table for all of them.
 #pragma once
 
-#include <chrono>
 #include <iosfwd>
 #include <string>
 #include <vector>
 
 #include "reader/session/LogTime.h"
+#include "reader/session/Session.h"
 
 namespace sentiq {
 
-struct ChartPoint {
-  Instant time;
-  double value;
-};
-
+/// What lies behind the lines: a stretch of time, or a moment when both times are one.
 struct ChartMark {
-  Instant time;
-  std::string letter;  // Stands above the line.
+  Instant from;
+  Instant to;
   std::string name;
 };
 
-struct Chart {
-  std::string id;  // Unique in the page.
-  std::string title;
-  std::string unit;
-  double top = 0;                  // The value axis goes from 0 to here.
-  std::vector<ChartPoint> points;  // In time order.
-  std::vector<ChartMark> marks;
-  std::chrono::minutes offset{};
-};
-
-/// HTML; at least one point.
-void writeChart(const Chart& chart, std::ostream& out);
+/// HTML; nothing for a figure that no record holds.
+void writeCharts(const Session& session, const std::vector<ChartMark>& marks, std::ostream& out);
 
 }  // namespace sentiq

@@ -1,65 +1,26 @@
 #include "reader/views/HtmlReport.h"
 
 #include <algorithm>
-#include <array>
-#include <chrono>
 #include <cstddef>
-#include <iterator>
-#include <optional>
 #include <ostream>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "logging/LogEncoding.h"
 #include "reader/session/Judgement.h"
 #include "reader/views/Chart.h"
-#include "reader/views/HtmlAssets.h"
+#include "reader/views/EntryTable.h"
 #include "reader/views/HtmlText.h"
+#include "reader/views/Strip.h"
 #include "reader/views/Summary.h"
+#include "reader/views/page/PageAssets.h"
 
 namespace sentiq {
 namespace {
 
-struct MarkRow {
-  Meaning meaning;
-  const char* letter;
-  const char* name;
-};
-constexpr MarkRow markRows[] = {
-    MarkRow{Meaning::Crash, "C", "Crash"},   MarkRow{Meaning::Hang, "H", "Hang"},
-    MarkRow{Meaning::Exit, "E", "Exit"},     MarkRow{Meaning::Sleep, "S", "Sleep"},
-    MarkRow{Meaning::Resume, "R", "Resume"}, MarkRow{Meaning::PowerLoss, "P", "Power loss"},
-};
-
-// Marker and event, and both logs' exit lines, tell of one thing: what follows within this time is not marked again.
-constexpr std::chrono::seconds sameMark{30};
-
-std::vector<ChartMark> marksOf(const Session& session, const SessionSpan& span) {
-  std::vector<ChartMark> marks;
-  for (const LogEntry& entry : session.entries) {
-    const auto* const row = std::find_if(std::begin(markRows), std::end(markRows),
-                                         [&](const MarkRow& r) { return r.meaning == entry.meaning; });
-    if (row == std::end(markRows) || !entry.time || !span.contains(*entry.time)) {
-      continue;
-    }
-    const bool marked = std::any_of(marks.begin(), marks.end(), [&](const ChartMark& mark) {
-      return mark.letter == row->letter && *entry.time - mark.time < sameMark;
-    });
-    if (!marked) {
-      marks.push_back({*entry.time, row->letter, row->name});
-    }
-  }
-  return marks;
-}
-
-void writeStatements(const Summary& summary, std::ostream& out) {
-  const Statement& first = summary.statements.front();
-  out << "<p class=\"outcome " << severityName(first.severity) << "\">" << htmlText(first.text) << "</p>\n<ul>\n";
-  for (std::size_t i = 1; i < summary.statements.size(); ++i) {
-    const Statement& statement = summary.statements[i];
-    out << "<li class=\"" << severityName(statement.severity) << "\">" << htmlText(statement.text) << "</li>\n";
-  }
-  out << "</ul>\n<dl>\n";
+void writeFacts(const Summary& summary, std::ostream& out) {
+  out << "<dl>\n";
   for (const Fact& fact : summary.facts) {
     out << "<dt>" << htmlText(fact.label) << "</dt><dd>" << htmlText(fact.text) << "</dd>\n";
   }
@@ -77,60 +38,68 @@ void writeList(std::string_view title, const std::vector<std::string>& items, st
   out << "</ul>\n";
 }
 
-void writeCharts(const Session& session, const SessionSpan& span, std::ostream& out) {
-  out << "<h2>Disk, page file and battery</h2>\n";
-  Chart disk{"disk", "Free disk space", "MiB", 0, {}, marksOf(session, span), span.offset};
-  Chart pageFile{"page-file", "Free page file", "MiB", 0, {}, disk.marks, span.offset};
-  Chart battery{"battery", "Battery", "%", 100, {}, disk.marks, span.offset};
-  for (const LogEntry& entry : session.entries) {
-    if (!entry.metric) {
-      continue;
-    }
-    const MetricSample& record = session.metrics[*entry.metric];
-    disk.points.push_back({record.time.instant, static_cast<double>(record.freeDisk)});
-    disk.top = std::max(disk.top, static_cast<double>(record.totalDisk));
-    pageFile.points.push_back({record.time.instant, static_cast<double>(record.freeSwap)});
-    pageFile.top = std::max(pageFile.top, static_cast<double>(record.totalSwap));
-    if (record.battery) {
-      battery.points.push_back({record.time.instant, static_cast<double>(*record.battery)});
-    }
-  }
-  for (const Chart* chart : {&disk, &pageFile, &battery}) {
-    if (chart->points.empty()) {
-      out << "<p>" << htmlText(chart->title) << ": the logs hold no figures.</p>\n";
-    } else {
-      writeChart(*chart, out);
-    }
+void writeLink(const Session& session, const Statement& statement, const std::string& anchor, std::ostream& out) {
+  if (statement.entry) {
+    out << " <a href=\"#" << entryAnchor(session, session.entries[*statement.entry], anchor) << "\">in the table</a>";
   }
 }
 
-void writeRow(const Session& session, const LogEntry& entry, std::ostream& out) {
-  out << "<tr><td class=\"time\">" << (entry.time ? showTime(*entry.time, entry.offset) : "") << "</td><td>"
-      << htmlText(session.sourceOf(entry)) << "</td><td class=\"" << severityName(entry.severity) << "\">"
-      << severityName(entry.severity) << "</td><td>";
-  if (entry.event) {
-    const EventRecord& event = session.events[*entry.event];
-    out << htmlText(event.provider) << ' ' << event.id;
+// The verdict, what went before, and what else there is to say, each with the entry that it rests on.
+void writeStatements(const Session& session, const Summary& summary, const std::string& anchor, std::ostream& out) {
+  const Statement& verdict = summary.statements.front();
+  out << "<p class=\"outcome " << severityName(verdict.severity) << "\">" << htmlText(verdict.text);
+  writeLink(session, verdict, anchor, out);
+  out << "</p>\n";
+  if (summary.statements.size() > 1) {
+    out << "<ul class=\"statements\">\n";
+    for (std::size_t i = 1; i < summary.statements.size(); ++i) {
+      const Statement& statement = summary.statements[i];
+      out << "<li class=\"" << severityName(statement.severity) << "\">" << htmlText(statement.text);
+      writeLink(session, statement, anchor, out);
+      out << "</li>\n";
+    }
+    out << "</ul>\n";
   }
-  out << "</td><td>" << htmlText(entry.what) << "</td></tr>\n";
 }
 
-void writeEvents(const Session& session, std::ostream& out) {
-  out << "<h2>Events and log lines</h2>\n"
-         "<div class=\"search\" hidden><label for=\"search\">Search</label>"
-         "<input id=\"search\" type=\"search\" autocomplete=\"off\"> <span id=\"count\" "
-         "role=\"status\"></span></div>\n"
-         "<div class=\"wide\" role=\"region\" aria-label=\"Events and log lines\" tabindex=\"0\">"
-         "<table id=\"events\"><thead><tr><th scope=\"col\">Local time</th><th scope=\"col\">Source</th>"
-         "<th scope=\"col\">Severity</th><th scope=\"col\">Provider, id</th><th "
-         "scope=\"col\">What</th></tr></thead>"
-         "<tbody>\n";
-  for (const LogEntry& entry : session.entries) {
-    if (!entry.metric) {
-      writeRow(session, entry, out);
+void writeSession(const LogSet& logs, const Session& session, const std::string& anchor, std::ostream& out) {
+  const Summary summary = summarize(logs, session);
+  const SessionSpan span = sessionSpan(session);
+  writeStatements(session, summary, anchor, out);
+  std::vector<const LogEntry*> linked = writeStrip(session, span, summary.judgement, anchor, out);
+  for (const Statement& statement : summary.statements) {
+    if (statement.entry) {
+      linked.push_back(&session.entries[*statement.entry]);
     }
   }
-  out << "</tbody></table></div>\n";
+  out << "<h2>Figures</h2>\n";
+  writeFacts(summary, out);
+  writeCharts(session, marksOf(session, span, summary.judgement), out);
+  writeList("Gaps of more than 15 s in the records", summary.gaps, out);
+  writeEntries(session, span, linked, anchor, out);
+}
+
+void writeSessions(const LogSet& logs, std::ostream& out) {
+  if (logs.sessions.size() < 2) {
+    writeSession(logs, logs.sessions.empty() ? Session{} : logs.sessions.front(), "", out);
+    return;
+  }
+  out << "<p>" << logs.sessions.size() << " sessions, newest first:</p>\n<ol>\n";
+  for (std::size_t i = logs.sessions.size(); i-- > 0;) {
+    const Session& session = logs.sessions[i];
+    const Statement verdict = judge(session).verdict;
+    out << "<li class=\"" << severityName(verdict.severity) << "\"><a href=\"#s" << i << "\">"
+        << htmlText(session.id.empty() ? "without a name" : session.id) << "</a>: " << htmlText(verdict.text)
+        << "</li>\n";
+  }
+  out << "</ol>\n";
+  for (std::size_t i = logs.sessions.size(); i-- > 0;) {
+    const Session& session = logs.sessions[i];
+    out << "<details open class=\"session" << (i + 1 == logs.sessions.size() ? " newest" : "") << "\"><summary id=\"s"
+        << i << "\">Session " << htmlText(session.id.empty() ? "without a name" : session.id) << "</summary>\n";
+    writeSession(logs, session, 's' + std::to_string(i), out);
+    out << "</details>\n";
+  }
 }
 
 void writeRawLines(const LogSet& logs, std::ostream& out) {
@@ -154,21 +123,16 @@ void writeRawLines(const LogSet& logs, std::ostream& out) {
 }  // namespace
 
 void writeHtmlReport(const LogSet& logs, std::ostream& out) {
-  const Session session = logs.sessions.empty() ? Session{} : logs.sessions.back();
-  const Summary summary = summarize(logs, session);
   out << "<!DOCTYPE html>\n<html lang=\"en\">\n<head>\n<meta charset=\"utf-8\">\n"
          "<meta name=\"viewport\" content=\"width=device-width, initial-scale=1\">\n"
-         "<meta http-equiv=\"Content-Security-Policy\" content=\"default-src 'none'; style-src "
-         "'unsafe-inline'; "
-         "script-src 'unsafe-inline'\">\n<title>Canvix session report</title>\n<style>"
-      << reportStyle << "</style>\n</head>\n<body>\n<main>\n<h1>Canvix session report</h1>\n";
-  writeStatements(summary, out);
-  writeCharts(session, sessionSpan(session), out);
-  writeList("Gaps of more than 15 s in the records", summary.gaps, out);
-  writeList("Missing or damaged", summary.problems, out);
-  writeEvents(session, out);
+         "<meta http-equiv=\"Content-Security-Policy\" content=\"default-src 'none'; style-src 'sha256-"
+      << base64Encode(reportStyleDigest) << "'; script-src 'sha256-" << base64Encode(reportScriptDigest)
+      << "'\">\n<title>Canvix session report</title>\n<style>" << reportStyle << "</style>\n<script>" << reportScript
+      << "</script>\n</head>\n<body>\n<main>\n<h1>Canvix session report</h1>\n";
+  writeSessions(logs, out);
+  writeList("Missing or damaged", summarize(logs, Session{}).problems, out);
   writeRawLines(logs, out);
-  out << "</main>\n<script>" << reportScript << "</script>\n</body>\n</html>\n";
+  out << "</main>\n</body>\n</html>\n";
 }
 
 }  // namespace sentiq

@@ -155,7 +155,7 @@ TEST(Report, EscapesAllTextOfTheLogs) {
   EXPECT_THAT(page,
               HasSubstr("<dd>&lt;script&gt;alert(&#39;x&#39;)&lt;/script&gt;&quot;&amp;\xEF\xBF\xBD\xEF\xBF\xBD</dd>"));
   EXPECT_THAT(page, HasSubstr("Canvix crashed at 2025-01-31 13:00:02.000: module &lt;script&gt;alert(1)"));
-  for (const char* const fetch : {"src=", "href=", "url(", "@import"}) {
+  for (const char* const fetch : {"src=", "href=\"h", "url(", "@import", " style=", " onclick="}) {
     EXPECT_THAT(page, Not(HasSubstr(fetch)));
   }
 }

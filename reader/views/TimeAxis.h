@@ -1,0 +1,41 @@
+// A stretch of time as the width of a drawing, in percent.
+#pragma once
+
+#include <chrono>
+#include <iosfwd>
+#include <string>
+
+#include "reader/session/LogTime.h"
+
+namespace sentiq {
+
+class TimeAxis {
+ public:
+  /// @param offset of the local time in which ticks are round.
+  TimeAxis(Instant first, Instant last, std::chrono::minutes offset);
+
+  Instant first() const { return first_; }
+  Instant last() const { return last_; }
+
+  /// Where an instant lies, as an SVG length; at the near end when it is outside.
+  std::string at(Instant time) const;
+
+  /// How wide the time between two instants is, as an SVG length.
+  std::string width(Instant from, Instant to) const;
+
+  /// Lines and their times.
+  /// @param textAt where the times stand, as an SVG length; empty for lines alone.
+  void writeTicks(const std::string& textAt, std::ostream& out) const;
+
+ private:
+  double percent(Instant time) const;
+
+  Instant first_;
+  Instant last_;
+  std::chrono::minutes offset_;
+};
+
+/// A decimal fraction with so many digits behind the point, in every locale.
+std::string showNumber(double number, int decimals);
+
+}  // namespace sentiq
