@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <array>
 #include <charconv>
+#include <cstddef>
 #include <cstdint>
-#include <iterator>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -13,121 +13,54 @@
 namespace sentiq {
 namespace {
 
-struct CodeRow {
-  CodeKind kind;
-  std::uint64_t code;
-  std::string_view words;
-};
+// Code, blank, words; all codes hexadecimal.
+constexpr std::string_view exceptions =
+    "40000015 abort|80000003 breakpoint|c0000005 access violation|c0000006 in-page error: file not readable|"
+    "c0000008 invalid handle|c0000017 out of memory|c000001d illegal instruction|"
+    "c0000025 exception not continuable|c000008c array bounds exceeded|c000008e floating-point division by zero|"
+    "c0000090 invalid floating-point operation|c0000094 integer division by zero|c0000095 integer overflow|"
+    "c0000096 privileged instruction|c00000fd stack overflow|c0000135 module not found|"
+    "c0000142 module failed to start|c0000194 possible deadlock|c000027b Windows Runtime error|"
+    "c0000374 heap corruption|c0000409 fail fast or stack buffer overrun|"
+    "c0000417 invalid parameter to the C runtime|c000041d unhandled exception in a callback|"
+    "c0000420 failed assertion|c0000602 fail fast|c06d007e delay-loaded module not found|"
+    "c06d007f delay-loaded function not found|e0434352 unhandled .NET exception|"
+    "e0434f4d unhandled .NET exception|e06d7363 unhandled C++ exception";
+constexpr std::string_view stops =
+    "a IRQL_NOT_LESS_OR_EQUAL|19 BAD_POOL_HEADER|1a MEMORY_MANAGEMENT|1e KMODE_EXCEPTION_NOT_HANDLED|"
+    "24 NTFS_FILE_SYSTEM|3b SYSTEM_SERVICE_EXCEPTION|50 PAGE_FAULT_IN_NONPAGED_AREA|7a KERNEL_DATA_INPAGE_ERROR|"
+    "7e SYSTEM_THREAD_EXCEPTION_NOT_HANDLED|7f UNEXPECTED_KERNEL_MODE_TRAP|9f DRIVER_POWER_STATE_FAILURE|"
+    "c2 BAD_POOL_CALLER|d1 DRIVER_IRQL_NOT_LESS_OR_EQUAL|e2 MANUALLY_INITIATED_CRASH|ef CRITICAL_PROCESS_DIED|"
+    "f4 CRITICAL_OBJECT_TERMINATION|fc ATTEMPTED_EXECUTE_OF_NOEXECUTE_MEMORY|101 CLOCK_WATCHDOG_TIMEOUT|"
+    "109 CRITICAL_STRUCTURE_CORRUPTION|10e VIDEO_MEMORY_MANAGEMENT_INTERNAL|113 VIDEO_DXGKRNL_FATAL_ERROR|"
+    "116 VIDEO_TDR_FAILURE|117 VIDEO_TDR_TIMEOUT_DETECTED|119 VIDEO_SCHEDULER_INTERNAL_ERROR|"
+    "124 WHEA_UNCORRECTABLE_ERROR|133 DPC_WATCHDOG_VIOLATION|139 KERNEL_SECURITY_CHECK_FAILURE|"
+    "141 VIDEO_ENGINE_TIMEOUT_DETECTED|144 BUGCODE_USB3_DRIVER|154 UNEXPECTED_STORE_EXCEPTION|"
+    "193 VIDEO_DXGKRNL_LIVEDUMP|1a1 WIN32K_CALLOUT_WATCHDOG_LIVEDUMP|1a8 VIDEO_DXGKRNL_BLACK_SCREEN_LIVEDUMP|"
+    "1b0 VIDEO_MINIPORT_FAILED_LIVEDUMP|1b8 VIDEO_MINIPORT_BLACK_SCREEN_LIVEDUMP";
+constexpr std::string_view sleepReasons =
+    "0 button or lid|2 battery low|4 asked for by a program|5 asked for by the kernel|"
+    "6 time to hibernate from sleep|7 idle";
+constexpr std::string_view standbyReasons =
+    "1 power button|2 remote connection|4 user input|a unlocked|b display switched off|c idle|e sleep button|"
+    "f lid|10 battery changed|14 sleep or hibernation|15 idle|19 resumed from hibernation|1f keyboard|20 mouse|"
+    "21 touchpad|22 pen|2c fingerprint|35 battery nearly empty|36 touch";
+constexpr std::string_view powerActions = "2 sleep|3 hibernate|4 shut down|5 restart|6 power off";
 
-constexpr CodeRow codeRows[] = {
-    CodeRow{CodeKind::Exception, 0x40000015, "abort"},
-    CodeRow{CodeKind::Exception, 0x80000003, "breakpoint"},
-    CodeRow{CodeKind::Exception, 0xC0000005, "access violation"},
-    CodeRow{CodeKind::Exception, 0xC0000006, "in-page error: a file could not be read"},
-    CodeRow{CodeKind::Exception, 0xC0000008, "invalid handle"},
-    CodeRow{CodeKind::Exception, 0xC0000017, "out of memory"},
-    CodeRow{CodeKind::Exception, 0xC000001D, "illegal instruction"},
-    CodeRow{CodeKind::Exception, 0xC0000025, "exception that cannot be continued"},
-    CodeRow{CodeKind::Exception, 0xC000008C, "array bounds exceeded"},
-    CodeRow{CodeKind::Exception, 0xC000008E, "floating-point division by zero"},
-    CodeRow{CodeKind::Exception, 0xC0000090, "invalid floating-point operation"},
-    CodeRow{CodeKind::Exception, 0xC0000094, "integer division by zero"},
-    CodeRow{CodeKind::Exception, 0xC0000095, "integer overflow"},
-    CodeRow{CodeKind::Exception, 0xC0000096, "privileged instruction"},
-    CodeRow{CodeKind::Exception, 0xC00000FD, "stack overflow"},
-    CodeRow{CodeKind::Exception, 0xC0000135, "module not found"},
-    CodeRow{CodeKind::Exception, 0xC0000142, "module failed to start"},
-    CodeRow{CodeKind::Exception, 0xC0000194, "possible deadlock"},
-    CodeRow{CodeKind::Exception, 0xC000027B, "unhandled error of a Windows Runtime component"},
-    CodeRow{CodeKind::Exception, 0xC0000374, "heap corruption"},
-    CodeRow{CodeKind::Exception, 0xC0000409, "fail fast or stack buffer overrun"},
-    CodeRow{CodeKind::Exception, 0xC0000417, "invalid parameter to the C runtime"},
-    CodeRow{CodeKind::Exception, 0xC000041D, "unhandled exception in a callback"},
-    CodeRow{CodeKind::Exception, 0xC0000420, "failed assertion"},
-    CodeRow{CodeKind::Exception, 0xC0000602, "fail fast"},
-    CodeRow{CodeKind::Exception, 0xC06D007E, "delay-loaded module not found"},
-    CodeRow{CodeKind::Exception, 0xC06D007F, "delay-loaded function not found"},
-    CodeRow{CodeKind::Exception, 0xE0434352, "unhandled .NET exception"},
-    CodeRow{CodeKind::Exception, 0xE0434F4D, "unhandled .NET exception"},
-    CodeRow{CodeKind::Exception, 0xE06D7363, "unhandled C++ exception"},
-
-    CodeRow{CodeKind::Stop, 0x0A, "IRQL_NOT_LESS_OR_EQUAL"},
-    CodeRow{CodeKind::Stop, 0x19, "BAD_POOL_HEADER"},
-    CodeRow{CodeKind::Stop, 0x1A, "MEMORY_MANAGEMENT"},
-    CodeRow{CodeKind::Stop, 0x1E, "KMODE_EXCEPTION_NOT_HANDLED"},
-    CodeRow{CodeKind::Stop, 0x24, "NTFS_FILE_SYSTEM"},
-    CodeRow{CodeKind::Stop, 0x3B, "SYSTEM_SERVICE_EXCEPTION"},
-    CodeRow{CodeKind::Stop, 0x50, "PAGE_FAULT_IN_NONPAGED_AREA"},
-    CodeRow{CodeKind::Stop, 0x7A, "KERNEL_DATA_INPAGE_ERROR"},
-    CodeRow{CodeKind::Stop, 0x7E, "SYSTEM_THREAD_EXCEPTION_NOT_HANDLED"},
-    CodeRow{CodeKind::Stop, 0x7F, "UNEXPECTED_KERNEL_MODE_TRAP"},
-    CodeRow{CodeKind::Stop, 0x9F, "DRIVER_POWER_STATE_FAILURE"},
-    CodeRow{CodeKind::Stop, 0xC2, "BAD_POOL_CALLER"},
-    CodeRow{CodeKind::Stop, 0xD1, "DRIVER_IRQL_NOT_LESS_OR_EQUAL"},
-    CodeRow{CodeKind::Stop, 0xE2, "MANUALLY_INITIATED_CRASH"},
-    CodeRow{CodeKind::Stop, 0xEF, "CRITICAL_PROCESS_DIED"},
-    CodeRow{CodeKind::Stop, 0xF4, "CRITICAL_OBJECT_TERMINATION"},
-    CodeRow{CodeKind::Stop, 0xFC, "ATTEMPTED_EXECUTE_OF_NOEXECUTE_MEMORY"},
-    CodeRow{CodeKind::Stop, 0x101, "CLOCK_WATCHDOG_TIMEOUT"},
-    CodeRow{CodeKind::Stop, 0x109, "CRITICAL_STRUCTURE_CORRUPTION"},
-    CodeRow{CodeKind::Stop, 0x10E, "VIDEO_MEMORY_MANAGEMENT_INTERNAL"},
-    CodeRow{CodeKind::Stop, 0x113, "VIDEO_DXGKRNL_FATAL_ERROR"},
-    CodeRow{CodeKind::Stop, 0x116, "VIDEO_TDR_FAILURE"},
-    CodeRow{CodeKind::Stop, 0x117, "VIDEO_TDR_TIMEOUT_DETECTED"},
-    CodeRow{CodeKind::Stop, 0x119, "VIDEO_SCHEDULER_INTERNAL_ERROR"},
-    CodeRow{CodeKind::Stop, 0x124, "WHEA_UNCORRECTABLE_ERROR"},
-    CodeRow{CodeKind::Stop, 0x133, "DPC_WATCHDOG_VIOLATION"},
-    CodeRow{CodeKind::Stop, 0x139, "KERNEL_SECURITY_CHECK_FAILURE"},
-    CodeRow{CodeKind::Stop, 0x141, "VIDEO_ENGINE_TIMEOUT_DETECTED"},
-    CodeRow{CodeKind::Stop, 0x144, "BUGCODE_USB3_DRIVER"},
-    CodeRow{CodeKind::Stop, 0x154, "UNEXPECTED_STORE_EXCEPTION"},
-    CodeRow{CodeKind::Stop, 0x193, "VIDEO_DXGKRNL_LIVEDUMP"},
-    CodeRow{CodeKind::Stop, 0x1A1, "WIN32K_CALLOUT_WATCHDOG_LIVEDUMP"},
-    CodeRow{CodeKind::Stop, 0x1A8, "VIDEO_DXGKRNL_BLACK_SCREEN_LIVEDUMP"},
-    CodeRow{CodeKind::Stop, 0x1B0, "VIDEO_MINIPORT_FAILED_LIVEDUMP"},
-    CodeRow{CodeKind::Stop, 0x1B8, "VIDEO_MINIPORT_BLACK_SCREEN_LIVEDUMP"},
-
-    CodeRow{CodeKind::SleepReason, 0, "button or lid"},
-    CodeRow{CodeKind::SleepReason, 2, "battery low"},
-    CodeRow{CodeKind::SleepReason, 4, "asked for by a program"},
-    CodeRow{CodeKind::SleepReason, 5, "asked for by the kernel"},
-    CodeRow{CodeKind::SleepReason, 6, "time to hibernate from sleep"},
-    CodeRow{CodeKind::SleepReason, 7, "idle"},
-
-    CodeRow{CodeKind::StandbyReason, 1, "power button"},
-    CodeRow{CodeKind::StandbyReason, 2, "remote connection"},
-    CodeRow{CodeKind::StandbyReason, 4, "user input"},
-    CodeRow{CodeKind::StandbyReason, 10, "unlocked"},
-    CodeRow{CodeKind::StandbyReason, 11, "display switched off"},
-    CodeRow{CodeKind::StandbyReason, 12, "idle"},
-    CodeRow{CodeKind::StandbyReason, 14, "sleep button"},
-    CodeRow{CodeKind::StandbyReason, 15, "lid"},
-    CodeRow{CodeKind::StandbyReason, 16, "battery changed"},
-    CodeRow{CodeKind::StandbyReason, 20, "sleep or hibernation"},
-    CodeRow{CodeKind::StandbyReason, 21, "idle"},
-    CodeRow{CodeKind::StandbyReason, 25, "resumed from hibernation"},
-    CodeRow{CodeKind::StandbyReason, 31, "keyboard"},
-    CodeRow{CodeKind::StandbyReason, 32, "mouse"},
-    CodeRow{CodeKind::StandbyReason, 33, "touchpad"},
-    CodeRow{CodeKind::StandbyReason, 34, "pen"},
-    CodeRow{CodeKind::StandbyReason, 44, "fingerprint"},
-    CodeRow{CodeKind::StandbyReason, 53, "battery nearly empty"},
-    CodeRow{CodeKind::StandbyReason, 54, "touch"},
-
-    CodeRow{CodeKind::PowerAction, 2, "sleep"},
-    CodeRow{CodeKind::PowerAction, 3, "hibernate"},
-    CodeRow{CodeKind::PowerAction, 4, "shut down"},
-    CodeRow{CodeKind::PowerAction, 5, "restart"},
-    CodeRow{CodeKind::PowerAction, 6, "power off"},
-};
+// In the order of CodeKind.
+constexpr std::string_view tables[]{exceptions, stops, sleepReasons, standbyReasons, powerActions};
 
 }  // namespace
 
 std::string_view codeWords(CodeKind kind, std::uint64_t code) {
-  const auto* const row = std::find_if(std::begin(codeRows), std::end(codeRows), [&](const CodeRow& candidate) {
-    return candidate.kind == kind && candidate.code == code;
-  });
-  return row != std::end(codeRows) ? row->words : std::string_view{};
+  for (std::string_view table = tables[static_cast<std::size_t>(kind)]; !table.empty();) {
+    const std::string_view row = table.substr(0, table.find('|'));
+    if (parseHex(row) == code) {
+      return row.substr(row.find(' ') + 1);
+    }
+    table.remove_prefix(std::min(row.size() + 1, table.size()));
+  }
+  return {};
 }
 
 std::optional<std::uint64_t> parseHex(std::string_view text) {

@@ -251,7 +251,7 @@ void Judge::judgeExit() {
 
 // The sleep after which nothing more was written.
 const LogEntry* Judge::sleepAtLast() const {
-  const LogEntry* const power = find(Which::Last, {Meaning::Sleep, Meaning::Resume}, {}, span_.end);
+  const LogEntry* const power = find(Which::Last, {Meaning::Sleep, Meaning::Resume}, {}, *span_.end + lastSign);
   const bool sleep = power != nullptr && power->meaning == Meaning::Sleep && *power->time >= *process_.over - lastSign;
   return sleep ? power : nullptr;
 }
@@ -303,8 +303,11 @@ bool Judge::judgeFall() {
   };
   const LogEntry* const best = *std::max_element(
       tellers.begin(), tellers.end(), [&](const LogEntry* a, const LogEntry* b) { return rank(a) < rank(b); });
+  const LogEntry* const sleep = sleepAtLast();
   conclude(best->meaning == Meaning::SystemCrash ? "bluescreen" : "power-loss", Severity::Error,
-           best->what + ", while Canvix ran (logged" + at(*best) + ')', best);
+           best->what + ", while Canvix ran" + (sleep != nullptr ? ", after it went to sleep" + at(*sleep) : "") +
+               " (logged" + at(*best) + ')',
+           best);
   sayBefore(*process_.over, /*hangsToo=*/true);
   return true;
 }
@@ -346,8 +349,9 @@ void Judge::sayOtherFailures() {
     } else if (whose == Whose::Watched && hang && failure_ != nullptr && *entry.time > *failure_->time &&
                isAnyOf(failure_->meaning, {Meaning::Crash, Meaning::CrashReport}) && told.insert(-1).second) {
       say(Severity::Notice, "It also stopped responding" + at(entry), entry);
-    } else if (entry.meaning == Meaning::Recovered && span_.contains(*entry.time) && told.insert(-2).second) {
-      say(Severity::Notice, "Canvix did not respond for a while and recovered" + at(entry), entry);
+    } else if (isAnyOf(entry.meaning, {Meaning::Recovered, Meaning::Leak}) && span_.contains(*entry.time) &&
+               told.insert(entry.meaning == Meaning::Leak ? -2 : -3).second) {
+      say(Severity::Notice, entry.what + at(entry), entry);
     }
   }
 }
@@ -355,16 +359,20 @@ void Judge::sayOtherFailures() {
 // That the machine went down later proves nothing, but is worth a line.
 void Judge::sayLater() {
   constexpr std::chrono::hours soonEnough{24};
-  const bool open = result_.outcome == "ended" || result_.outcome == "asleep" || result_.outcome == "unknown";
-  if (!open || !process_.over) {
+  const bool told = result_.outcome == "bluescreen" || result_.outcome == "power-loss" || result_.outcome == "shutdown";
+  if (told || !process_.over) {
     return;
   }
-  const Instant over = *process_.over;
-  if (const LogEntry* const later =
-          find(Which::First, {Meaning::PowerLoss, Meaning::SystemCrash, Meaning::ShutdownBegun, Meaning::ShutdownDone},
-               over + sameTime, over + soonEnough)) {
-    say(Severity::Notice, "Later, " + showDuration(*later->time - over) + " after the end: " + inSentence(later->what),
-        *later);
+  const Instant from = *process_.over + sameTime;
+  const Instant to = *process_.over + soonEnough;
+  const LogEntry* const later =
+      failure_ != nullptr
+          ? find(Which::First, {Meaning::PowerLoss, Meaning::SystemCrash}, from, to)
+          : find(Which::First,
+                 {Meaning::PowerLoss, Meaning::SystemCrash, Meaning::ShutdownBegun, Meaning::ShutdownDone}, from, to);
+  if (later != nullptr) {
+    say(Severity::Notice,
+        "Later, " + showDuration(*later->time - *process_.over) + " after the end: " + inSentence(later->what), *later);
   }
 }
 
