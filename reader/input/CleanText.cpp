@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
+#include <iterator>
 #include <string>
 #include <string_view>
 
@@ -40,27 +41,28 @@ bool isControl(char c) {
 
 // Characters that must not reach a terminal or a page as such, and what stands for them.
 struct Replacement {
-  std::string_view first;  // In UTF-8, which keeps the order of the code points.
-  std::string_view last;
+  std::uint32_t first;
+  std::uint32_t last;
   std::string_view by;
 };
 constexpr Replacement replacements[] = {
-    Replacement{"\xD8\x9C", "\xD8\x9C", ""},           // Arabic letter mark.
-    Replacement{"\xE2\x80\x8E", "\xE2\x80\x8F", ""},   // Marks of direction.
-    Replacement{"\xE2\x80\xA8", "\xE2\x80\xA9", " "},  // Line and paragraph separator.
-    Replacement{"\xE2\x80\xAA", "\xE2\x80\xAE", ""},   // Embeddings and overrides.
-    Replacement{"\xE2\x81\xA6", "\xE2\x81\xA9", ""},   // Isolates.
+    Replacement{0x061C, 0x061C, ""},   // Arabic letter mark.
+    Replacement{0x200E, 0x200F, ""},   // Marks of direction.
+    Replacement{0x2028, 0x2029, " "},  // Line and paragraph separator.
+    Replacement{0x202A, 0x202E, ""},   // Embeddings and overrides.
+    Replacement{0x2066, 0x2069, ""},   // Isolates.
 };
 
+// Of a character that is well-formed.
 std::string_view shownAs(std::string_view character) {
-  if (character.size() > 1) {
-    for (const Replacement& row : replacements) {
-      if (character >= row.first && character <= row.last) {
-        return row.by;
-      }
-    }
+  std::uint32_t code = static_cast<unsigned char>(character.front()) & (0xFFU >> (character.size() + 1));
+  for (const char c : character.substr(1)) {
+    code = code << 6 | (static_cast<unsigned char>(c) & 0x3FU);
   }
-  return character;
+  const auto* const row = std::find_if(std::begin(replacements), std::end(replacements), [&](const Replacement& r) {
+    return character.size() > 1 && code >= r.first && code <= r.last;
+  });
+  return row != std::end(replacements) ? row->by : character;
 }
 
 char lower(char c) {

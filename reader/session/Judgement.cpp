@@ -78,7 +78,7 @@ std::vector<Instant> timesToldBy(const EventRecord& event, const LogEntry& entry
       std::sort(wanted.begin(), wanted.end());
       for (const int hours : {clock[0], clock[0] + 12}) {
         if (date == wanted && hours < 24) {
-          times.push_back(day + std::chrono::hours(hours) + std::chrono::minutes(clock[1]) - entry.offset);
+          times.emplace_back(day + std::chrono::hours(hours) + std::chrono::minutes(clock[1]) - entry.offset);
         }
       }
     }

@@ -15,15 +15,15 @@ namespace {
 
 struct BeforeRow {
   Meaning meaning;
-  const char* kind;
   bool everyText;  // Else the last one of the kind is enough: several events tell of the same.
+  const char* kind;
 };
 constexpr BeforeRow beforeRows[] = {
-    BeforeRow{Meaning::Display, "display", true},  BeforeRow{Meaning::Memory, "memory", false},
-    BeforeRow{Meaning::Disk, "disk", true},        BeforeRow{Meaning::Hardware, "hardware", true},
-    BeforeRow{Meaning::Battery, "battery", false}, BeforeRow{Meaning::Leak, "leak", false},
-    BeforeRow{Meaning::Resume, "resume", false},   BeforeRow{Meaning::Recovered, "hang", false},
-    BeforeRow{Meaning::Hang, "hang", false},       BeforeRow{Meaning::HangReport, "hang", false},
+    BeforeRow{Meaning::Display, true, "display"},  BeforeRow{Meaning::Memory, false, "memory"},
+    BeforeRow{Meaning::Disk, true, "disk"},        BeforeRow{Meaning::Hardware, true, "hardware"},
+    BeforeRow{Meaning::Battery, false, "battery"}, BeforeRow{Meaning::Leak, false, "leak"},
+    BeforeRow{Meaning::Resume, false, "resume"},   BeforeRow{Meaning::Recovered, false, "hang"},
+    BeforeRow{Meaning::Hang, false, "hang"},       BeforeRow{Meaning::HangReport, false, "hang"},
 };
 
 constexpr std::chrono::minutes shortlyBefore{10};
