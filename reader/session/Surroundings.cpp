@@ -63,10 +63,28 @@ bool isClose(Instant a, Instant b) {
   return std::chrono::abs(a - b) <= close;
 }
 
-struct Sleep {
-  std::optional<Instant> begin;
-  std::optional<Instant> end;
-};
+// The system tells each program at once how its display is, and standby events tell of standby themselves.
+std::size_t displayChanges(const Session& session, const SessionSpan& span) {
+  constexpr std::chrono::seconds atStart{15};
+  std::optional<Instant> first;  // Line of the watchdog log.
+  std::size_t changes = 0;
+  for (const LogEntry& entry : session.entries) {
+    if (!entry.time || entry.event || entry.role != LogRole::Watchdog) {
+      continue;
+    }
+    first = first.value_or(*entry.time);
+    const bool change =
+        entry.meaning == Meaning::Standby && span.contains(*entry.time) && *entry.time - *first > atStart;
+    const bool told =
+        change && std::any_of(session.entries.begin(), session.entries.end(), [&](const LogEntry& other) {
+          return other.meaning == Meaning::Standby && other.event && other.time && isClose(*other.time, *entry.time);
+        });
+    changes += change && !told ? 1 : 0;
+  }
+  return changes;
+}
+
+}  // namespace
 
 // Events before and after it, and the program's own lines, tell of the same sleep; a sleep empties the watchdog log, so
 // that its end may be all that is left of it.
@@ -96,29 +114,6 @@ std::vector<Sleep> sleepsOf(const Session& session, const SessionSpan& span) {
   }
   return sleeps;
 }
-
-// The system tells each program at once how its display is, and standby events tell of standby themselves.
-std::size_t displayChanges(const Session& session, const SessionSpan& span) {
-  constexpr std::chrono::seconds atStart{15};
-  std::optional<Instant> first;  // Line of the watchdog log.
-  std::size_t changes = 0;
-  for (const LogEntry& entry : session.entries) {
-    if (!entry.time || entry.event || entry.role != LogRole::Watchdog) {
-      continue;
-    }
-    first = first.value_or(*entry.time);
-    const bool change =
-        entry.meaning == Meaning::Standby && span.contains(*entry.time) && *entry.time - *first > atStart;
-    const bool told =
-        change && std::any_of(session.entries.begin(), session.entries.end(), [&](const LogEntry& other) {
-          return other.meaning == Meaning::Standby && other.event && other.time && isClose(*other.time, *entry.time);
-        });
-    changes += change && !told ? 1 : 0;
-  }
-  return changes;
-}
-
-}  // namespace
 
 std::optional<Ticks> clockChange(const EventRecord& event) {
   const auto from = parseTime(event.field("OldTime"));

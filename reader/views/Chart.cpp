@@ -112,6 +112,9 @@ ValueAxis axisFor(std::string_view unit, double least, double most) {
   axis.step = axis.scale == 1 ? std::max(1.0, axis.step) : axis.step;
   axis.low = low <= range ? 0 : std::floor(low / axis.step) * axis.step;
   axis.high = std::max(std::ceil(high / axis.step) * axis.step, axis.low + axis.step);
+  if (low == high && axis.low > 0) {  // In the middle.
+    axis.low -= axis.step;
+  }
   axis.decimals = std::max(0, static_cast<int>(-std::floor(std::log10(axis.step) + 1e-9)));
   return axis;
 }
@@ -151,7 +154,10 @@ void writeDrawing(const std::vector<Reading>& readings, std::size_t figure, cons
     out << R"(<line class="grid" x2="100%" y1=")" << y << R"(" y2=")" << y << R"("/><text x="-8" y=")" << y
         << R"(" dy="4" text-anchor="end">)" << values.show(value * values.scale) << "</text>\n";
   }
-  times.writeTicks("100%", out);
+  times.writeLines(out);
+  out << "<svg y=\"100%\">";
+  times.writeTimes("16", out);
+  out << "</svg>";
   for (const ChartMark& mark : marks) {
     if (mark.from == mark.to) {
       out << R"(<line class="mark" x1=")" << times.at(mark.from) << R"(" x2=")" << times.at(mark.from)

@@ -1,11 +1,10 @@
 #include "reader/views/EntryTable.h"
 
-#include <algorithm>
 #include <cstddef>
 #include <ostream>
+#include <set>
 #include <string>
 #include <unordered_map>
-#include <unordered_set>
 #include <vector>
 
 #include "reader/views/HtmlText.h"
@@ -16,7 +15,7 @@ namespace {
 constexpr std::size_t mostRows = 100;  // Of one table, so that the browser can leave out those that are not in sight.
 
 struct Row {
-  const LogEntry* entry;
+  std::size_t index;                   // Of the entry.
   std::vector<const LogEntry*> older;  // Of the same kind.
 };
 
@@ -36,43 +35,41 @@ std::string providerOf(const Session& session, const LogEntry& entry) {
                      : std::string{};
 }
 
-// What means something for the session stands by itself, each time.
 std::string kindOf(const Session& session, const LogEntry& entry) {
   const std::string provider = providerOf(session, entry);
   return session.sourceOf(entry) + '\n' + std::string(severityName(entry.severity)) + '\n' +
          (provider.empty() ? entry.what : provider);
 }
 
-std::vector<Day> daysOf(const Session& session, const SessionSpan& span,
-                        const std::unordered_set<const LogEntry*>& linked) {
+std::vector<Day> daysOf(const Session& session, const SessionSpan& span, const std::set<std::size_t>& linked) {
   std::vector<Day> days;
   std::unordered_map<std::string, std::size_t> kinds;  // The row of each within the last day.
-  for (auto entry = session.entries.rbegin(); entry != session.entries.rend(); ++entry) {
-    if (entry->metric) {
+  for (std::size_t i = session.entries.size(); i-- > 0;) {
+    const LogEntry& entry = session.entries[i];
+    if (entry.metric) {
       continue;
     }
-    const std::string date = localTime(*entry).substr(0, 10);
-    const bool before = entry->time && span.begin && *entry->time < *span.begin;
+    const std::string date = localTime(entry).substr(0, 10);
+    const bool before = entry.time && span.begin && *entry.time < *span.begin;
     if (days.empty() || days.back().date != date || days.back().beforeSession != before ||
         days.back().rows.size() == mostRows) {
       days.push_back({date, before, {}});
       kinds.clear();
     }
     std::vector<Row>& rows = days.back().rows;
-    const bool foldable = entry->meaning == Meaning::Other && !linked.contains(&*entry);
-    const auto [kind, isNew] =
-        foldable ? kinds.try_emplace(kindOf(session, *entry), rows.size()) : std::pair(kinds.end(), true);
-    if (isNew) {
-      rows.push_back({&*entry, {}});
+    // What means something for the session stands by itself, each time.
+    const bool isNew = entry.meaning != Meaning::Other || kinds.try_emplace(kindOf(session, entry), rows.size()).second;
+    if (isNew || linked.contains(i)) {
+      rows.push_back({i, {}});
     } else {
-      rows[kind->second].older.push_back(&*entry);
+      rows[kinds[kindOf(session, entry)]].older.push_back(&entry);
     }
   }
   return days;
 }
 
 void writeRow(const Session& session, const Row& row, const std::string& id, std::ostream& out) {
-  const LogEntry& entry = *row.entry;
+  const LogEntry& entry = session.entries[row.index];
   out << "<tr";
   if (!id.empty()) {
     out << " id=\"" << id << '"';
@@ -99,14 +96,13 @@ void writeRow(const Session& session, const Row& row, const std::string& id, std
 
 }  // namespace
 
-std::string entryAnchor(const Session& session, const LogEntry& entry, const std::string& prefix) {
-  return prefix + 'e' + std::to_string(&entry - session.entries.data());
+std::string entryAnchor(const std::string& prefix, std::size_t entry) {
+  return prefix + 'e' + std::to_string(entry);
 }
 
-void writeEntries(const Session& session, const SessionSpan& span, const std::vector<const LogEntry*>& linked,
+void writeEntries(const Session& session, const SessionSpan& span, const std::set<std::size_t>& linked,
                   const std::string& prefix, std::ostream& out) {
-  const std::unordered_set<const LogEntry*> named(linked.begin(), linked.end());
-  const std::vector<Day> days = daysOf(session, span, named);
+  const std::vector<Day> days = daysOf(session, span, linked);
   out << "<h2>Events and log lines, newest first</h2>\n<div class=\"entries\">\n"
          "<div class=\"controls\" hidden><label>Search <input type=\"search\" autocomplete=\"off\"></label>"
          "<label>Severity <select><option value=\"0\">all</option><option value=\"1\">notice and above</option>"
@@ -119,7 +115,7 @@ void writeEntries(const Session& session, const SessionSpan& span, const std::ve
         << "</h3><table><thead><tr><th scope=\"col\">Local time<th scope=\"col\">Source<th scope=\"col\">Severity"
            "<th scope=\"col\">Provider, id<th scope=\"col\">What<tbody>\n";
     for (const Row& row : day.rows) {
-      writeRow(session, row, named.contains(row.entry) ? entryAnchor(session, *row.entry, prefix) : "", out);
+      writeRow(session, row, linked.contains(row.index) ? entryAnchor(prefix, row.index) : "", out);
     }
     out << "</table></section>\n";
   }

@@ -1,8 +1,8 @@
 #include "reader/views/HtmlReport.h"
 
-#include <algorithm>
 #include <cstddef>
 #include <ostream>
+#include <set>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -19,8 +19,15 @@
 namespace sentiq {
 namespace {
 
+void writeStatement(const Statement& statement, const std::string& prefix, std::ostream& out) {
+  out << htmlText(statement.text);
+  if (statement.entry) {
+    out << " <a href=\"#" << entryAnchor(prefix, *statement.entry) << "\">in the table</a>";
+  }
+}
+
 void writeFacts(const Summary& summary, std::ostream& out) {
-  out << "<dl>\n";
+  out << "<h2>The session</h2>\n<dl>\n";
   for (const Fact& fact : summary.facts) {
     out << "<dt>" << htmlText(fact.label) << "</dt><dd>" << htmlText(fact.text) << "</dd>\n";
   }
@@ -38,45 +45,35 @@ void writeList(std::string_view title, const std::vector<std::string>& items, st
   out << "</ul>\n";
 }
 
-void writeLink(const Session& session, const Statement& statement, const std::string& anchor, std::ostream& out) {
-  if (statement.entry) {
-    out << " <a href=\"#" << entryAnchor(session, session.entries[*statement.entry], anchor) << "\">in the table</a>";
+// The verdict, and what else there is to say.
+void writeStatements(const std::vector<Statement>& statements, const std::string& prefix, std::ostream& out) {
+  out << "<p class=\"outcome " << severityName(statements.front().severity) << "\">";
+  writeStatement(statements.front(), prefix, out);
+  out << "</p>\n<ul class=\"statements\">\n";
+  for (std::size_t i = 1; i < statements.size(); ++i) {
+    out << "<li class=\"" << severityName(statements[i].severity) << "\">";
+    writeStatement(statements[i], prefix, out);
+    out << "</li>\n";
   }
+  out << "</ul>\n";
 }
 
-// The verdict, what went before, and what else there is to say, each with the entry that it rests on.
-void writeStatements(const Session& session, const Summary& summary, const std::string& anchor, std::ostream& out) {
-  const Statement& verdict = summary.statements.front();
-  out << "<p class=\"outcome " << severityName(verdict.severity) << "\">" << htmlText(verdict.text);
-  writeLink(session, verdict, anchor, out);
-  out << "</p>\n";
-  if (summary.statements.size() > 1) {
-    out << "<ul class=\"statements\">\n";
-    for (std::size_t i = 1; i < summary.statements.size(); ++i) {
-      const Statement& statement = summary.statements[i];
-      out << "<li class=\"" << severityName(statement.severity) << "\">" << htmlText(statement.text);
-      writeLink(session, statement, anchor, out);
-      out << "</li>\n";
-    }
-    out << "</ul>\n";
-  }
-}
-
-void writeSession(const LogSet& logs, const Session& session, const std::string& anchor, std::ostream& out) {
+/// @param prefix what the names of the session's entries in the page begin with.
+void writeSession(const LogSet& logs, const Session& session, const std::string& prefix, std::ostream& out) {
   const Summary summary = summarize(logs, session);
   const SessionSpan span = sessionSpan(session);
-  writeStatements(session, summary, anchor, out);
-  std::vector<const LogEntry*> linked = writeStrip(session, span, summary.judgement, anchor, out);
+  writeStatements(summary.statements, prefix, out);
+  std::set<std::size_t> linked = writeStrip(session, span, summary.judgement, prefix, out);
   for (const Statement& statement : summary.statements) {
     if (statement.entry) {
-      linked.push_back(&session.entries[*statement.entry]);
+      linked.insert(*statement.entry);
     }
   }
   out << "<h2>Figures</h2>\n";
-  writeFacts(summary, out);
   writeCharts(session, marksOf(session, span, summary.judgement), out);
   writeList("Gaps of more than 15 s in the records", summary.gaps, out);
-  writeEntries(session, span, linked, anchor, out);
+  writeFacts(summary, out);
+  writeEntries(session, span, linked, prefix, out);
 }
 
 void writeSessions(const LogSet& logs, std::ostream& out) {

@@ -2,13 +2,15 @@
 
 #include <algorithm>
 #include <chrono>
-#include <initializer_list>
+#include <cstddef>
 #include <optional>
 #include <ostream>
+#include <set>
 #include <string>
-#include <string_view>
+#include <utility>
 #include <vector>
 
+#include "reader/session/Surroundings.h"
 #include "reader/views/EntryTable.h"
 #include "reader/views/HtmlText.h"
 #include "reader/views/TimeAxis.h"
@@ -19,32 +21,18 @@ namespace {
 constexpr std::chrono::minutes shownBefore{30};
 constexpr std::chrono::minutes shownAfter{3};
 constexpr std::chrono::seconds recordInterval{15};
-// The same words again tell of one thing, and so do both logs' exit lines.
-constexpr std::chrono::seconds sameMoment{30};
+constexpr std::chrono::seconds sameMoment{30};  // Both logs tell of one exit.
 constexpr std::size_t mostMoments = 16;
 
-struct Sleep {
-  Instant from;
-  std::optional<Instant> to;
-  const LogEntry* entry;
+// One line of the strip.
+struct Item {
+  Instant time;
+  std::string name;
+  Severity severity = Severity::Info;
+  std::optional<std::size_t> entry{};
+  Meaning meaning = Meaning::Other;
+  std::vector<std::pair<Instant, Instant>> spans{};  // A point where both are one.
 };
-
-// A resume that no sleep stands before says nothing of its length.
-std::vector<Sleep> sleepsOf(const Session& session, const SessionSpan& span) {
-  std::vector<Sleep> sleeps;
-  for (const LogEntry& entry : session.entries) {
-    if (!entry.time || !span.contains(*entry.time)) {
-      continue;
-    }
-    const bool asleep = !sleeps.empty() && !sleeps.back().to;
-    if (entry.meaning == Meaning::Sleep && !asleep) {
-      sleeps.push_back({*entry.time, std::nullopt, &entry});
-    } else if (entry.meaning == Meaning::Resume && asleep) {
-      sleeps.back().to = entry.time;
-    }
-  }
-  return sleeps;
-}
 
 // When Canvix ended, as far as the logs tell.
 Instant endOf(const Session& session, const SessionSpan& span, const Judgement& judgement) {
@@ -57,78 +45,103 @@ Instant endOf(const Session& session, const SessionSpan& span, const Judgement& 
   return exit != session.entries.end() ? *exit->time : *span.end;
 }
 
-bool isMoment(const LogEntry& entry) {
-  return entry.severity >= Severity::Warning || (entry.meaning != Meaning::Other && entry.meaning != Meaning::Sleep &&
-                                                 entry.meaning != Meaning::Resume && entry.meaning != Meaning::Standby);
+Item recordsOf(const Session& session) {
+  Item item{session.metrics.front().time.instant,
+            "Ten-second records (" + std::to_string(session.metrics.size()) + ")"};
+  for (const MetricSample& record : session.metrics) {
+    const Instant time = record.time.instant;
+    if (item.spans.empty() || time - item.spans.back().second > recordInterval) {
+      item.spans.push_back({time, time});
+    }
+    item.spans.back().second = time;
+  }
+  return item;
 }
 
-// The newest ones when there are too many.
-std::vector<const LogEntry*> momentsOf(const Session& session, Instant from, Instant to) {
-  std::vector<const LogEntry*> moments;
-  for (const LogEntry& entry : session.entries) {
+bool isMoment(const LogEntry& entry) {
+  switch (entry.meaning) {
+    case Meaning::Other:
+      return entry.severity >= Severity::Warning;
+    case Meaning::Sleep:
+    case Meaning::Resume:
+    case Meaning::Standby:
+      return false;
+    default:
+      return true;
+  }
+}
+
+// What is told twice stands once; the newest when there are too many.
+std::vector<Item> momentsOf(const Session& session, Instant from, Instant to) {
+  std::vector<Item> moments;
+  for (std::size_t i = 0; i < session.entries.size(); ++i) {
+    const LogEntry& entry = session.entries[i];
     if (entry.metric || !entry.time || *entry.time < from || *entry.time > to || !isMoment(entry)) {
       continue;
     }
-    const bool told = std::any_of(moments.begin(), moments.end(), [&](const LogEntry* other) {
-      return *entry.time - *other->time < sameMoment &&
-             (entry.what == other->what || (entry.meaning == Meaning::Exit && other->meaning == Meaning::Exit));
+    const bool isExit = entry.meaning == Meaning::Exit;
+    const auto told = std::find_if(moments.begin(), moments.end(), [&](const Item& other) {
+      return isExit ? other.meaning == Meaning::Exit && *entry.time - other.time < sameMoment
+                    : other.name == entry.what;
     });
-    if (!told) {
-      moments.push_back(&entry);
+    if (told == moments.end()) {
+      moments.push_back(
+          {*entry.time, entry.what, entry.severity, i, entry.meaning, {std::pair(*entry.time, *entry.time)}});
+    } else if (!isExit) {
+      told->entry = i;  // The newest: there the table shows the others, too.
+      told->time = *entry.time;
+      told->spans.emplace_back(*entry.time, *entry.time);
     }
   }
+  for (Item& item : moments) {
+    item.name += item.spans.size() > 1 ? " (" + std::to_string(item.spans.size()) + " times)" : "";
+  }
+  std::stable_sort(moments.begin(), moments.end(), [](const Item& a, const Item& b) { return a.time < b.time; });
   moments.erase(moments.begin(), moments.end() - static_cast<std::ptrdiff_t>(std::min(moments.size(), mostMoments)));
   return moments;
 }
 
-class StripWriter {
- public:
-  StripWriter(const TimeAxis& axis, std::chrono::minutes offset, Instant end, std::ostream& out)
-      : axis_(axis), offset_(offset), end_(end), out_(out) {}
+std::vector<Item> sleepItems(const Session& session, const SessionSpan& span, Instant first, Instant last) {
+  std::vector<Item> items;
+  for (const Sleep& sleep : sleepsOf(session, span)) {
+    const Instant from = sleep.begin.value_or(*sleep.end);
+    const Instant to = sleep.end.value_or(last);
+    if (to < first) {
+      continue;
+    }
+    Item item{from, sleep.begin ? "The machine sleeps" : "The machine resumes", Severity::Notice};
+    item.name += sleep.begin && sleep.end ? " for " + showDuration(to - from) : "";
+    const auto entry = std::find_if(session.entries.begin(), session.entries.end(), [from](const LogEntry& e) {
+      return e.time == from && (e.meaning == Meaning::Sleep || e.meaning == Meaning::Resume);
+    });
+    item.entry = static_cast<std::size_t>(entry - session.entries.begin());
+    item.spans.emplace_back(from, to);
+    items.push_back(item);
+  }
+  return items;
+}
 
-  void begin(std::string_view severity, Instant time, const std::string& anchor, std::string_view name) {
-    out_ << "<tr class=\"" << severity << "\"><td class=\"time\">";
-    const std::string text = showTime(time, offset_).substr(11, 8);
-    if (anchor.empty()) {
-      out_ << text;
+void writeItem(const Item& item, const TimeAxis& axis, Instant end, std::chrono::minutes offset,
+               const std::string& prefix, std::ostream& out) {
+  out << "<tr class=\"" << severityName(item.severity) << "\"><td class=\"time\">";
+  const std::string time = showTime(item.time, offset).substr(11, 8);
+  if (item.entry) {
+    out << "<a href=\"#" << entryAnchor(prefix, *item.entry) << "\">" << time << "</a>";
+  } else {
+    out << time;
+  }
+  out << "<td>" << htmlText(item.name) << "<td><svg aria-hidden=\"true\">";
+  axis.writeLines(out);
+  out << R"(<line class="mark" x1=")" << axis.at(end) << R"(" x2=")" << axis.at(end) << R"(" y2="100%"/>)";
+  for (const auto& [from, to] : item.spans) {
+    if (from == to) {
+      out << R"(<circle class="point" r="5" cy="50%" cx=")" << axis.at(from) << "\"/>";
     } else {
-      out_ << "<a href=\"#" << anchor << "\">" << text << "</a>";
+      out << R"(<rect class="span" y="25%" height="50%" x=")" << axis.at(from) << R"(" width=")" << axis.width(from, to)
+          << "\"/>";
     }
-    out_ << "<td>" << htmlText(name) << "<td><svg aria-hidden=\"true\">";
-    axis_.writeTicks("", out_);
-    out_ << R"(<line class="mark" x1=")" << axis_.at(end_) << R"(" x2=")" << axis_.at(end_) << R"(" y2="100%"/>)";
   }
-  void span(Instant from, Instant to) {
-    out_ << R"(<rect class="span" y="25%" height="50%" x=")" << axis_.at(from) << R"(" width=")"
-         << axis_.width(from, to) << "\"/>";
-  }
-  void point(Instant time) { out_ << R"(<circle class="point" r="5" cy="50%" cx=")" << axis_.at(time) << "\"/>"; }
-  void end() { out_ << "</svg>\n"; }
-
- private:
-  const TimeAxis& axis_;
-  std::chrono::minutes offset_;
-  Instant end_;
-  std::ostream& out_;
-};
-
-void writeRecords(const Session& session, StripWriter& writer) {
-  if (session.metrics.empty()) {
-    return;
-  }
-  writer.begin("info", session.metrics.front().time.instant, "",
-               "Ten-second records: " + std::to_string(session.metrics.size()));
-  Instant from = session.metrics.front().time.instant;
-  Instant to = from;
-  for (const MetricSample& record : session.metrics) {
-    if (record.time.instant - to > recordInterval) {
-      writer.span(from, to);
-      from = record.time.instant;
-    }
-    to = record.time.instant;
-  }
-  writer.span(from, to);
-  writer.end();
+  out << "</svg>\n";
 }
 
 }  // namespace
@@ -136,7 +149,9 @@ void writeRecords(const Session& session, StripWriter& writer) {
 std::vector<ChartMark> marksOf(const Session& session, const SessionSpan& span, const Judgement& judgement) {
   std::vector<ChartMark> marks;
   for (const Sleep& sleep : sleepsOf(session, span)) {
-    marks.push_back({sleep.from, sleep.to.value_or(sleep.from), "The machine slept"});
+    if (sleep.begin && sleep.end) {
+      marks.push_back({*sleep.begin, *sleep.end, "The machine slept"});
+    }
   }
   if (span.end) {
     const Instant end = endOf(session, span, judgement);
@@ -145,54 +160,35 @@ std::vector<ChartMark> marksOf(const Session& session, const SessionSpan& span, 
   return marks;
 }
 
-std::vector<const LogEntry*> writeStrip(const Session& session, const SessionSpan& span, const Judgement& judgement,
-                                        const std::string& anchor, std::ostream& out) {
+std::set<std::size_t> writeStrip(const Session& session, const SessionSpan& span, const Judgement& judgement,
+                                 const std::string& prefix, std::ostream& out) {
   if (!span.begin) {
     return {};
   }
   const Instant end = endOf(session, span, judgement);
   const Instant first = std::max(*span.begin, Instant(end - shownBefore));
   const TimeAxis axis(first, std::min(std::max(*span.end, end), Instant(end + shownAfter)), span.offset);
-  StripWriter writer(axis, span.offset, end, out);
-  std::vector<const LogEntry*> linked;
+  std::vector<Item> items{{*span.begin, "Canvix runs for " + showDuration(end - *span.begin)}};
+  items.front().spans.emplace_back(*span.begin, end);
+  if (!session.metrics.empty()) {
+    items.push_back(recordsOf(session));
+  }
+  for (const std::vector<Item>& more :
+       {sleepItems(session, span, first, axis.last()), momentsOf(session, first, axis.last())}) {
+    items.insert(items.end(), more.begin(), more.end());
+  }
+  std::stable_sort(items.begin(), items.end(), [](const Item& a, const Item& b) { return a.time < b.time; });
   out << "<h2>" << (first == *span.begin ? "From start to end" : "The last half hour")
       << "</h2>\n<table class=\"strip\"><thead><tr><th scope=\"col\">Local time<th scope=\"col\">What"
          "<th scope=\"col\"><svg role=\"img\" aria-label=\"When\">";
-  axis.writeTicks("80%", out);
+  axis.writeTimes("80%", out);
   out << "</svg><tbody>\n";
-  writer.begin("info", *span.begin, "", "Canvix runs for " + showDuration(end - *span.begin));
-  writer.span(*span.begin, end);
-  writer.end();
-  writeRecords(session, writer);
-  struct Item {
-    const LogEntry* entry;
-    std::optional<Sleep> sleep;
-  };
-  std::vector<Item> items;
-  for (const Sleep& sleep : sleepsOf(session, span)) {
-    if (sleep.to.value_or(axis.last()) >= first) {
-      items.push_back({sleep.entry, sleep});
-    }
-  }
-  for (const LogEntry* const moment : momentsOf(session, first, axis.last())) {
-    items.push_back({moment, std::nullopt});
-  }
-  std::stable_sort(items.begin(), items.end(),
-                   [](const Item& a, const Item& b) { return *a.entry->time < *b.entry->time; });
+  std::set<std::size_t> linked;
   for (const Item& item : items) {
-    const LogEntry& entry = *item.entry;
-    const std::string name = !item.sleep ? entry.what
-                             : item.sleep->to
-                                 ? "The machine sleeps for " + showDuration(*item.sleep->to - item.sleep->from)
-                                 : "The machine sleeps";
-    writer.begin(severityName(entry.severity), *entry.time, entryAnchor(session, entry, anchor), name);
-    if (item.sleep) {
-      writer.span(item.sleep->from, item.sleep->to.value_or(axis.last()));
-    } else {
-      writer.point(*entry.time);
+    writeItem(item, axis, end, span.offset, prefix, out);
+    if (item.entry) {
+      linked.insert(*item.entry);
     }
-    writer.end();
-    linked.push_back(&entry);
   }
   out << "</table>\n";
   return linked;

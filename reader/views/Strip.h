@@ -1,7 +1,9 @@
 // The last minutes around the end of a session: each thing that lasted or happened with its name and its place in time.
 #pragma once
 
+#include <cstddef>
 #include <iosfwd>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -15,9 +17,9 @@ namespace sentiq {
 std::vector<ChartMark> marksOf(const Session& session, const SessionSpan& span, const Judgement& judgement);
 
 /// HTML; nothing when the logs do not tell when the session was.
-/// @param anchor what the entries' names in the page begin with.
-/// @returns the entries that it links to.
-std::vector<const LogEntry*> writeStrip(const Session& session, const SessionSpan& span, const Judgement& judgement,
-                                        const std::string& anchor, std::ostream& out);
+/// @param prefix what the entries' names in the page begin with.
+/// @returns indices of the entries that it links to.
+std::set<std::size_t> writeStrip(const Session& session, const SessionSpan& span, const Judgement& judgement,
+                                 const std::string& prefix, std::ostream& out);
 
 }  // namespace sentiq

@@ -4,6 +4,7 @@
 #include <array>
 #include <charconv>
 #include <chrono>
+#include <iterator>
 #include <ostream>
 #include <string>
 
@@ -16,9 +17,9 @@ using std::chrono::minutes;
 using std::chrono::seconds;
 
 constexpr int mostTicks = 6;
-constexpr std::array<seconds, 17> steps{seconds(1), seconds(2), seconds(5),  seconds(10), seconds(30), minutes(1),
-                                        minutes(2), minutes(5), minutes(10), minutes(30), hours(1),    hours(2),
-                                        hours(4),   hours(12),  days(1),     days(2),     days(7)};
+constexpr seconds steps[] = {seconds(1), seconds(2), seconds(5),  seconds(10), seconds(30), minutes(1),
+                             minutes(2), minutes(5), minutes(10), minutes(30), hours(1),    hours(2),
+                             hours(4),   hours(12),  days(1),     days(2),     days(7)};
 
 }  // namespace
 
@@ -38,22 +39,29 @@ std::string TimeAxis::width(Instant from, Instant to) const {
   return showNumber(percent(to) - percent(from), 2) + '%';
 }
 
-void TimeAxis::writeTicks(const std::string& textAt, std::ostream& out) const {
-  Ticks step = last_ - first_;
-  for (const seconds candidate : steps) {
-    if ((last_ - first_) / candidate <= mostTicks) {
-      step = candidate;
-      break;
-    }
-  }
+Ticks TimeAxis::step() const {
+  const auto* const found = std::find_if(std::begin(steps), std::end(steps), [this](std::chrono::seconds step) {
+    return (last_ - first_) / step <= mostTicks;
+  });
+  return found != std::end(steps) ? Ticks(*found) : last_ - first_;
+}
+
+Instant TimeAxis::firstTick() const {
   const Ticks local = first_.time_since_epoch() + offset_;
-  for (Instant tick = first_ + (step - local % step) % step; tick <= last_; tick += step) {
-    out << R"(<line class="grid" x1=")" << at(tick) << R"(" x2=")" << at(tick) << R"(" y1="0" y2="100%"/>)";
-    if (!textAt.empty()) {
-      const std::string text = showTime(tick, offset_);
-      out << R"(<text x=")" << at(tick) << R"(" y=")" << textAt << R"(" text-anchor="middle">)"
-          << (step >= days(1) ? text.substr(5, 5) : text.substr(11, step < minutes(1) ? 8 : 5)) << "</text>";
-    }
+  return first_ + (step() - local % step()) % step();
+}
+
+void TimeAxis::writeLines(std::ostream& out) const {
+  for (Instant tick = firstTick(); tick <= last_; tick += step()) {
+    out << R"(<line class="grid" x1=")" << at(tick) << R"(" x2=")" << at(tick) << R"(" y2="100%"/>)";
+  }
+}
+
+void TimeAxis::writeTimes(const std::string& y, std::ostream& out) const {
+  for (Instant tick = firstTick(); tick <= last_; tick += step()) {
+    const std::string text = showTime(tick, offset_);
+    out << R"(<text x=")" << at(tick) << R"(" y=")" << y << R"(" text-anchor="middle">)"
+        << (step() >= days(1) ? text.substr(5, 5) : text.substr(11, step() < minutes(1) ? 8 : 5)) << "</text>";
   }
 }
 

@@ -23,12 +23,17 @@ class TimeAxis {
   /// How wide the time between two instants is, as an SVG length.
   std::string width(Instant from, Instant to) const;
 
-  /// Lines and their times.
-  /// @param textAt where the times stand, as an SVG length; empty for lines alone.
-  void writeTicks(const std::string& textAt, std::ostream& out) const;
+  /// A line from top to bottom at each round local time.
+  void writeLines(std::ostream& out) const;
+
+  /// The times of these lines.
+  /// @param y of the text's base line, an SVG length.
+  void writeTimes(const std::string& y, std::ostream& out) const;
 
  private:
   double percent(Instant time) const;
+  Ticks step() const;
+  Instant firstTick() const;
 
   Instant first_;
   Instant last_;
