@@ -10,6 +10,8 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <system_error>
+#include <utility>
 
 #include "reader/input/CleanText.h"
 #include "reader/session/CodeWords.h"
@@ -160,40 +162,26 @@ bool fits(const EventRow& row, const EventRecord& event) {
                });
 }
 
-// Codes in words, one of the forms of a value; as it is when it is no number.
-std::string codeText(CodeKind kind, std::string_view value) {
-  std::uint64_t code = 0;
-  const auto result = std::from_chars(value.data(), value.data() + value.size(), code);
-  if (result.ec != std::errc{}) {
-    return std::string(value);
-  }
-  const std::string_view words = codeWords(kind, code);
-  return words.empty() ? "code " + std::to_string(code) : std::string(words);
-}
-
-std::string inForm(std::string_view form, std::string_view value) {
+// A value in one of the forms that the rows name; as it is when it is no number.
+std::string inForm(std::string_view form, const std::string& value) {
+  constexpr std::pair<std::string_view, CodeKind> kinds[] = {
+      {"reason", CodeKind::SleepReason}, {"standby", CodeKind::StandbyReason}, {"action", CodeKind::PowerAction}};
   std::uint64_t number = 0;
-  std::from_chars(value.data(), value.data() + value.size(), number);
-  if (form == "exception") {
-    return exceptionWords(value);
-  }
-  if (form == "decimal stop") {
-    return stopWords(number);
-  }
-  if (form == "reason") {
-    return codeText(CodeKind::SleepReason, value);
-  }
-  if (form == "standby") {
-    return codeText(CodeKind::StandbyReason, value);
-  }
-  if (form == "action") {
-    return codeText(CodeKind::PowerAction, value);
+  const bool decimal = std::from_chars(value.data(), value.data() + value.size(), number).ec == std::errc{};
+  for (const auto& [name, kind] : kinds) {
+    if (form == name) {
+      const std::string_view words = codeWords(kind, number);
+      return !decimal ? value : words.empty() ? "code " + value : std::string(words);
+    }
   }
   if (form == "size") {
     return std::string("(").append(std::to_string(number >> 20U)).append(" MiB)");
   }
+  if (form == "decimal stop") {
+    return stopWords(number);
+  }
   const auto hex = parseHex(value);
-  return !hex ? std::string(value) : form == "stop" ? stopWords(*hex) : showHex(*hex);
+  return !hex ? value : form == "stop" ? stopWords(*hex) : form == "exception" ? exceptionWords(value) : showHex(*hex);
 }
 
 // One line: times in local time, blanks for line ends.

@@ -100,16 +100,13 @@ Whose whoseFailure(const Session& session, const LogEntry& entry, const WatchedP
   // A report names no process. It may be sent again later, under the same id; a process that ran on did not fail.
   const std::string id = reportIdOf(event);
   std::optional<Whose> whose;
-  for (const LogEntry& other : session.entries) {
-    if (&other == &entry || !isFailure(other.meaning) || !other.event || !other.time) {
-      continue;
-    }
-    if (isReport(other)) {
-      if (!id.empty() && id == reportIdOf(eventOf(session, other)) && *other.time < *process.begin) {
+  for (const LogEntry* const other : process.failures) {
+    if (isReport(*other)) {
+      if (!id.empty() && id == reportIdOf(eventOf(session, *other)) && *other->time < *process.begin) {
         return Whose::None;
       }
-    } else if (tellOfTheSame(session, entry, other)) {
-      const Whose of = whoseFailure(session, other, process);
+    } else if (tellOfTheSame(session, entry, *other)) {
+      const Whose of = whoseFailure(session, *other, process);
       whose = of == Whose::Watched ? of : whose.value_or(of);
     }
   }

@@ -3,7 +3,7 @@
 
 #include <cstdint>
 #include <optional>
-#include <string>
+#include <vector>
 
 #include "reader/session/Judgement.h"
 #include "reader/session/Session.h"
@@ -12,10 +12,11 @@ namespace sentiq {
 
 /// The process that the session watched, and the time in which a failure can be its own.
 struct WatchedProcess {
-  std::int64_t id = 0;             // 0 when the logs do not tell.
-  std::optional<Instant> started;  // From its run time in the first record.
-  std::optional<Instant> begin;    // Of the session.
-  std::optional<Instant> over;     // The exit, or the last line when there is none.
+  std::int64_t id = 0;                      // 0 when the logs do not tell.
+  std::optional<Instant> started;           // From its run time in the first record.
+  std::optional<Instant> begin;             // Of the session.
+  std::optional<Instant> over;              // The exit, or the last line when there is none.
+  std::vector<const LogEntry*> failures{};  // All in the logs that have a time and an event, of any time and process.
 };
 
 enum class Whose : std::uint8_t {
@@ -24,12 +25,13 @@ enum class Whose : std::uint8_t {
   None,   // Of another time, or no failure.
 };
 
+/// @param entry one of the process's failures, or any other entry.
 Whose whoseFailure(const Session& session, const LogEntry& entry, const WatchedProcess& process);
 
 /// In hexadecimal in the event; 0 when it does not tell.
 std::int64_t processOf(const EventRecord& event);
 
-/// @param entry a failure or the end of the machine.
+/// @param entry a failure, or the end of the machine.
 Evidence evidenceOf(const Session& session, const LogEntry& entry);
 
 }  // namespace sentiq

@@ -47,16 +47,10 @@ std::string at(const LogEntry& entry) {
 std::vector<Instant> timesToldBy(const EventRecord& event, const LogEntry& entry) {
   const auto numbersIn = [](std::string_view text) {
     std::vector<int> numbers;
-    bool inNumber = false;
-    for (const char c : text) {
-      const bool digit = c >= '0' && c <= '9';
-      if (digit && !inNumber) {
-        numbers.push_back(0);
-      }
-      if (digit) {
-        numbers.back() = (numbers.back() * 10 + (c - '0')) % 100'000;
-      }
-      inNumber = digit;
+    for (std::size_t digit = 0; (digit = text.find_first_of("0123456789")) != std::string_view::npos;) {
+      text.remove_prefix(digit);
+      const char* const end = std::from_chars(text.data(), text.data() + text.size(), numbers.emplace_back()).ptr;
+      text.remove_prefix(static_cast<std::size_t>(end - text.data()));
     }
     return numbers;
   };
@@ -128,6 +122,11 @@ Judge::Judge(const Session& session) : session_(session), span_(sessionSpan(sess
       process_.started = record.time.instant - *ran;
     }
   }
+  for (const LogEntry& entry : session.entries) {
+    if (isFailure(entry.meaning) && entry.event && entry.time) {
+      process_.failures.push_back(&entry);
+    }
+  }
   exit_ = find(Which::First, {Meaning::Exit});
   process_.begin = span_.begin;
   process_.over = span_.end;
@@ -196,13 +195,13 @@ void Judge::sayBefore(Instant until, bool hangsToo) {
 // A crash is the cause of a hang beside it: the process does not answer while its dump is written.
 bool Judge::judgeFailure() {
   for (const Meaning meaning : {Meaning::Crash, Meaning::CrashReport, Meaning::Hang, Meaning::HangReport}) {
-    const auto found = std::find_if(session_.entries.begin(), session_.entries.end(), [&](const LogEntry& entry) {
-      return entry.meaning == meaning && whoseFailure(session_, entry, process_) == Whose::Watched;
+    const auto found = std::find_if(process_.failures.begin(), process_.failures.end(), [&](const LogEntry* entry) {
+      return entry->meaning == meaning && whoseFailure(session_, *entry, process_) == Whose::Watched;
     });
-    if (found == session_.entries.end()) {
+    if (found == process_.failures.end()) {
       continue;
     }
-    failure_ = &*found;
+    failure_ = *found;
     const bool crash = meaning == Meaning::Crash || meaning == Meaning::CrashReport;
     conclude(crash ? "crashed" : "hung", Severity::Error, "", failure_);
     const Evidence& evidence = result_.evidence;

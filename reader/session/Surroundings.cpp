@@ -136,6 +136,7 @@ std::string beforeText(const Before& before) {
 }
 
 std::vector<Before> whatWentBefore(const Session& session, Instant until, bool hangsToo) {
+  constexpr std::size_t most = 8;
   std::vector<Before> before;
   for (std::size_t i = 0; i < session.entries.size(); ++i) {
     const LogEntry& entry = session.entries[i];
@@ -150,11 +151,10 @@ std::vector<Before> whatWentBefore(const Session& session, Instant until, bool h
       return earlier.kind == row->kind && (!row->everyText || earlier.text == text);
     });
     before.push_back({row->kind, *entry.time, entry.offset, until - *entry.time, std::move(text), i});
+    before.erase(before.begin(), before.end() - static_cast<std::ptrdiff_t>(std::min(most, before.size())));
   }
   addFromRecords(session, until, before);
   std::stable_sort(before.begin(), before.end(), [](const Before& a, const Before& b) { return a.time < b.time; });
-  constexpr std::size_t most = 8;
-  before.erase(before.begin(), before.end() - static_cast<std::ptrdiff_t>(std::min(most, before.size())));
   return before;
 }
 
