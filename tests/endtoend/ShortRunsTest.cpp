@@ -25,17 +25,12 @@ TEST(ShortRuns, ExitCodesOfTheCommandLine) {
 TEST(ShortRuns, CallsOfTheCrashClient) {
   const std::string initialize = "CrashReporterInitialize 0 CanvixSentiq 29.5 137 0 0 0 0 0 0 0 true 0 false";
   const std::string terminate = "VexaCrashReporterTerminate 0";
-  const struct {
-    const wchar_t* option;
-    const wchar_t* fault;
-    Lines calls;
-    DWORD code = 0;
-  } cases[] = {
-      {L"", L"", {initialize, terminate}},
-      {L" --cr-detached-mode", L"", {"SetDetachedMode", initialize, terminate}},
-      {L"", L"refuse", {initialize, "GetCRLastErrorCode", terminate}},
-      {L"", L"throw", {initialize}},
-      {L"", L"0xE06D7363", {initialize}},              // As Visual C++ throws.
+  const std::tuple<const wchar_t*, const wchar_t*, Lines, DWORD> cases[] = {
+      {L"", L"", {initialize, terminate}, 0},
+      {L" --cr-detached-mode", L"", {"SetDetachedMode", initialize, terminate}, 0},
+      {L"", L"refuse", {initialize, "GetCRLastErrorCode", terminate}, 0},
+      {L"", L"throw", {initialize}, 0},
+      {L"", L"0xE06D7363", {initialize}, 0},           // As Visual C++ throws.
       {L"", L"0xC0000005", {initialize}, 0xC0000005},  // An access violation is the system's.
   };
   for (const auto& [option, fault, calls, code] : cases) {

@@ -31,10 +31,12 @@ TEST(TimeText, ZoneShowsInEveryForm) {
   EXPECT_EQ(isoLocalTimestamp(summer * 10'000'000 + 70'000), texts[1]);
   EXPECT_EQ(isoLocalTimestamp(std::int64_t{1735687800} * 10'000'000), texts[3]);  // Half an hour before a new year.
   EXPECT_THAT(timeZoneLine(summer), StartsWith("Time zone offset: " + texts[1].substr(23) + " Time Zone Name: "));
+  EXPECT_GT(timeZoneLine(summer).size(), 41u);  // Some name.
   EXPECT_EQ(timeZoneLine(winter) == timeZoneLine(summer), texts[2] == "+05:30");
   // Summer shows in the clock time of the boot, not in its offset.
   EXPECT_EQ(lastBootTime(summer + 86'400, 86'400'123, standardSecondsWest()),
             texts[1].substr(0, 19) + ".123" + texts[2]);
+  EXPECT_EQ(lastBootTime().substr(23), texts[2]);
 }
 
 TEST(TimeText, BootOffsetTakesItsSignFromTheHoursAlone) {

@@ -32,18 +32,14 @@ TEST_F(WatchdogLog, LayoutOfALine) {
 }
 
 TEST_F(WatchdogLog, EncodesTheWholeLineUnlessKeptPlain) {
-  const struct {
-    std::string message;
-    bool encode, keepHeaderPlain, neverEncode;
-    const char* form;
-  } cases[] = {{"Faulting ProcessID 42", true, true, false, "."},
-               {"Faulting ProcessID 42", true, false, false, "#"},
-               {"OrbelSessionID: x", true, true, false, "."},
-               {"orbelsessionid processid", true, true, false, "#"},
-               {"any thing", true, false, true, "."},
-               {"any thing\nof two", true, true, false, "##"}};
-  for (const auto& [message, encode, keepHeaderPlain, neverEncode, form] : cases) {
-    configureWatchdogLog(-42, wide(log_), L"", encode);
+  const std::tuple<std::string, bool, bool, std::string> cases[] = {{"Faulting ProcessID 42", true, false, "."},
+                                                                    {"Faulting ProcessID 42", false, false, "#"},
+                                                                    {"OrbelSessionID: x", true, false, "."},
+                                                                    {"orbelsessionid processid", true, false, "#"},
+                                                                    {"any thing", false, true, "."},
+                                                                    {"any thing\nof two", true, false, "##"}};
+  for (const auto& [message, keepHeaderPlain, neverEncode, form] : cases) {
+    configureWatchdogLog(-42, wide(log_), L"", /*encodeLogs=*/true);
     truncateLog(toWatchdog);
     writeLogLine(message, true, LogLevel::Info, toWatchdog, keepHeaderPlain, neverEncode);
     EXPECT_EQ(formOf(log_), form) << message;
@@ -81,7 +77,7 @@ TEST_F(WatchdogLog, ThreadsTearNoLineAndLoseNone) {
     std::vector<std::jthread> writers;
     for (const LogTarget target : {toWatchdog, toInitial, toInitial, toWatchdog, toInitial, toInitial}) {
       writers.emplace_back([target, &dots] {
-        for (int i = 0; i < 500; ++i) {
+        for (int i = 0; i < 2000; ++i) {
           writeLogLine(dots, true, LogLevel::Info, target);
         }
       });
@@ -90,7 +86,7 @@ TEST_F(WatchdogLog, ThreadsTearNoLineAndLoseNone) {
       truncateLog(toWatchdog);
     }
   }
-  EXPECT_EQ(readLog(initial_), Lines(4 * 500, "[SYSTEM] " + dots));
+  EXPECT_EQ(readLog(initial_), Lines(4 * 2000, "[SYSTEM] " + dots));
   EXPECT_THAT(readLog(log_), Each("[SYSTEM] " + dots));
 }
 

@@ -39,8 +39,7 @@ class ChildProcess {
     CloseHandle(started_.hThread);
     CloseHandle(started_.hProcess);
   }
-  ChildProcess(const ChildProcess&) = delete;
-  ChildProcess& operator=(const ChildProcess&) = delete;
+  ChildProcess(ChildProcess&&) = delete;
 
   HANDLE handle() const { return started_.hProcess; }
   DWORD pid() const { return started_.dwProcessId; }
@@ -64,17 +63,16 @@ class ChildProcess {
 /// The hidden window of a process, null when it has none (yet).
 inline HWND powerWindowOf(DWORD pid) {
   HWND window = nullptr;
-  DWORD owner = 0;
-  do {
+  for (DWORD owner = 0; owner != pid;) {
     window = FindWindowExW(nullptr, window, L"PowerEventWindowClass", L"Power Event Listener");
+    owner = pid;
     GetWindowThreadProcessId(window, &owner);
-  } while (window != nullptr && owner != pid);
+  }
   return window;
 }
 
 /// Whether the condition comes true within a minute.
-template <typename Condition>
-bool eventually(Condition condition) {
+bool eventually(auto condition) {
   for (int tries = 0; tries < 1200 && !condition(); ++tries) {
     std::this_thread::sleep_for(std::chrono::milliseconds(50));
   }

@@ -5,23 +5,14 @@
 #include <windows.h>
 #endif
 
-#include <chrono>
-#include <cstdint>
-#include <filesystem>
 #include <fstream>
-#include <memory>
 #include <numeric>
-#include <stdexcept>
-#include <string>
 #include <thread>
-#include <utility>
-#include <vector>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include "tests/support/Logs.h"
-#include "tests/support/TestFiles.h"
 
 namespace sentiq {
 

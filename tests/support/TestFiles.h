@@ -15,16 +15,13 @@ namespace sentiq::test {
 class TempFolder {
  public:
   TempFolder() { std::filesystem::create_directories(path_); }
-  ~TempFolder() {
-    std::error_code ignored;
-    std::filesystem::remove_all(path_, ignored);
-  }
-  TempFolder(const TempFolder&) = delete;
-  TempFolder& operator=(const TempFolder&) = delete;
+  TempFolder(TempFolder&&) = delete;
+  ~TempFolder() { std::filesystem::remove_all(path_, ignored_); }
 
   std::filesystem::path operator/(const std::filesystem::path& name) const { return path_ / name; }
 
  private:
+  std::error_code ignored_;
   const std::filesystem::path path_ =
       std::filesystem::temp_directory_path() /
       ("sentiq-" + std::to_string(std::chrono::steady_clock::now().time_since_epoch().count()));

@@ -72,10 +72,8 @@ TEST_F(Watchdog, StopsWhileCanvixRunsWithoutADump) {
   stopWatchdog();
   EXPECT_THAT(std::chrono::steady_clock::now() - start, AllOf(Ge(5s), Lt(10s)));
   EXPECT_TRUE(watchdogState().threads.empty());
-  const Lines lines = readLog(log_);
-  EXPECT_EQ(lines.size(), 11u);
-  EXPECT_EQ(lines.back(), "[SYSTEM] Watchdog stopped cleanly.");
-  EXPECT_THAT(lines, Contains("[PROCESS] Leaving App monitor app exit"));
+  EXPECT_THAT(readLog(log_), AllOf(SizeIs(11), Contains("[PROCESS] Leaving App monitor app exit")));
+  EXPECT_EQ(readLog(log_).back(), "[SYSTEM] Watchdog stopped cleanly.");
   EXPECT_FALSE(std::filesystem::exists(initial_));
   EXPECT_EQ(unregistered.size(), 1u);
 }
@@ -84,9 +82,8 @@ TEST_F(Watchdog, AnInitialCollectionThatThrowsLeavesNoSeparator) {
   SetEnvironmentVariableW(L"SENTIQ_EVENTS_FAULT", L"EvtQuery:0:thrown");
   runInitialMetricCollection("before");
   SetEnvironmentVariableW(L"SENTIQ_EVENTS_FAULT", nullptr);
-  const Lines lines = readLog(initial_);
-  ASSERT_EQ(lines.size(), 7u);
-  EXPECT_EQ(lines[5] + lines[6], "[PROCESS] Reading last shutdown details[SYSTEM] Initial metric collection done.");
+  EXPECT_THAT(readLog(initial_), SizeIs(7));
+  EXPECT_EQ(readLog(initial_).back(), "[SYSTEM] Initial metric collection done.");
 }
 
 TEST_F(Watchdog, BroadcastsSentAndPosted) {
@@ -120,10 +117,10 @@ TEST_F(Watchdog, WhatCannotBeRegisteredIsSaid) {
   EXPECT_EQ(powerThread(0), (Lines{inside, inside + ", window creation failed"}));
   windowFails = false;
   EXPECT_EQ(powerThread(1), (Lines{inside, inside + ", registration failed for traditional sleep"}));
-  const Lines lines = powerThread(2);
-  ASSERT_GE(lines.size(), 3u);
-  EXPECT_EQ(lines[1], inside + ", registration failed for modern sleep");
-  EXPECT_THAT(lines[2], MatchesRegex(".SYSTEM. .*denied.*"));
+  Lines lines = powerThread(2);
+  lines.resize(3);  // The system's text brings line ends of its own.
+  EXPECT_THAT(lines, ElementsAre(inside, inside + ", registration failed for modern sleep",
+                                 AllOf(StartsWith("[SYSTEM] "), HasSubstr("denied"))));
   EXPECT_EQ(unregistered.size(), 1u);
 }
 
