@@ -77,11 +77,14 @@ TEST(ShortRuns, AProcessThatDoesNotExist) {
     const RunFolder run;
     std::ofstream(run.folder / "Application.xml") << "<Event xmlns='x'>{LONE}</Event>";
     SetEnvironmentVariableW(L"SENTIQ_EVENTS", (run.folder / "").c_str());
+    SetEnvironmentVariableW(L"TARNWICK_RECORD", (run.folder / "calls.txt").c_str());
     EXPECT_EQ(ChildProcess(program, L"--pid 999999" + run.options()).wait(3s), 0u);
     EXPECT_TRUE(("\n" + readFile(run.session)).ends_with('\n') && readFile(run.watchdog).ends_with('\n'));
+    EXPECT_THAT(readFile(run.folder / "calls.txt"), Not(HasSubstr("Terminate")));
     EXPECT_THAT(readLog(run.watchdog), AllOf(Contains("[SYSTEM] Starting Watchdog application"),
                                              Not(Contains("[SYSTEM] Attempting to stop Watchdog."))));
   }
+  SetEnvironmentVariableW(L"TARNWICK_RECORD", nullptr);
 }
 
 }  // namespace sentiq

@@ -7,9 +7,11 @@
 
 namespace sentiq {
 
+// One that both filtered readers look for.
 static std::string event(int number, const std::string& data) {
-  return "<Event xmlns='x'><System><EventID Qualifiers='0'>1000</EventID><EventRecordID>" + std::to_string(number) +
-         "</EventRecordID></System><EventData><Data>1</Data><Data>Canvix.exe</Data>" + data + "</EventData></Event>";
+  return "<Event xmlns='x'><System><EventID Qualifiers='0'>1000</EventID><EventID>41</EventID><EventRecordID>" +
+         std::to_string(number) + "</EventRecordID></System><EventData><Data>1</Data><Data>Canvix.exe</Data>" + data +
+         "</EventData></Event>";
 }
 
 class EventLogReader : public Test {
@@ -62,13 +64,17 @@ TEST_F(EventLogReader, AChannelThatCannotBeOpened) {
 // Whatever error the last call left decides about a line behind the events.
 TEST_F(EventLogReader, NeverReadsMoreThanTheLimit) {
   fill(1000);
-  readAppTerminationEvents(L"System", LogTarget::WatchdogInitialLog);
-  dumpChannel(L"System");
-  for (const auto& [log, limit] : {std::pair{initial_, 100}, {log_, 500}}) {
+  const auto expectNewest = [&](int limit, const std::filesystem::path& log) {
     Lines lines = take(log);
     std::erase(lines, "Issue in reading logs");
     EXPECT_THAT(lines, AllOf(SizeIs(limit), Contains("1000"), Contains(std::to_string(1001 - limit))));
-  }
+  };
+  readAppTerminationEvents(L"System", LogTarget::WatchdogInitialLog);
+  expectNewest(100, initial_);
+  readShutdownEvents(L"System", LogTarget::WatchdogInitialLog);
+  expectNewest(100, initial_);
+  dumpChannel(L"System");
+  expectNewest(500, log_);
 }
 
 TEST_F(EventLogReader, ReadingThatFailsKeepsWhatItHas) {
@@ -89,8 +95,10 @@ TEST_F(EventLogReader, ReadingThatFailsKeepsWhatItHas) {
     SetEnvironmentVariableW(L"SENTIQ_EVENTS_FAULT", fault);
     const int before = openHandles();
     readAppTerminationEvents(L"System", LogTarget::WatchdogInitialLog);
+    readShutdownEvents(L"System", LogTarget::WatchdogLog);
     EXPECT_EQ(take(initial_), lines) << std::filesystem::path(fault);
-    EXPECT_EQ(openHandles() - before, leftOpen) << std::filesystem::path(fault);
+    EXPECT_EQ(take(log_), lines) << std::filesystem::path(fault);
+    EXPECT_EQ(openHandles() - before, 2 * leftOpen) << std::filesystem::path(fault);
   }
   SetEnvironmentVariableW(L"SENTIQ_EVENTS_FAULT", L"EvtNext:2:1734");
   dumpChannel(L"System");  // Asks for ten at a time.
@@ -99,16 +107,16 @@ TEST_F(EventLogReader, ReadingThatFailsKeepsWhatItHas) {
 
 TEST_F(EventLogReader, EveryTextThatCanBeWrittenIs) {
   const std::string hard = "\"q\" \\b\\ \r\n\t \u00FC \u65E5\u672C \U0001F600 &lt;";
-  fill(4, {hard, "{LONE}", "{MEGABYTE}", "{CONTROL}"});
+  fill(5, {hard, "left out", "{LONE}", "{MEGABYTE}", "{CONTROL}"});
   dumpChannel(L"System");
   const Lines lines = linesOf(readFile(log_));
-  EXPECT_THAT(take(log_), ElementsAre("4", "3", "2", ""));  // A lone surrogate is no text.
+  EXPECT_THAT(take(log_), ElementsAre("5", "4", "3", ""));  // A lone surrogate is no text, and its batch ends with it.
   std::string controls(31, ' ');
   std::iota(controls.begin(), controls.end(), char{1});
   const std::string texts[] = {hard, controls, std::string(1'000'000, 'm')};
   for (std::size_t i = 0; i < 3; ++i) {
     const std::string json = lines[i].substr(lines[i].find("{\"xmlData\":\"<Event"));
-    EXPECT_EQ(nlohmann::json::parse(json).at("xmlData"), event(static_cast<int>(4 - i), texts[i]));
+    EXPECT_EQ(nlohmann::json::parse(json).at("xmlData"), event(static_cast<int>(5 - i), texts[i]));
   }
   EXPECT_THAT(lines[0], HasSubstr("\u65E5"));
 }
