@@ -88,9 +88,9 @@ struct ValueAxis {
   double high = 100;
   int decimals = 0;
 
-  std::string show(double value, int more = 0) const {
-    return showNumber(value / scale, decimals == 0 && scale == 1 ? 0 : decimals + more) + ' ' + unit;
-  }
+  std::string tick(double value) const { return showNumber(value, decimals) + ' ' + unit; }
+  int finer() const { return scale == 1 ? decimals : decimals + 1; }  // Digits of a value between the ticks.
+  std::string show(double value) const { return showNumber(value / scale, finer()) + ' ' + unit; }
   double percent(double value) const { return 100 - 100 * (value / scale - low) / (high - low); }
 };
 
@@ -119,29 +119,26 @@ ValueAxis axisFor(std::string_view unit, double least, double most) {
   return axis;
 }
 
-// In thousandths of the drawing's width and height, with a new part behind each gap.
-std::string linePath(const std::vector<Reading>& readings, std::size_t figure, const ValueAxis& values,
+// In hundredths of the drawing's width and height, with a new part behind each gap.
+std::string linePath(const std::vector<const Reading*>& known, std::size_t figure, const ValueAxis& values,
                      const TimeAxis& times) {
   std::string path;
-  const Reading* last = nullptr;
-  for (const Reading& reading : readings) {
-    if (!reading.values[figure]) {
-      continue;
-    }
-    const bool joined = last != nullptr && reading.from - last->to <= longestStep;
-    std::string x = times.at(reading.from);
+  const auto joined = [&](std::size_t i) {
+    return i > 0 && i < known.size() && known[i]->from - known[i - 1]->to <= longestStep;
+  };
+  for (std::size_t i = 0; i < known.size(); ++i) {
+    std::string x = times.at(known[i]->from);
     x.pop_back();
-    path += (joined ? 'L' : 'M') + x + ' ' + showNumber(values.percent(*reading.values[figure]), 2);
-    path += joined ? "" : "h.01";  // A point by itself is seen, too.
-    last = &reading;
+    path += (joined(i) ? 'L' : 'M') + x + ' ' + showNumber(values.percent(*known[i]->values[figure]), 2);
+    path += joined(i) || joined(i + 1) ? "" : "h.5";  // A point by itself is seen, too.
   }
   return path;
 }
 
-void writeDrawing(const std::vector<Reading>& readings, std::size_t figure, const ValueAxis& values,
+void writeDrawing(const std::vector<const Reading*>& known, std::size_t figure, const ValueAxis& values,
                   const TimeAxis& times, const std::vector<ChartMark>& marks, std::ostream& out) {
   out << "<div class=\"chart\" data-low=\"" << values.low << "\" data-high=\"" << values.high << "\" data-scale=\""
-      << values.scale << "\" data-unit=\"" << values.unit << "\" data-decimals=\"" << values.decimals
+      << values.scale << "\" data-unit=\"" << values.unit << "\" data-decimals=\"" << values.finer()
       << "\"><svg aria-hidden=\"true\">\n";
   for (const ChartMark& mark : marks) {
     if (mark.from != mark.to) {
@@ -151,8 +148,8 @@ void writeDrawing(const std::vector<Reading>& readings, std::size_t figure, cons
   }
   for (double value = values.low; value < values.high + values.step / 2; value += values.step) {
     const std::string y = showNumber(values.percent(value * values.scale), 2) + '%';
-    out << R"(<line class="grid" x2="100%" y1=")" << y << R"(" y2=")" << y << R"("/><text x="-8" y=")" << y
-        << R"(" dy="4" text-anchor="end">)" << values.show(value * values.scale) << "</text>\n";
+    out << R"(<line class="grid" x2="100%" y1=")" << y << R"(" y2=")" << y << R"("/><text x="-12" y=")" << y
+        << R"(" dy="4" text-anchor="end">)" << values.tick(value) << "</text>\n";
   }
   times.writeLines(out);
   out << "<svg y=\"100%\">";
@@ -165,7 +162,7 @@ void writeDrawing(const std::vector<Reading>& readings, std::size_t figure, cons
     }
   }
   out << R"(<svg viewBox="0 0 100 100" preserveAspectRatio="none" height="100%"><path d=")"
-      << linePath(readings, figure, values, times) << "\"/></svg>\n";
+      << linePath(known, figure, values, times) << "\"/></svg>\n";
   if (values.low > 0) {  // The sign of an axis that leaves out a part.
     out << R"(<svg y="100%"><path class="break" d="M-6 -4l12 -6M-6 1l12 -6"/></svg>)";
   }
@@ -188,21 +185,22 @@ void writeChart(const std::vector<Reading>& readings, std::size_t figure, const 
       known.begin(), known.end(), [&](const Reading* a, const Reading* b) { return value(a) < value(b); });
   const ValueAxis values = axisFor(figures[figure].unit, value(*least), value(*most));
   const Reading& extreme = figures[figure].least ? **least : **most;
-  out << "<figure><figcaption><strong>" << figures[figure].title
-      << "</strong>: " << values.show(value(known.front()), 1) << " at first, " << values.show(value(known.back()), 1)
-      << " at last, " << (figures[figure].least ? "lowest " : "highest ") << values.show(value(&extreme), 1) << " at "
+  out << "<figure><figcaption><strong>" << figures[figure].title << "</strong>: " << values.show(value(known.front()))
+      << " at first, " << values.show(value(known.back())) << " at last, "
+      << (figures[figure].least ? "lowest " : "highest ") << values.show(value(&extreme)) << " at "
       << showTime(extreme.from, offset).substr(11, 8) << '.';
   if (values.low > 0) {
-    out << " The axis begins at " << values.show(values.low * values.scale) << ", not at 0.";
+    out << " The axis begins at " << values.tick(values.low) << ", not at 0.";
   }
   out << " <output></output></figcaption>\n";
-  writeDrawing(readings, figure, values, times, marks, out);
+  writeDrawing(known, figure, values, times, marks, out);
   out << "</figure>\n";
 }
 
 void writeTable(const std::vector<Reading>& readings, const std::vector<std::size_t>& shown,
                 std::chrono::minutes offset, std::ostream& out) {
-  out << "<details open><summary>These figures as a table</summary><table><thead><tr><th scope=\"col\">Local time</th>";
+  out << "<details open><summary>These figures as a table</summary><div class=\"wide\" "
+         "tabindex=\"0\"><table><thead><tr><th scope=\"col\">Local time</th>";
   for (const std::size_t figure : shown) {
     out << "<th scope=\"col\">" << figures[figure].title << ", " << figures[figure].unit << "</th>";
   }
@@ -214,7 +212,7 @@ void writeTable(const std::vector<Reading>& readings, const std::vector<std::siz
     }
     out << '\n';
   }
-  out << "</tbody></table></details>\n";
+  out << "</tbody></table></div></details>\n";
 }
 
 }  // namespace

@@ -49,7 +49,7 @@ std::vector<Day> daysOf(const Session& session, const SessionSpan& span, const s
     if (entry.metric) {
       continue;
     }
-    const std::string date = localTime(entry).substr(0, 10);
+    const std::string date = entry.time ? localTime(entry).substr(0, 10) : "Without a time";
     const bool before = entry.time && span.begin && *entry.time < *span.begin;
     if (days.empty() || days.back().date != date || days.back().beforeSession != before ||
         days.back().rows.size() == mostRows) {

@@ -88,7 +88,9 @@ function watchEntries(box) {
   field.addEventListener('input', filter);
   severity.addEventListener('input', filter);
   older.addEventListener('click', () => showOlder(!box.classList.contains('all')));
-  older.hidden = !days.some(day => day.older);
+  const olderSize = days.filter(day => day.older).flatMap(day => day.rows).reduce((sum, entry) => sum + size(entry), 0);
+  older.textContent = 'Show ' + olderSize + ' older, too';
+  older.hidden = olderSize === 0;
   box.addEventListener('reveal', () => {
     field.value = '';
     severity.value = '0';
