@@ -4,13 +4,13 @@
 #include <tlhelp32.h>
 
 #include "examples/StartSentiq.h"
+#include "logging/UniqueHandle.h"
 #include "tests/endtoend/RunTest.h"
 
-namespace sentiq::test {
+namespace sentiq {
 namespace {
 
 using canvix::SentiqSession;
-using testing::Contains;
 
 TEST(StartSentiq, ArgumentsAreReadBackAsTheyWere) {
   for (const wchar_t* const argument :
@@ -80,14 +80,14 @@ TEST(StartSentiq, TheProgramOutlivesTheJobAndTheNextOneHearsOfTheEnd) {
     EXPECT_TRUE(eventually([&] { return readLog(own / "CanvixSentiqSession.log").size() >= 3; }));
     const KernelHandle program = programOf(canvix);
     job = KernelHandle();
-    canvix.end();
-    EXPECT_TRUE(eventually([&] { return count(own / "CanvixSentiqSession.log", exitLine) == 1; }));
+    canvix.end(7);
+    EXPECT_TRUE(eventually([&] { return Value(readLog(own / "CanvixSentiqSession.log"), Contains(exitLine)); }));
     const Lines initial = readLog(own / "CanvixWatchdogInfoInitialSession.log");
-    EXPECT_EQ(initial.empty() ? "" : initial[0], *before == 0 ? "" : systemHead + "OrbelSessionID: " + before);
+    EXPECT_EQ(initial.empty() ? "" : initial[0], *before == 0 ? "" : std::string("[SYSTEM] OrbelSessionID: ") + before);
     EXPECT_TRUE(TerminateProcess(program.get(), 0));
     WaitForSingleObject(program.get(), 10'000);
   }
 }
 
 }  // namespace
-}  // namespace sentiq::test
+}  // namespace sentiq
