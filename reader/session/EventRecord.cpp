@@ -144,7 +144,8 @@ std::optional<EventRecord> parseEvent(std::string_view xml) {
   readAllData(event, record);
   nameFields(record);
   if (equalIgnoringCase(record.provider, "Application Hang") && record.field("HangType").empty()) {
-    record.data.emplace_back("HangType", textOfBinary(record.field("Binary")));
+    const std::string kind = textOfBinary(record.field("Binary"));
+    record.data.emplace_back("HangType", kind == "Unknown" ? "" : kind);
   }
   return record;
 }

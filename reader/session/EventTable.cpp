@@ -65,7 +65,7 @@ constexpr EventRow eventRows[] = {
     EventRow{1001, Meaning::Leak, Severity::Notice, errorReporting,
              "Error report {EventName}: {P1} {P2} uses more and more memory", "EventName=RADAR_PRE_LEAK"},
     EventRow{1001, Meaning::SystemCrash, Severity::Error, errorReporting,
-             "Error report {EventName}: the machine crashed with the blue screen {P1:stop}", "EventName=BlueScreen"},
+             "The machine crashed with the blue screen {P1:stop}, says its error report", "EventName=BlueScreen"},
     EventRow{1001, Meaning::Hardware, Severity::Warning, errorReporting,
              "Error report {EventName}: the kernel met {P1:stop} and went on", "EventName=LiveKernelEvent"},
     EventRow{1001, Meaning::Other, Severity::Notice, errorReporting,

@@ -236,7 +236,7 @@ void Judge::judgeExit() {
   }
   if (shutdown != nullptr) {
     conclude("shutdown", Severity::Notice,
-             "Canvix ended" + at(*exit_) + " while the machine shut down: " + shutdown->what, exit_);
+             "Canvix ended" + at(*exit_) + " while the machine shut down: " + inSentence(shutdown->what), exit_);
   } else if (session_.applicationCopied && *session_.applicationCopied >= time + lateEnough) {
     conclude("ended", Severity::Info,
              "Canvix ended normally" + at(*exit_) + ": the event log holds no crash or hang of it", exit_);

@@ -146,7 +146,7 @@ std::vector<Before> whatWentBefore(const Session& session, Instant until, bool h
         (!hangsToo && row->kind == std::string_view("hang"))) {
       continue;
     }
-    std::string text = inSentence(entry.what);
+    std::string text = entry.event ? inSentence(entry.what) : "the machine resumed from sleep";  // The program's line.
     std::erase_if(before, [&](const Before& earlier) {
       return earlier.kind == row->kind && (!row->everyText || earlier.text == text);
     });
