@@ -199,7 +199,7 @@ void writeChart(const std::vector<Reading>& readings, std::size_t figure, const 
 
 void writeTable(const std::vector<Reading>& readings, const std::vector<std::size_t>& shown,
                 std::chrono::minutes offset, std::ostream& out) {
-  out << "<details open><summary>These figures as a table</summary><div class=\"wide\" "
+  out << "<details><summary>These figures as a table</summary><div class=\"wide\" "
          "tabindex=\"0\"><table><thead><tr><th scope=\"col\">Local time</th>";
   for (const std::size_t figure : shown) {
     out << "<th scope=\"col\">" << figures[figure].title << ", " << figures[figure].unit << "</th>";

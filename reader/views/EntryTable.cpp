@@ -107,7 +107,7 @@ void writeEntries(const Session& session, const SessionSpan& span, const std::se
          "<div class=\"controls\" hidden><label>Search <input type=\"search\" autocomplete=\"off\"></label>"
          "<label>Severity <select><option value=\"0\">all</option><option value=\"1\">notice and above</option>"
          "<option value=\"2\">warning and above</option><option value=\"3\">error</option></select></label>"
-         "<button type=\"button\" accesskey=\"o\" aria-pressed=\"false\">Older, too</button>"
+         "<button type=\"button\" aria-pressed=\"false\">Older, too</button>"
          "<span role=\"status\"></span></div>\n";
   for (const Day& day : days) {
     const std::string title = day.date + (day.beforeSession ? ", before the session" : "");

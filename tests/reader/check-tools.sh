@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# What other tools say to the reader's files: check-tools.sh lnav|man|report SENTIQ-LOGS. Ends with 77 without the tool.
+# What other tools say to the reader's files: check-tools.sh lnav|man|readme|report SENTIQ-LOGS. Ends with 77 without the tool.
 set -Eeuo pipefail
 here=$(cd "$(dirname "$0")" && pwd)
 what=$1 reader=$2
@@ -37,6 +37,11 @@ critical,3,3' "$(lnav -n -c ';SELECT log_level, count(*) AS lines, count(event_i
     done | grep -oE -- '--[a-z][a-z-]+' | sort -u | while read -r option; do
       grep -q -e "$option" <<<"$page" || [ "$option" = --help ] || { echo "$option is not in the page"; exit 1; }
     done
+    ;;
+  readme) # Shows what the program says today.
+    { "$reader" summary "$here/data/laptop"; "$reader" timeline "$here/data/laptop"; } >"$folder/said.txt"
+    same '' "$(sed -nE 's/^    ((2026-11-24 14:|Canvix crashed at |Before it: ).*)/\1/p' "$here/../../README.md" |
+      grep -vxFf "$folder/said.txt")"
     ;;
   report) # Chromium shows the text, with and without script.
     need chromium

@@ -86,10 +86,15 @@ function watchEntries(box) {
     filter();
   }
   field.addEventListener('input', filter);
+  field.addEventListener('keydown', event => {
+    if (event.key === 'Enter' && !older.hidden) {
+      older.click();
+    }
+  });
   severity.addEventListener('input', filter);
   older.addEventListener('click', () => showOlder(!box.classList.contains('all')));
   const olderSize = days.filter(day => day.older).flatMap(day => day.rows).reduce((sum, entry) => sum + size(entry), 0);
-  older.textContent = 'Show ' + olderSize + ' older, too';
+  older.textContent = 'Show ' + olderSize + ' older, too (Enter in the search)';
   older.hidden = olderSize === 0;
   box.addEventListener('reveal', () => {
     field.value = '';
