@@ -91,6 +91,7 @@ TEST_F(Watchdog, BroadcastsSentAndPosted) {
   ASSERT_TRUE(eventuallyHas(inside));
   const HWND window = powerWindowOf(GetCurrentProcessId());
   EXPECT_FALSE(IsWindowVisible(window));
+  EXPECT_EQ(GetAncestor(window, GA_PARENT), GetDesktopWindow());
   for (const WPARAM code : {6, 9, 10, 18, PBT_POWERSETTINGCHANGE}) {  // Only the last of these says anything.
     EXPECT_EQ(SendMessageW(window, WM_POWERBROADCAST, code, 0), TRUE);
   }
