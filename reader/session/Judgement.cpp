@@ -94,7 +94,6 @@ class Judge {
   std::size_t indexOf(const LogEntry& entry) const;
   void conclude(const char* outcome, Severity severity, std::string text, const LogEntry* entry);
   void say(Severity severity, std::string text, const LogEntry& entry);
-  void sayBefore(Instant until, bool hangsToo);
   bool judgeFailure();
   void judgeExit();
   bool judgeFall();
@@ -188,10 +187,6 @@ void Judge::say(Severity severity, std::string text, const LogEntry& entry) {
   result_.others.push_back({severity, std::move(text), indexOf(entry)});
 }
 
-void Judge::sayBefore(Instant until, bool hangsToo) {
-  result_.before = whatWentBefore(session_, until, hangsToo);
-}
-
 // A crash is the cause of a hang beside it: the process does not answer while its dump is written.
 bool Judge::judgeFailure() {
   for (const Meaning meaning : {Meaning::Crash, Meaning::CrashReport, Meaning::Hang, Meaning::HangReport}) {
@@ -216,7 +211,7 @@ bool Judge::judgeFailure() {
       text = "Canvix stopped responding and was closed" + at(*failure_) +
              (evidence.hangKind.empty() ? "" : ": " + evidence.hangKind);
     }
-    sayBefore(*failure_->time, crash);
+    result_.before = whatWentBefore(session_, *failure_->time, /*hangsToo=*/crash);
     const Instant over = std::max(*failure_->time, *process_.over);
     if (const LogEntry* const shutdown =
             find(Which::First, {Meaning::ShutdownBegun}, *failure_->time - shutdownLead, over + lastSign)) {
@@ -307,7 +302,7 @@ bool Judge::judgeFall() {
            best->what + ", while Canvix ran" + (sleep != nullptr ? ", after it went to sleep" + at(*sleep) : "") +
                " (logged" + at(*best) + ')',
            best);
-  sayBefore(*process_.over, /*hangsToo=*/true);
+  result_.before = whatWentBefore(session_, *process_.over, /*hangsToo=*/true);
   return true;
 }
 

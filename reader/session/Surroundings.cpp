@@ -89,6 +89,7 @@ std::size_t displayChanges(const Session& session, const SessionSpan& span) {
 // Events before and after it, and the program's own lines, tell of the same sleep; a sleep empties the watchdog log, so
 // that its end may be all that is left of it.
 std::vector<Sleep> sleepsOf(const Session& session, const SessionSpan& span) {
+  constexpr std::chrono::minutes atStart{1};
   std::vector<Sleep> sleeps;
   for (const LogEntry& entry : session.entries) {
     if (!entry.time || !span.contains(*entry.time)) {
@@ -107,7 +108,7 @@ std::vector<Sleep> sleepsOf(const Session& session, const SessionSpan& span) {
                                             (told && last->begin && isClose(*last->begin, told->instant)));
       if (same) {
         last->end = entry.time;
-      } else {
+      } else if (*entry.time - *span.begin > atStart) {  // Else the sleep was before the session.
         sleeps.push_back({std::nullopt, entry.time});
       }
     }
