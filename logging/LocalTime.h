@@ -1,4 +1,4 @@
-// What the time texts need of the platform.
+// What the time texts need of the platform: all of one zone, the one that is set now.
 #pragma once
 
 #include <cstdint>
@@ -8,7 +8,7 @@
 
 namespace sentiq {
 
-/// Local broken-down time of an instant (seconds since 1970, UTC); nothing when the runtime library rejects it.
+/// Local broken-down time of an instant (seconds since 1970, UTC); nothing before 1970 or far in the future.
 std::optional<std::tm> toLocalTime(std::int64_t seconds);
 
 /// UTF-8; the standard or the daylight name of the zone, as the broken-down time says.

@@ -1,114 +1,54 @@
 #include "logging/LogEncoding.h"
 
 #include <algorithm>
-#include <array>
 #include <cstddef>
 #include <cstdint>
-#include <cstring>
-#include <numeric>
 #include <string>
 #include <string_view>
 
 namespace sentiq {
-namespace {
-
-// Two base64 digits for each 12 bits, so that three bytes take two look-ups.
-constexpr auto digitPairs = [] {
-  std::array<std::array<char, 2>, 4096> pairs{};
-  for (std::size_t bits = 0; bits < pairs.size(); ++bits) {
-    pairs[bits] = {base64Alphabet[bits >> 6], base64Alphabet[bits & 63]};
-  }
-  return pairs;
-}();
-
-// Three bytes of key as one 24-bit number, for each group of three bytes until key and groups come out even.
-template <std::size_t groups>
-constexpr std::array<std::uint32_t, groups> keyGroups(std::string_view key) {
-  std::array<std::uint32_t, groups> words{};
-  for (std::size_t i = 0; i < groups * 3; ++i) {
-    words[i / 3] = words[i / 3] << 8 | static_cast<unsigned char>(key[i % key.size()]);
-  }
-  return words;
-}
-constexpr auto logKeyGroups = keyGroups<std::lcm(logKey.size(), 3) / 3>(logKey);
-constexpr auto noKeyGroups = std::array<std::uint32_t, 1>{0};
-
-constexpr std::size_t encodedSize(std::size_t bytes) {
-  return (bytes + 2) / 3 * 4;
-}
-
-std::uint32_t byteAt(std::string_view bytes, std::size_t i) {
-  return static_cast<unsigned char>(bytes[i]);
-}
-
-// Writes encodedSize(bytes.size()) characters at out.
-template <std::size_t groups>
-void encodeBytes(std::string_view bytes, const std::array<std::uint32_t, groups>& key, char* out) {
-  std::size_t group = 0;
-  std::size_t i = 0;
-  for (; bytes.size() - i >= 3; i += 3) {
-    const std::uint32_t word = (byteAt(bytes, i) << 16 | byteAt(bytes, i + 1) << 8 | byteAt(bytes, i + 2)) ^ key[group];
-    group = group + 1 == groups ? 0 : group + 1;
-    std::memcpy(out, digitPairs[word >> 12].data(), 2);
-    std::memcpy(out + 2, digitPairs[word & 0xFFF].data(), 2);
-    out += 4;
-  }
-  const std::size_t left = bytes.size() - i;
-  if (left > 0) {
-    const std::uint32_t second = left == 2 ? byteAt(bytes, i + 1) << 8 : 0;
-    const std::uint32_t keep = left == 2 ? 0xFFFF00 : 0xFF0000;
-    const std::uint32_t word = ((byteAt(bytes, i) << 16 | second) ^ key[group]) & keep;
-    std::memcpy(out, digitPairs[word >> 12].data(), 2);
-    out[2] = left == 2 ? base64Alphabet[word >> 6 & 63] : '=';
-    out[3] = '=';
-  }
-}
-
-// The position of the first newline, or the text's size. Looks at eight bytes at once, which memchr does not do in
-// every runtime library.
-std::size_t lineEnd(std::string_view text) {
-  constexpr std::uint64_t ones = 0x0101'0101'0101'0101;
-  std::size_t i = 0;
-  for (; text.size() - i >= 8; i += 8) {
-    std::uint64_t word = 0;
-    std::memcpy(&word, text.data() + i, 8);
-    word ^= ones * '\n';
-    if (((word - ones) & ~word & ones << 7) != 0) {  // One of the bytes is zero.
-      break;
-    }
-  }
-  return std::min(text.find('\n', i), text.size());
-}
-
-// Calls visit(line) for each line, split as a stream's line reading does.
-template <typename Visit>
-void forEachLine(std::string_view text, Visit visit) {
-  while (!text.empty()) {
-    const std::size_t end = lineEnd(text);
-    visit(text.substr(0, end));
-    text.remove_prefix(std::min(end + 1, text.size()));
-  }
-}
-
-}  // namespace
 
 std::string encodeText(std::string_view text) {
   std::string encoded;
-  encoded.reserve(encodedSize(text.size()));  // Enough for a single line, and nearly so for several.
-  forEachLine(text, [&](std::string_view line) {
-    if (line.data() != text.data()) {
+  std::string line;
+  for (std::size_t start = 0; start < text.size(); start += line.size() + 1) {
+    line = text.substr(start, text.find('\n', start) - start);
+    for (std::size_t i = 0; i < line.size(); i += logKey.size()) {
+      const std::size_t count = std::min(logKey.size(), line.size() - i);
+      for (std::size_t k = 0; k < count; ++k) {
+        line[i + k] = static_cast<char>(line[i + k] ^ logKey[k]);
+      }
+    }
+    if (start > 0) {
       encoded += '\n';
     }
-    const std::size_t start = encoded.size();
-    encoded.resize(start + encodedSize(line.size()));
-    encodeBytes(line, logKeyGroups, encoded.data() + start);
-  });
+    encoded += base64Encode(line);
+  }
   return encoded;
 }
 
 std::string base64Encode(std::string_view bytes) {
-  std::string encoded(encodedSize(bytes.size()), '=');
-  encodeBytes(bytes, noKeyGroups, encoded.data());
+  std::string encoded((bytes.size() + 2) / 3 * 4, '=');
+  char* out = encoded.data();
+  const auto byte = [bytes](std::size_t i) -> std::uint32_t { return static_cast<unsigned char>(bytes[i]); };
+  const auto digit = [](std::uint32_t bits) { return base64Alphabet[bits & 63]; };
+  std::size_t i = 0;
+  for (; bytes.size() - i >= 3; i += 3) {
+    const std::uint32_t group = byte(i) << 16 | byte(i + 1) << 8 | byte(i + 2);
+    *out++ = digit(group >> 18);
+    *out++ = digit(group >> 12);
+    *out++ = digit(group >> 6);
+    *out++ = digit(group);
+  }
+  if (i < bytes.size()) {
+    const bool two = bytes.size() - i == 2;
+    const std::uint32_t group = byte(i) << 16 | (two ? byte(i + 1) << 8 : 0);
+    *out++ = digit(group >> 18);
+    *out++ = digit(group >> 12);
+    if (two) {
+      *out = digit(group >> 6);
+    }
+  }
   return encoded;
 }
 

@@ -31,6 +31,10 @@ class LogFile {
   std::intptr_t file_;  // Owned; the platform's handle or descriptor, -1 when not open.
 };
 
+/// The path as the system takes it at any length: on Windows one of over 259 characters becomes a full path with the
+/// prefix that says so (else a setting of the machine would be needed). Elsewhere unchanged.
+std::filesystem::path longPath(const std::filesystem::path& path);
+
 /// Whether anything exists at the path. Throws std::filesystem::filesystem_error ("exists") when the system
 /// fails to tell for another reason than that nothing is there.
 bool logFileExists(const std::filesystem::path& path);

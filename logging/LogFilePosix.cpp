@@ -28,6 +28,10 @@ bool LogFile::append(std::string_view text) {
   return ::write(static_cast<int>(file_), text.data(), text.size()) == static_cast<ssize_t>(text.size());
 }
 
+std::filesystem::path longPath(const std::filesystem::path& path) {
+  return path;
+}
+
 bool logFileExists(const std::filesystem::path& path) {
   std::error_code error;
   const bool exists = std::filesystem::exists(path, error);

@@ -32,7 +32,7 @@ std::string withWindowsLineEnds(std::string_view text) {
 
 LogFile::LogFile(const std::filesystem::path& path, Mode mode)
     : file_(reinterpret_cast<std::intptr_t>(CreateFileW(
-          path.c_str(),
+          longPath(path).c_str(),
           // The right to append and no other makes the system put each write at the end, whoever else writes.
           mode == Mode::Truncate ? GENERIC_WRITE : FILE_APPEND_DATA, FILE_SHARE_READ | FILE_SHARE_WRITE,
           /*lpSecurityAttributes=*/nullptr, mode == Mode::Truncate ? CREATE_ALWAYS : OPEN_ALWAYS, FILE_ATTRIBUTE_NORMAL,
@@ -56,8 +56,19 @@ bool LogFile::append(std::string_view text) {
          written == converted.size();
 }
 
+std::filesystem::path longPath(const std::filesystem::path& path) {
+  const std::wstring_view prefix = L"\\\\?\\";
+  std::wstring full(GetFullPathNameW(path.c_str(), 0, nullptr, nullptr), L'\0');
+  full.resize(GetFullPathNameW(path.c_str(), static_cast<DWORD>(full.size()), full.data(), nullptr));
+  if (full.size() < MAX_PATH || full.starts_with(prefix)) {
+    return path;
+  }
+  // \\server\share becomes \\?\UNC\server\share.
+  return full.starts_with(L"\\\\") ? L"\\\\?\\UNC" + full.substr(1) : std::wstring(prefix) + full;
+}
+
 bool logFileExists(const std::filesystem::path& path) {
-  if (GetFileAttributesW(path.c_str()) != INVALID_FILE_ATTRIBUTES) {
+  if (GetFileAttributesW(longPath(path).c_str()) != INVALID_FILE_ATTRIBUTES) {
     return true;
   }
   const DWORD error = GetLastError();

@@ -1,6 +1,5 @@
 #include "logging/TextConversion.h"
 
-#include <cstddef>
 #include <filesystem>
 #include <locale>
 #include <stdexcept>
@@ -15,26 +14,34 @@ namespace {
 
 using Converter = std::wstring_convert<Utf8Facet>;
 
-// A text that ends in the middle of a character is not an error to every runtime library: it just stops early.
-void requireWhole(const Converter& converter, std::size_t size) {
-  if (converter.converted() != size) {
-    throw std::range_error("text ends within a character");
+// Some facets let a surrogate pass that has no partner, or stop there without an error.
+bool surrogatesArePaired(std::wstring_view wide) {
+  bool open = false;
+  for (const wchar_t unit : wide) {
+    const bool second = unit >= 0xDC00 && unit <= 0xDFFF;
+    if (open != second) {
+      return false;
+    }
+    open = unit >= 0xD800 && unit < 0xDC00;
   }
+  return !open;
 }
 
 }  // namespace
 
 std::string toUtf8(std::wstring_view wide) {
-  Converter converter;
-  std::string utf8 = converter.to_bytes(wide.data(), wide.data() + wide.size());
-  requireWhole(converter, wide.size());
-  return utf8;
+  if (!surrogatesArePaired(wide)) {
+    throw std::range_error("surrogate without its partner");
+  }
+  return Converter().to_bytes(wide.data(), wide.data() + wide.size());
 }
 
 std::wstring toWide(std::string_view utf8) {
-  Converter converter;
-  std::wstring wide = converter.from_bytes(utf8.data(), utf8.data() + utf8.size());
-  requireWhole(converter, utf8.size());
+  std::wstring wide = Converter().from_bytes(utf8.data(), utf8.data() + utf8.size());
+  // Some facets take malformed text, and some stop in a character that is cut off.
+  if (toUtf8(wide) != utf8) {
+    throw std::range_error("not UTF-8");
+  }
   return wide;
 }
 

@@ -79,7 +79,7 @@ std::string timeZoneLine(std::int64_t seconds) {
     offset = zoneOffset(*local, seconds);
     name = zoneName(*local);
   }
-  return "Time zone offset: " + offset + " Time Zone Name: " + (name.size() < 64 ? name : std::string{});
+  return "Time zone offset: " + offset + " Time Zone Name: " + name;
 }
 
 std::string lastBootTime() {

@@ -15,7 +15,7 @@ std::string isoLocalTimestamp();
 /// @param ticks 100-nanosecond ticks since 1970, UTC.
 std::string isoLocalTimestamp(std::int64_t ticks);
 
-/// "Time zone offset: +0100 Time Zone Name: " and the zone's name. A name of 64 bytes or more is left out.
+/// "Time zone offset: +0100 Time Zone Name: " and the zone's name.
 std::string timeZoneLine();
 /// @param seconds since 1970, UTC.
 std::string timeZoneLine(std::int64_t seconds);

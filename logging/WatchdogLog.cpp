@@ -20,25 +20,21 @@ struct Configuration {
   std::filesystem::path watchdogLog;
   std::filesystem::path initialLog;
   bool encodeLogs = false;
-  const Configuration* replaced = nullptr;  // Kept: a thread may still read it.
 };
 
-// Process-wide: published by configureWatchdogLog, read by every thread that logs. Stopping the watchdog writes a line,
-// and may come before or while it is started. Never destroyed, because threads may still write while the process ends.
-std::atomic<const Configuration*> published{new Configuration};
-
-const Configuration& configuration() {
-  return *published.load();
-}
+// Process-wide: written by configureWatchdogLog, then only read, by every thread that logs. Stopping the watchdog
+// writes a line, and may come before or while it is started: so nobody reads it before configured is set.
+Configuration configuration;
+std::atomic<bool> configured = false;
 
 // Process-wide: guards the files, not the configuration.
-std::mutex& filesMutex() {
-  static auto* const instance = new std::mutex;
-  return *instance;
-}
+std::mutex filesMutex;
 
-const std::filesystem::path& pathOf(LogTarget target) {
-  return target == LogTarget::WatchdogInitialLog ? configuration().initialLog : configuration().watchdogLog;
+std::filesystem::path pathOf(LogTarget target) {
+  if (!configured) {
+    return {};
+  }
+  return target == LogTarget::WatchdogInitialLog ? configuration.initialLog : configuration.watchdogLog;
 }
 
 std::string_view levelTag(LogLevel level) {
@@ -61,11 +57,11 @@ bool namesSessionOrProcess(std::string_view message) {
 // Appends what makeText() returns and a newline; the text is made once the file is open.
 template <typename MakeText>
 void appendLine(LogTarget target, MakeText makeText) {
-  const std::filesystem::path& path = pathOf(target);
+  const std::filesystem::path path = pathOf(target);
   if (path.empty()) {
     return;
   }
-  const std::lock_guard lock(filesMutex());
+  const std::lock_guard lock(filesMutex);
   LogFile file(path, LogFile::Mode::Append);
   if (file.isOpen()) {
     file.append(makeText() + '\n');
@@ -76,7 +72,8 @@ void appendLine(LogTarget target, MakeText makeText) {
 
 void configureWatchdogLog(std::int32_t pid, const std::wstring& watchdogLogPath, const std::wstring& initialLogPath,
                           bool encodeLogs) {
-  published = new Configuration{pid, toPath(watchdogLogPath), toPath(initialLogPath), encodeLogs, published};
+  configuration = {pid, toPath(watchdogLogPath), toPath(initialLogPath), encodeLogs};
+  configured = true;
 }
 
 // The line carries no process id: the header says it once.
@@ -91,10 +88,17 @@ void writeLogLine(std::string_view message, bool isSystem, LogLevel level, LogTa
     line += levelTag(level);
     line += ": ";
     line += message;
-    const bool plain =
-        !configuration().encodeLogs || neverEncode || (keepHeaderPlain && namesSessionOrProcess(message));
+    const bool plain = !configuration.encodeLogs || neverEncode || (keepHeaderPlain && namesSessionOrProcess(message));
     return plain ? line : encodeText(line);
   });
+}
+
+void writeSystemLine(std::string_view message, LogTarget target) {
+  writeLogLine(message, /*isSystem=*/true, LogLevel::Info, target);
+}
+
+void writeProcessLine(std::string_view message, LogTarget target) {
+  writeLogLine(message, /*isSystem=*/false, LogLevel::Info, target);
 }
 
 void writeSeparator(LogTarget target) {
@@ -102,9 +106,9 @@ void writeSeparator(LogTarget target) {
 }
 
 void truncateLog(LogTarget target) {
-  const std::filesystem::path& path = pathOf(target);
+  const std::filesystem::path path = pathOf(target);
   if (logFileExists(path)) {
-    const std::lock_guard lock(filesMutex());
+    const std::lock_guard lock(filesMutex);
     const LogFile emptied(path, LogFile::Mode::Truncate);
   }
 }
@@ -114,7 +118,7 @@ void writeWatchdogHeader(std::string_view sessionId, LogTarget target) {
     writeLogLine(message, /*isSystem=*/true, LogLevel::Info, target, keepPlain);
   };
   write("OrbelSessionID: " + std::string(sessionId), /*keepPlain=*/true);
-  write("ProcessID: " + std::to_string(configuration().pid), /*keepPlain=*/true);
+  write("ProcessID: " + std::to_string(configuration.pid), /*keepPlain=*/true);
   write(timeZoneLine(), /*keepPlain=*/false);
   write("LastBootTime: " + lastBootTime(), /*keepPlain=*/false);
 }

@@ -28,6 +28,10 @@ void configureWatchdogLog(std::int32_t pid, const std::wstring& watchdogLogPath,
 void writeLogLine(std::string_view message, bool isSystem, LogLevel level, LogTarget target,
                   bool keepHeaderPlain = false, bool neverEncode = false);
 
+/// A line of level Info in the category "[SYSTEM]" or "[PROCESS]", as writeLogLine appends it.
+void writeSystemLine(std::string_view message, LogTarget target = LogTarget::WatchdogLog);
+void writeProcessLine(std::string_view message, LogTarget target = LogTarget::WatchdogLog);
+
 /// Appends a line of 39 "=" without time stamp. It is always encoded, also when encoding is off.
 void writeSeparator(LogTarget target);
 

@@ -2,12 +2,19 @@
 
 #include <cstdint>
 
+// The interface with child moved into a folder and a namespace of its own.
+#if __has_include(<boost/process/v1/child.hpp>)
+#include <boost/process/v1/child.hpp>
+namespace boost_process = boost::process::v1;
+#else
 #include <boost/process/child.hpp>
+namespace boost_process = boost::process;
+#endif
 
 namespace sentiq {
 
 void waitForProcessExit(std::uint32_t pid, std::uint32_t& exitCode) {
-  boost::process::child process(static_cast<boost::process::pid_t>(pid));
+  boost_process::child process(static_cast<boost_process::pid_t>(pid));
   process.wait();
   exitCode = static_cast<std::uint32_t>(process.exit_code());
 }

@@ -1,7 +1,6 @@
 #include "watchdog/AppExitMonitor.h"
 
 #include <chrono>
-#include <thread>
 
 #include "logging/WatchdogLog.h"
 #include "watchdog/EventLogReader.h"
@@ -15,14 +14,10 @@ constexpr std::chrono::seconds pollInterval(1);
 // Windows writes some entries well after an exit. A stop does not cut this short.
 constexpr std::chrono::seconds secondDumpAfter(120);
 
-void writeProcessLine(const char* message) {
-  writeLogLine(message, /*isSystem=*/false, LogLevel::Info, LogTarget::WatchdogLog);
-}
-
 // False when the watchdog is stopped first.
 bool waitForExit() {
   while (!watchdogState().stopRequested) {
-    std::this_thread::sleep_for(pollInterval);
+    sleepAtLeast(pollInterval);
     if (!monitoredProcessRuns()) {
       return true;
     }
@@ -38,7 +33,7 @@ void monitorAppExit() {
     if (waitForExit()) {
       writeProcessLine("App has exited");
       dumpEventLogs();
-      std::this_thread::sleep_for(secondDumpAfter);
+      sleepAtLeast(secondDumpAfter);
       dumpEventLogs();
     }
     writeProcessLine("Leaving App monitor app exit");

@@ -12,7 +12,6 @@
 #include <memory>
 #include <new>
 #include <string>
-#include <string_view>
 
 #include <nlohmann/json.hpp>
 
@@ -46,10 +45,6 @@ constexpr Query appTerminationQuery = {L"*[System[EventID=1000 or EventID=1001]]
 constexpr Query shutdownQuery = {
     L"*[System[(EventID=1074 or EventID=6006 or EventID=6008 or EventID=109 or EventID=41)]]", 100, 5};
 constexpr Query everyEvent = {L"*", 500, 10};
-
-void writeProcessLine(std::string_view message, LogTarget target) {
-  writeLogLine(message, /*isSystem=*/false, LogLevel::Info, target);
-}
 
 EventHandle openQuery(const std::wstring& channel, const Query& query) {
   return EventHandle(
@@ -148,9 +143,9 @@ void dumpChannel(const std::wstring& channel) {
 }
 
 void dumpEventLogs() {
-  writeProcessLine("App dumping Application log:", LogTarget::WatchdogLog);
+  writeProcessLine("App dumping Application log:");
   dumpChannel(L"Application");
-  writeProcessLine("App dumping System log:", LogTarget::WatchdogLog);
+  writeProcessLine("App dumping System log:");
   dumpChannel(L"System");
 }
 

@@ -4,9 +4,7 @@
 
 #include <chrono>
 #include <exception>
-#include <optional>
 #include <string>
-#include <thread>
 
 #include "logging/UniqueHandle.h"
 #include "logging/WatchdogLog.h"
@@ -32,9 +30,12 @@ struct LocalMemoryKind {
 };
 using LocalText = UniqueHandle<LocalMemoryKind>;
 
-void writeSystemLine(const char* message) {
-  writeLogLine(message, /*isSystem=*/true, LogLevel::Info, LogTarget::WatchdogLog);
-}
+struct PowerRegistrationKind {
+  using Type = HPOWERNOTIFY;
+  static Type none() { return nullptr; }
+  static void close(Type registration) { UnregisterPowerSettingNotification(registration); }
+};
+using PowerRegistration = UniqueHandle<PowerRegistrationKind>;
 
 void record(const char* title) {
   writeSystemLine(title);
@@ -110,22 +111,22 @@ void writeErrorText(DWORD error) {
 }
 
 // The second registration, which is given back; the first one, the window and its class are left to the
-// process's end. Nothing when the thread cannot go on.
-std::optional<HPOWERNOTIFY> listen() {
+// process's end. None when the thread cannot go on.
+PowerRegistration listen() {
   const HWND window = createHiddenWindow();
   if (window == nullptr) {
     writeSystemLine("inside power thread, window creation failed");
-    return std::nullopt;
+    return {};
   }
   if (RegisterPowerSettingNotification(window, &traditionalSleep, DEVICE_NOTIFY_WINDOW_HANDLE) == nullptr) {
     writeSystemLine("inside power thread, registration failed for traditional sleep");
   }
-  const HPOWERNOTIFY modern = RegisterPowerSettingNotification(window, &modernSleep, DEVICE_NOTIFY_WINDOW_HANDLE);
-  if (modern == nullptr) {
+  PowerRegistration modern(RegisterPowerSettingNotification(window, &modernSleep, DEVICE_NOTIFY_WINDOW_HANDLE));
+  if (!modern) {
     const DWORD error = GetLastError();  // Writing a line would leave an error of its own.
     writeSystemLine("inside power thread, registration failed for modern sleep");
     writeErrorText(error);
-    return std::nullopt;
+    return {};
   }
   return modern;
 }
@@ -163,7 +164,7 @@ void pumpMessages() {
     if (PeekMessageW(&message, /*hWnd=*/nullptr, /*wMsgFilterMin=*/0, /*wMsgFilterMax=*/0, PM_REMOVE) != FALSE) {
       handleQueued(message);
     } else {
-      std::this_thread::sleep_for(idleWait);
+      sleepAtLeast(idleWait);
     }
   }
 }
@@ -173,9 +174,8 @@ void pumpMessages() {
 void runPowerThread() {
   try {
     writeSystemLine("inside power thread");
-    if (const std::optional<HPOWERNOTIFY> registration = listen()) {
+    if (const PowerRegistration registration = listen()) {
       pumpMessages();
-      UnregisterPowerSettingNotification(*registration);
     }
   } catch (...) {  // NOLINT(bugprone-empty-catch): only the log itself can fail here.
   }

@@ -18,14 +18,6 @@ namespace {
 // What happens in the last moments is to reach the logs before anything is stopped.
 constexpr std::chrono::seconds pauseBeforeStop(5);
 
-void writeSystemLine(const char* message, LogTarget target) {
-  writeLogLine(message, /*isSystem=*/true, LogLevel::Info, target);
-}
-
-void writeProcessLine(const char* message, LogTarget target) {
-  writeLogLine(message, /*isSystem=*/false, LogLevel::Info, target);
-}
-
 }  // namespace
 
 void startWatchdog(const WatchdogSettings& settings) {
@@ -35,7 +27,7 @@ void startWatchdog(const WatchdogSettings& settings) {
   configureWatchdogLog(static_cast<std::int32_t>(settings.processId), settings.watchdogLogPath,
                        settings.initialWatchdogLogPath, settings.encodeLogs);
   writeWatchdogHeader(settings.sessionId, LogTarget::WatchdogLog);
-  writeSystemLine("Starting Watchdog application", LogTarget::WatchdogLog);
+  writeSystemLine("Starting Watchdog application");
   {
     const std::lock_guard lock(state.threadsMutex);
     if (!settings.lastAbnormalSessionId.empty()) {
@@ -44,13 +36,13 @@ void startWatchdog(const WatchdogSettings& settings) {
     state.threads.emplace_back(monitorAppExit);
     state.threads.emplace_back(runPowerThread);
   }
-  writeSystemLine("Done with start of Watchdog application", LogTarget::WatchdogLog);
+  writeSystemLine("Done with start of Watchdog application");
 }
 
 void stopWatchdog() {
   WatchdogState& state = watchdogState();
-  writeSystemLine("Attempting to stop Watchdog.", LogTarget::WatchdogLog);
-  std::this_thread::sleep_for(pauseBeforeStop);
+  writeSystemLine("Attempting to stop Watchdog.");
+  sleepAtLeast(pauseBeforeStop);
   state.stopRequested.exchange(true);
   {
     const std::lock_guard lock(state.threadsMutex);
@@ -61,7 +53,7 @@ void stopWatchdog() {
     }
     state.threads.clear();
   }
-  writeSystemLine("Watchdog stopped cleanly.", LogTarget::WatchdogLog);
+  writeSystemLine("Watchdog stopped cleanly.");
 }
 
 void runInitialMetricCollection(const std::string& lastAbnormalSessionId) {

@@ -2,6 +2,9 @@
 
 #include <windows.h>
 
+#include <chrono>
+#include <thread>
+
 #include "logging/UniqueHandle.h"
 
 namespace sentiq {
@@ -16,6 +19,13 @@ bool monitoredProcessRuns() {
                                          /*bInheritHandle=*/FALSE, watchdogState().monitoredPid));
   DWORD exitCode = 0;
   return process && GetExitCodeProcess(process.get(), &exitCode) != FALSE && exitCode == STILL_ACTIVE;
+}
+
+void sleepAtLeast(std::chrono::steady_clock::duration time) {
+  const auto deadline = std::chrono::steady_clock::now() + time;
+  while (std::chrono::steady_clock::now() < deadline) {
+    std::this_thread::sleep_until(deadline);
+  }
 }
 
 }  // namespace sentiq

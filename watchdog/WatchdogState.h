@@ -3,6 +3,7 @@
 #pragma once
 
 #include <atomic>
+#include <chrono>
 #include <cstdint>
 #include <mutex>
 #include <string>
@@ -24,5 +25,8 @@ WatchdogState& watchdogState();
 
 /// Whether the monitored process still runs. One that cannot be opened counts as gone. Callable on any thread.
 bool monitoredProcessRuns();
+
+/// Until a deadline on the steady clock: a plain sleep may end a clock tick early.
+void sleepAtLeast(std::chrono::steady_clock::duration time);
 
 }  // namespace sentiq

@@ -8,7 +8,8 @@
 #include <fstream>
 #include <string>
 #include <string_view>
-#include <utility>
+
+#include "logging/LogFile.h"
 
 namespace sentiq {
 namespace {
@@ -26,7 +27,7 @@ std::string readBytes(std::istream& in, std::size_t size) {
 
 }  // namespace
 
-FollowedFile::FollowedFile(std::filesystem::path path) : path_(std::move(path)) {}
+FollowedFile::FollowedFile(const std::filesystem::path& path) : path_(longPath(path)) {}
 
 void FollowedFile::poll(const Handlers& handlers, const std::atomic<bool>& stop) {
   std::ifstream in(path_, std::ios::binary);

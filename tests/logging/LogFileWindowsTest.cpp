@@ -1,4 +1,5 @@
 // What only the system's own files show.
+#include "logging/LogFile.h"
 #include "logging/UniqueHandle.h"
 #include "logging/WatchdogLog.h"
 #include "tests/support/SystemCalls.h"
@@ -46,6 +47,21 @@ TEST(LogFileWindows, OnlyAMissingFileCountsAsAbsent) {
       Throws<Error>(AllOf(Property(&Error::code, std::error_code(5, std::system_category())),
                           Property(&Error::path1, folder / "x.log"), Property(&Error::what, HasSubstr("exists")))));
   attributesError = 0;
+}
+
+// With this form a path needs no setting of the machine.
+TEST(LogFileWindows, LongPathsAreFullAndPrefixed) {
+  const std::wstring tail = L"\\" + std::wstring(255, L'd') + L"\\x.log";
+  const std::pair<std::wstring, std::wstring> cases[] = {
+      {L"short.log", L"short.log"},
+      {L"C:\\" + std::wstring(256, L'd'), L"C:\\" + std::wstring(256, L'd')},
+      {L"C:/a/../b" + tail, L"\\\\?\\C:\\b" + tail},
+      {L"\\\\server\\share" + tail, L"\\\\?\\UNC\\server\\share" + tail},
+      {L"\\\\?\\C:" + tail, L"\\\\?\\C:" + tail},
+  };
+  for (const auto& [path, expected] : cases) {
+    EXPECT_EQ(longPath(path).wstring(), expected);
+  }
 }
 
 }  // namespace sentiq

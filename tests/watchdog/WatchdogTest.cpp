@@ -3,6 +3,7 @@
 #include "tests/support/ChildProcess.h"
 #include "tests/support/SystemCalls.h"
 #include "tests/support/Test.h"
+#include "watchdog/AppExitMonitor.h"
 #include "watchdog/PowerEventListener.h"
 #include "watchdog/Watchdog.h"
 #include "watchdog/WatchdogState.h"
@@ -76,6 +77,8 @@ TEST_F(Watchdog, StopsWhileCanvixRunsWithoutADump) {
   EXPECT_EQ(readLog(log_).back(), "[SYSTEM] Watchdog stopped cleanly.");
   EXPECT_FALSE(std::filesystem::exists(initial_));
   EXPECT_EQ(unregistered.size(), 1u);
+  monitorAppExit();  // Stopped before it starts, it says that it came and went.
+  EXPECT_EQ(readLog(log_).size(), 13u);
 }
 
 TEST_F(Watchdog, AnInitialCollectionThatThrowsLeavesNoSeparator) {
