@@ -76,7 +76,7 @@ Data session(bool exited) {
 TEST(Judgement, SaysHowASessionEnded) {
   const std::string copied = eventLine("Other", 5, utc("11:00:00"), {});  // At 13:05.
   std::string copiedAtExit = copied;
-  copiedAtExit.replace(copiedAtExit.find("13:05"), 5, "13:00");
+  copiedAtExit.replace(copiedAtExit.find("13:05:00"), 8, "13:00:06");
   const Data button{"BugcheckCode=0", "PowerButtonTimestamp=134278556317579862"};
   const Data asleep{"BugcheckCode=0", "ConnectedStandbyInProgress=true"};
   const struct {
@@ -128,7 +128,7 @@ TEST(Judgement, SaysHowASessionEnded) {
       {{shutdown("15:00:00")}, false, "unknown", "the logs stop while Canvix runs", "Later, 3 h 0 min"},
       {{restarted("12:30:00", button)}, false, "power-loss", "power button was held"},
       {{restarted("20:00:00")}, false, "unknown", "the logs stop", "Later, 8 h 0 min"},
-      {{restarted("20:00:00"), unexpected("20:00:05", "1:00:04 PM", "\u200E1/\u200E31/\u200E2025")},
+      {{restarted("20:00:00"), unexpected("20:00:05", "12:55:04 PM", "\u200E1/\u200E31/\u200E2025")},
        false,
        "power-loss",
        "lost power or froze"},
