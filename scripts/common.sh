@@ -13,7 +13,21 @@ die() { trap - ERR; printf 'error: %s\n' "$*" >&2; exit 1; }
 # A failure within $(...) or (...) is told once, where its result is used.
 trap '[ "$BASH_SUBSHELL" != 0 ] || die "line $LINENO of $(basename "$0") failed: $BASH_COMMAND"' ERR
 
-# Ctrl-C ends a command by way of its trap on EXIT, once what it had in the foreground has ended.
+# However a command ends, no job of it is left behind. Ctrl-C ends it once what it had in the foreground has ended.
+end_jobs() {
+  local jobs tries
+  mapfile -t jobs < <(jobs -p)
+  [ ${#jobs[@]} -gt 0 ] || return 0
+  kill "${jobs[@]}" 2>/dev/null || true
+  for ((tries = 50; tries > 0; tries--)); do
+    kill -0 "${jobs[@]}" 2>/dev/null || break
+    sleep 0.1
+  done
+  kill -KILL "${jobs[@]}" 2>/dev/null || true
+  wait "${jobs[@]}" 2>/dev/null || true
+}
+at_end() { end_jobs; }
+trap 'trap "" INT TERM; at_end' EXIT
 trap 'exit 130' INT TERM
 
 # failed_with TEXT FILE: dies with TEXT and the last lines of FILE.
@@ -25,13 +39,32 @@ failed_with() {
 
 windows_path() { printf 'Z:%s' "${1//\//\\}"; }
 
+# The width of the terminal, less one column, so that a full line does not wrap.
+columns() { echo $(($(tput cols 2>/dev/null || echo 80) - 1)); }
+
+# show_life FILE: on a terminal, the seconds so far and the last line of FILE, over and over in one line.
+show_life() {
+  local width begin=$SECONDS
+  width=$(columns)
+  while ! read -rt 1 <> <(:); do
+    printf '\r%-*.*s' "$width" "$width" "    $((SECONDS - begin)) s  $(tail -n 1 "$1" | tr -d '\r' | tr '\t' ' ')"
+  done
+}
+
 # quietly WHAT COMMAND...: runs COMMAND with its output in a file; shows the end of it only when it fails.
 quietly() {
-  local what=$1 log; shift
+  local what=$1 log life='' code=0; shift
   mkdir -p "$build/logs"
   log=$build/logs/$(tr -cs 'a-zA-Z0-9' '-' <<<"$what" | sed 's/-*$//').txt
-  if ! "$@" >"$log" 2>&1; then
-    tail -n 30 "$log" >&2
-    die "$what failed; the whole output is in ${log#"$root"/}"
+  : >"$log"
+  if [ -t 1 ]; then show_life "$log" & life=$!; fi
+  "$@" >"$log" 2>&1 || code=$?
+  if [ -n "$life" ]; then
+    kill "$life"
+    wait "$life" 2>/dev/null || true
+    printf '\r%*s\r' "$(columns)" ''
   fi
+  [ "$code" != 0 ] || return 0
+  tail -n 30 "$log" >&2
+  die "$what failed; the whole output is in ${log#"$root"/}"
 }

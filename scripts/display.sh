@@ -2,21 +2,10 @@
 # Sourced: gives Windows programs a display of their own, with Wine already started in it, until the command ends or
 # calls stop_display. Both end every background job of the command.
 stop_display() {
-  local jobs tries
-  mapfile -t jobs < <(jobs -p)
-  if [ ${#jobs[@]} -gt 0 ]; then
-    # The programs before the server: one that is just starting would start another.
-    kill "${jobs[@]}" 2>/dev/null || true
-    for ((tries = 50; tries > 0; tries--)); do
-      kill -0 "${jobs[@]}" 2>/dev/null || break
-      sleep 0.1
-    done
-    kill -KILL "${jobs[@]}" 2>/dev/null || true
-    wait "${jobs[@]}" 2>/dev/null || true
-  fi
+  end_jobs  # Before the server: a program that is just starting would start another.
   "$root/scripts/wine" --stop
 }
-trap 'trap "" INT TERM; stop_display' EXIT
+at_end() { stop_display; }
 
 # line_of PID FILE SECONDS: the first line of FILE, which process PID writes; fails when it ends or takes longer.
 line_of() {

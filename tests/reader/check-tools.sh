@@ -7,7 +7,7 @@ folder=$(mktemp -d)
 trap 'rm -rf "$folder"' EXIT
 export HOME=$folder XDG_CONFIG_HOME=$folder
 
-need() { command -v "$1" >/dev/null || { echo "skipped: no $1 here"; exit 77; }; }
+need() { command -v "$1" >/dev/null || { echo "skipped: needs $1, which 'scripts/setup tests checks' installs"; exit 77; }; }
 same() { # same EXPECTED ACTUAL
   [ "$1" = "$2" ] || { printf 'expected:\n%s\nbut got:\n%s\n' "$1" "$2"; exit 1; }
 }
