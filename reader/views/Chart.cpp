@@ -137,16 +137,18 @@ std::string linePath(const std::vector<const Reading*>& known, std::size_t figur
 
 void writeDrawing(const std::vector<const Reading*>& known, std::size_t figure, const ValueAxis& values,
                   const TimeAxis& times, const std::vector<ChartMark>& marks, std::ostream& out) {
-  out << "<div class=\"chart\" data-low=\"" << values.low << "\" data-high=\"" << values.high << "\" data-scale=\""
-      << values.scale << "\" data-unit=\"" << values.unit << "\" data-decimals=\"" << values.finer()
-      << "\"><svg aria-hidden=\"true\">\n";
+  out << R"(<div class="chart" data-low=")" << showNumber(values.low, values.decimals) << R"(" data-high=")"
+      << showNumber(values.high, values.decimals) << R"(" data-scale=")" << values.scale << R"(" data-unit=")"
+      << values.unit << R"(" data-decimals=")" << values.finer() << R"("><svg aria-hidden="true">)";
   for (const ChartMark& mark : marks) {
     if (mark.from != mark.to) {
       out << R"(<rect class="asleep" x=")" << times.at(mark.from) << R"(" width=")" << times.width(mark.from, mark.to)
           << R"(" height="100%"><title>)" << htmlText(mark.name) << "</title></rect>\n";
     }
   }
-  for (double value = values.low; value < values.high + values.step / 2; value += values.step) {
+  const long steps = std::lround((values.high - values.low) / values.step);
+  for (long i = 0; i <= steps; ++i) {
+    const double value = values.low + static_cast<double>(i) * values.step;
     const std::string y = showNumber(values.percent(value * values.scale), 2) + '%';
     out << R"(<line class="grid" x2="100%" y1=")" << y << R"(" y2=")" << y << R"("/><text x="-12" y=")" << y
         << R"(" dy="4" text-anchor="end">)" << values.tick(value) << "</text>\n";
@@ -240,9 +242,9 @@ void writeCharts(const Session& session, const std::vector<ChartMark>& marks, st
   const auto milliseconds = [offset](Instant time) {
     return std::chrono::floor<std::chrono::milliseconds>(time.time_since_epoch() + offset).count();
   };
-  out << "<div class=\"figures\" data-first=\"" << milliseconds(times.first()) << "\" data-last=\""
-      << milliseconds(times.last()) << "\">\n"
-      << "<p class=\"moment\" hidden><label>Figures at <input type=\"range\" min=\"0\"></label></p>\n";
+  out << R"(<div class="figures" data-first=")" << milliseconds(times.first()) << R"(" data-last=")"
+      << milliseconds(times.last()) << R"("><p class="moment" hidden><label>Figures at )"
+      << R"(<input type="range" min="0"></label></p>)";
   for (const std::size_t figure : shown) {
     writeChart(readings, figure, times, offset, marks, out);
   }

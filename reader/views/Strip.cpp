@@ -51,7 +51,7 @@ Item recordsOf(const Session& session) {
   for (const MetricSample& record : session.metrics) {
     const Instant time = record.time.instant;
     if (item.spans.empty() || time - item.spans.back().second > recordInterval) {
-      item.spans.push_back({time, time});
+      item.spans.emplace_back(time, time);
     }
     item.spans.back().second = time;
   }
@@ -123,7 +123,7 @@ std::vector<Item> sleepItems(const Session& session, const SessionSpan& span, In
 
 void writeItem(const Item& item, const TimeAxis& axis, Instant end, std::chrono::minutes offset,
                const std::string& prefix, std::ostream& out) {
-  out << "<tr class=\"" << severityName(item.severity) << "\"><td class=\"time\">";
+  out << R"(<tr class=")" << severityName(item.severity) << R"("><td class="time">)";
   const std::string time = showTime(item.time, offset).substr(11, 8);
   if (item.entry) {
     out << "<a href=\"#" << entryAnchor(prefix, *item.entry) << "\">" << time << "</a>";
