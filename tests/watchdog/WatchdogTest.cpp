@@ -109,6 +109,8 @@ TEST_F(Watchdog, BroadcastsSentAndPosted) {
                                      "[PROCESS] App dumping System log:", "[SYSTEM] Done dumping event logs"});
   }
   EXPECT_TRUE(eventually([&] { return readLog(log_) == expected; }));
+  PostMessageW(window, WM_CLOSE, 0, 0);  // Dispatched, as every other message.
+  EXPECT_TRUE(eventually([&] { return !IsWindow(window); }));
   canvix_.end(7);
   thread.join();
   EXPECT_EQ(readLog(log_), expected);
