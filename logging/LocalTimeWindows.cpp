@@ -41,12 +41,13 @@ std::optional<std::tm> toLocalTime(std::int64_t seconds) {
   }
   const auto localTicks = static_cast<std::int64_t>(std::uint64_t{time.dwHighDateTime} << 32 | time.dwLowDateTime);
   const std::int64_t localSeconds = localTicks / ticksPerSecond - secondsFrom1601To1970;
-  std::tm parts{};
-  if (_gmtime64_s(&parts, &localSeconds) != 0) {
+  const std::tm* const parts = _gmtime64(&localSeconds);  // Each thread has its own there.
+  if (parts == nullptr) {
     return std::nullopt;
   }
-  parts.tm_isdst = seconds - localSeconds == standardSecondsWest() ? 0 : 1;
-  return parts;
+  std::tm result = *parts;
+  result.tm_isdst = seconds - localSeconds == standardSecondsWest() ? 0 : 1;
+  return result;
 }
 
 std::string zoneName(const std::tm& local) {
