@@ -7,6 +7,7 @@
 #include <functional>
 #include <iterator>
 #include <optional>
+#include <set>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -52,6 +53,31 @@ constexpr MarkerRow markerRows[] = {
 // Clean, and not longer than a message may be.
 std::string shownText(std::string_view text) {
   return text.size() <= longestMessage ? cleanText(text) : cleanText(text.substr(0, longestMessage)).append(cutMark);
+}
+
+// All but the first, the last and the lowest ones.
+void dropRecords(Session& session) {
+  const std::vector<MetricSample> all = std::move(session.metrics);
+  const auto lowest = [&](std::int64_t MetricSample::*figure) {
+    return std::min_element(all.begin(), all.end(),
+                            [figure](const auto& a, const auto& b) { return a.*figure < b.*figure; }) -
+           all.begin();
+  };
+  const std::set<std::ptrdiff_t> kept{0, lowest(&MetricSample::freeDisk), lowest(&MetricSample::freeSwap),
+                                      std::ssize(all) - 1};
+  std::erase_if(session.entries, [&](const LogEntry& entry) {
+    return entry.metric && !kept.contains(static_cast<std::ptrdiff_t>(*entry.metric));
+  });
+  session.metrics.clear();
+  for (const std::ptrdiff_t index : kept) {
+    session.metrics.push_back(all[static_cast<std::size_t>(index)]);
+  }
+  std::size_t next = 0;
+  for (LogEntry& entry : session.entries) {
+    if (entry.metric) {
+      entry.metric = next++;
+    }
+  }
 }
 
 std::optional<EventRecord> eventOf(std::string_view text) {
@@ -226,7 +252,7 @@ void LogFileReader::takeEvent(std::string_view text) {
   Session& session = part().session;
   if (!isNew) {
     ++session.eventCopies;
-  } else if (const auto head = keep_ == Keep::WhatMatters ? readEventHead(text) : std::nullopt;
+  } else if (const auto head = keep_ <= Keep::WhatMatters ? readEventHead(text) : std::nullopt;
              head && !mayMatter(*head)) {
     session.counted.emplace(hash, severityOfLevel(head->level));
     seen->second = head->channel == applicationChannel;
@@ -267,8 +293,12 @@ void LogFileReader::takeMetric(std::string_view text) {
   part().role = LogRole::Session;
   time_ = metric->time;
   std::vector<MetricSample>& metrics = part().session.metrics;
-  add(keep_ == Keep::WhatMatters ? std::string{} : describeMetric(*metric)).metric = metrics.size();
+  add(keep_ <= Keep::WhatMatters ? std::string{} : describeMetric(*metric)).metric = metrics.size();
   metrics.push_back(std::move(*metric));
+  constexpr std::size_t manyRecords = 16;
+  if (keep_ == Keep::Judgement && metrics.size() == manyRecords) {
+    dropRecords(part().session);
+  }
 }
 
 // A session id begins a header; so does a process id that another one stands before.

@@ -29,8 +29,9 @@ struct LogSet {
   std::vector<std::string> leftOut;  // Files of a folder that are no logs of this program.
 };
 
-/// How much of the logs is kept; each includes what stands before it.
+/// How much of the logs is kept, from little to all.
 enum class Keep : std::uint8_t {
+  Judgement,    // What follows, but of the records only a session's first, last and lowest ones.
   WhatMatters,  // Events that the table does not know are only counted, and records are not put into words.
   AllEvents,
   RawLines,
