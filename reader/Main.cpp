@@ -21,6 +21,7 @@
 #include "reader/views/MetricsTable.h"
 #include "reader/views/Summary.h"
 #include "reader/views/Timeline.h"
+#include "reader/views/TriageCommand.h"
 
 namespace sentiq {
 namespace {
@@ -152,6 +153,21 @@ void addSummary(CLI::App& app, int& exitCode) {
   });
 }
 
+void addTriage(CLI::App& app, int& exitCode) {
+  CLI::App* const command = app.add_subcommand("triage", "Many sessions, grouped by what ended them");
+  const auto options = std::make_shared<TriageOptions>();
+  command->add_option("FOLDER", options->inputs, "Folders of any depth with logs (*.log, taken by what they hold)")
+      ->required();
+  command->add_option("--top", options->top, "How many groups to show; 0 shows all")->capture_default_str();
+  command->add_flag("--json", options->json, "One JSON object per session");
+  command->footer("Example:\n  sentiq-logs triage --top 5 collected/");
+  command->callback([options, &exitCode] {
+    options->width = outputWidth();
+    exitCode =
+        triageLogs(*options, std::cout, std::cerr, messagesAreTerminal() ? &std::cerr : nullptr, stopRequested());
+  });
+}
+
 void addReport(CLI::App& app, int& exitCode) {
   struct Options {
     std::vector<std::string> inputs;
@@ -211,6 +227,7 @@ int run(std::vector<std::string> arguments) {
   addDecode(app, exitCode);
   addTimeline(app, exitCode);
   addSummary(app, exitCode);
+  addTriage(app, exitCode);
   addReport(app, exitCode);
   addMetrics(app, exitCode);
   std::reverse(arguments.begin(), arguments.end());  // The order that the parser takes a vector in.

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <atomic>
+#include <cstddef>
 #include <filesystem>
 #include <string>
 #include <string_view>
@@ -18,6 +19,9 @@ std::vector<std::string> consoleArguments(int argc, const char* const* argv);
 
 bool outputIsTerminal();
 bool messagesAreTerminal();
+
+/// Columns of the terminal that standard output is; 0 when it is none.
+std::size_t outputWidth();
 
 /// Whether colour is wanted: standard output is a terminal and the environment does not hold NO_COLOR.
 bool colourWanted();

@@ -1,7 +1,9 @@
+#include <cstddef>
 #include <ios>
 #include <string>
 #include <vector>
 
+#include <sys/ioctl.h>
 #include <unistd.h>
 
 #include "reader/console/Console.h"
@@ -22,6 +24,11 @@ bool outputIsTerminal() {
 
 bool messagesAreTerminal() {
   return ::isatty(STDERR_FILENO) == 1;
+}
+
+std::size_t outputWidth() {
+  winsize size{};
+  return ::ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) == 0 ? size.ws_col : 0;
 }
 
 }  // namespace sentiq

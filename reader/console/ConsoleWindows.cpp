@@ -2,6 +2,7 @@
 
 #include <shellapi.h>
 
+#include <cstddef>
 #include <cstdio>
 #include <ios>
 #include <memory>
@@ -59,6 +60,12 @@ bool outputIsTerminal() {
 
 bool messagesAreTerminal() {
   return isTerminal(STD_ERROR_HANDLE);
+}
+
+std::size_t outputWidth() {
+  CONSOLE_SCREEN_BUFFER_INFO info{};
+  const bool known = GetConsoleScreenBufferInfo(GetStdHandle(STD_OUTPUT_HANDLE), &info) != FALSE;
+  return known ? static_cast<std::size_t>(info.srWindow.Right - info.srWindow.Left + 1) : 0;
 }
 
 }  // namespace sentiq

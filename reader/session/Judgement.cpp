@@ -372,7 +372,7 @@ void Judge::sayLater() {
 
 // What befell Canvix and the machine before the session, newest first: one line each.
 void Judge::sayTimeBefore() {
-  const std::optional<Instant> until = span_.begin ? std::optional(*span_.begin - Ticks(1)) : std::nullopt;
+  const Instant until = span_.begin ? *span_.begin - Ticks(1) : Instant::max();
   const LogEntry* found[]{
       find(Which::Last, {Meaning::Crash, Meaning::CrashReport, Meaning::Hang, Meaning::HangReport}, {}, until),
       find(Which::Last, {Meaning::PowerLoss, Meaning::SystemCrash, Meaning::ShutdownBegun, Meaning::ShutdownDone}, {},

@@ -130,7 +130,13 @@ struct FilePart {
   std::string folder;
 };
 
-std::vector<Session> assemble(std::vector<FilePart> parts) {
+void sortByTime(std::vector<LogEntry>& entries) {
+  std::stable_sort(entries.begin(), entries.end(), [](const LogEntry& a, const LogEntry& b) {
+    return a.time.value_or(Instant{}) < b.time.value_or(Instant{});
+  });
+}
+
+void assemble(std::vector<FilePart> parts, LogSet& set) {
   std::vector<Whole> wholes;
   const auto firstInitial = std::stable_partition(parts.begin(), parts.end(),
                                                   [](const FilePart& p) { return p.part.role != LogRole::Initial; });
@@ -148,10 +154,13 @@ std::vector<Session> assemble(std::vector<FilePart> parts) {
                                       [&](const Whole& whole) { return !about.empty() && whole.session.id == about; });
     Whole* const writer = writerOf(wholes, initial);
     const bool hasSubject = subject != wholes.end() && &*subject != writer;
+    Session told = initial;
+    told.processId.clear();
     if (hasSubject) {
-      Session told = initial;
-      told.processId.clear();
       subject->add(std::move(told));
+    } else if (!about.empty()) {
+      told.id = about;
+      set.told.push_back(std::move(told));
     }
     initial.abnormalSessionId = about;
     if (writer != nullptr || !hasSubject) {
@@ -160,15 +169,10 @@ std::vector<Session> assemble(std::vector<FilePart> parts) {
   }
   std::stable_sort(wholes.begin(), wholes.end(),
                    [](const Whole& a, const Whole& b) { return beginOf(a.session) < beginOf(b.session); });
-  std::vector<Session> sessions;
   for (Whole& whole : wholes) {
-    std::vector<LogEntry>& entries = whole.session.entries;
-    std::stable_sort(entries.begin(), entries.end(), [](const LogEntry& a, const LogEntry& b) {
-      return a.time.value_or(Instant{}) < b.time.value_or(Instant{});
-    });
-    sessions.push_back(std::move(whole.session));
+    sortByTime(whole.session.entries);
+    set.sessions.push_back(std::move(whole.session));
   }
-  return sessions;
 }
 
 }  // namespace
@@ -210,8 +214,18 @@ LogSet readLogs(const std::vector<LogInput>& files, std::istream& standardInput,
       parts.push_back({std::move(part), folder});
     }
   }
-  set.sessions = assemble(std::move(parts));
+  assemble(std::move(parts), set);
   return set;
+}
+
+void join(Session& session, Session part) {
+  Whole whole{std::move(session), {}};
+  for (const EventRecord& event : whole.session.events) {
+    whole.eventKeys.insert(event.key());
+  }
+  whole.add(std::move(part));
+  sortByTime(whole.session.entries);
+  session = std::move(whole.session);
 }
 
 }  // namespace sentiq

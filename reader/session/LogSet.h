@@ -26,6 +26,7 @@ struct LogFileInfo {
 struct LogSet {
   std::vector<LogFileInfo> files;
   std::vector<Session> sessions;     // Oldest first; none when there was nothing to read.
+  std::vector<Session> told;         // What initial logs tell of sessions that are not in the set, under their ids.
   std::vector<std::string> leftOut;  // Files of a folder that are no logs of this program.
 };
 
@@ -52,5 +53,8 @@ std::vector<LogInput> findLogs(const std::vector<std::string>& inputs);
 /// the logs: copies of events, runs of damaged lines and what goes beyond 64 KB of one message are counted or cut,
 /// visibly. Several threads may read at the same time, each with streams and progress of its own.
 LogSet readLogs(const std::vector<LogInput>& files, std::istream& standardInput, Progress& progress, Keep keep);
+
+/// Adds what another log tells of the session.
+void join(Session& session, Session part);
 
 }  // namespace sentiq

@@ -200,30 +200,6 @@ std::vector<std::string> problemsOf(const LogSet& logs) {
 }
 
 // Empty fields are left out; null when no single entry tells.
-nlohmann::ordered_json evidenceOf(const Judgement& judgement) {
-  nlohmann::ordered_json object;
-  if (!judgement.time) {
-    return object;
-  }
-  object["time"] = isoTime(judgement.time->instant, judgement.time->offset);
-  const Evidence& evidence = judgement.evidence;
-  for (const auto& [key, text] :
-       {std::pair("module", &evidence.module), std::pair("moduleVersion", &evidence.moduleVersion),
-        std::pair("exception", &evidence.exception), std::pair("exceptionWords", &evidence.exceptionWords),
-        std::pair("offset", &evidence.offset), std::pair("hangKind", &evidence.hangKind),
-        std::pair("stopCode", &evidence.stopCode), std::pair("stopWords", &evidence.stopWords),
-        std::pair("canvixVersion", &evidence.canvixVersion), std::pair("reportId", &evidence.reportId),
-        std::pair("bucket", &evidence.bucket), std::pair("reportPath", &evidence.reportPath)}) {
-    if (!text->empty()) {
-      object[key] = *text;
-    }
-  }
-  if (!evidence.dumps.empty()) {
-    object["dumps"] = evidence.dumps;
-  }
-  return object;
-}
-
 void appendList(std::string& text, std::string_view title, const std::vector<std::string>& items) {
   if (!items.empty()) {
     text += '\n' + std::string(title) + '\n';
@@ -264,15 +240,44 @@ Summary summarize(const LogSet& logs, const Session& session) {
   return summary;
 }
 
-std::string summaryJson(const Summary& summary) {
-  nlohmann::ordered_json object{{"outcome", summary.judgement.outcome}, {"evidence", evidenceOf(summary.judgement)}};
-  object["before"] = nlohmann::ordered_json::array();
-  for (const Before& before : summary.judgement.before) {
-    object["before"].push_back({{"kind", before.kind},
-                                {"time", isoTime(before.time, before.offset)},
-                                {"secondsEarlier", std::chrono::floor<std::chrono::seconds>(before.earlier).count()},
-                                {"text", before.text}});
+nlohmann::ordered_json evidenceJson(const Judgement& judgement) {
+  nlohmann::ordered_json object;
+  if (!judgement.time) {
+    return object;
   }
+  object["time"] = isoTime(judgement.time->instant, judgement.time->offset);
+  const Evidence& evidence = judgement.evidence;
+  for (const auto& [key, text] :
+       {std::pair("module", &evidence.module), std::pair("moduleVersion", &evidence.moduleVersion),
+        std::pair("exception", &evidence.exception), std::pair("exceptionWords", &evidence.exceptionWords),
+        std::pair("offset", &evidence.offset), std::pair("hangKind", &evidence.hangKind),
+        std::pair("stopCode", &evidence.stopCode), std::pair("stopWords", &evidence.stopWords),
+        std::pair("canvixVersion", &evidence.canvixVersion), std::pair("reportId", &evidence.reportId),
+        std::pair("bucket", &evidence.bucket), std::pair("reportPath", &evidence.reportPath)}) {
+    if (!text->empty()) {
+      object[key] = *text;
+    }
+  }
+  if (!evidence.dumps.empty()) {
+    object["dumps"] = evidence.dumps;
+  }
+  return object;
+}
+
+nlohmann::ordered_json beforeJson(const Judgement& judgement) {
+  auto list = nlohmann::ordered_json::array();
+  for (const Before& before : judgement.before) {
+    list.push_back({{"kind", before.kind},
+                    {"time", isoTime(before.time, before.offset)},
+                    {"secondsEarlier", std::chrono::floor<std::chrono::seconds>(before.earlier).count()},
+                    {"text", before.text}});
+  }
+  return list;
+}
+
+std::string summaryJson(const Summary& summary) {
+  nlohmann::ordered_json object{{"outcome", summary.judgement.outcome}, {"evidence", evidenceJson(summary.judgement)}};
+  object["before"] = beforeJson(summary.judgement);
   for (const Statement& statement : summary.statements) {
     object["statements"].push_back({{"severity", severityName(statement.severity)}, {"text", statement.text}});
   }

@@ -28,6 +28,10 @@ struct Summary {
 
 Summary summarize(const LogSet& logs, const Session& session);
 
+/// For scripts: when it ended and what the events say about it (null when nothing does), and what went before.
+nlohmann::ordered_json evidenceJson(const Judgement& judgement);
+nlohmann::ordered_json beforeJson(const Judgement& judgement);
+
 /// One JSON object.
 std::string summaryJson(const Summary& summary);
 
