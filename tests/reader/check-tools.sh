@@ -32,7 +32,7 @@ critical,3,3' "$(lnav -n -c ';SELECT log_level, count(*) AS lines, count(event_i
     same 'CanvixSentiqSession.log ' "$("$reader" decode "$here"/data/plain/*.log | head -n 1 | cut -c1-24)"
     # Every option that the program knows stands in the page.
     page=$(sed 's/\\-/-/g' "$here/../../reader/sentiq-logs.1")
-    for command in decode timeline summary report metrics; do
+    for command in decode timeline summary triage report metrics; do
       "$reader" "$command" --help
     done | grep -oE -- '--[a-z][a-z-]+' | sort -u | while read -r option; do
       grep -q -e "$option" <<<"$page" || [ "$option" = --help ] || { echo "$option is not in the page"; exit 1; }

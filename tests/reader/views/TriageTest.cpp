@@ -1,0 +1,92 @@
+#include <atomic>
+#include <sstream>
+
+#include "reader/ExitCode.h"
+#include "reader/views/TriageCommand.h"
+#include "tests/reader/SampleLogs.h"
+#include "tests/support/Test.h"
+
+namespace sentiq {
+namespace {
+
+using testing::AllOf;
+using testing::HasSubstr;
+using testing::Not;
+
+const std::string watch = "2025-01-31T13:05:00.000+0100 [SYSTEM] [INFO]: ";
+
+std::string headerOf(const std::string& id, const std::string& pid) {
+  return watch + "OrbelSessionID: " + id + "\n" + watch + "ProcessID: " + pid + "\n";
+}
+
+std::string recordsOf(const std::string& id, const std::string& adapter) {
+  std::string record = recordLine("2025-01-31T13:00:00.000+0100");
+  record.insert(1, R"("gpuInfo":[{"gpuName":")" + adapter + R"(","gpuMemoryUsage":8}],)");
+  return "OrbelSessionID: " + id + "\nProcessID: 4242\n" + record + "\n";
+}
+
+struct Triaged {
+  int exitCode;
+  std::string out;
+  std::string messages;
+};
+
+Triaged triage(const std::string& folder, bool json = false, bool stopped = false) {
+  std::ostringstream out;
+  std::ostringstream messages;
+  const std::atomic<bool> stop{stopped};
+  const int code = triageLogs({{folder}, /*top=*/2, /*width=*/0, json}, out, messages, /*terminal=*/nullptr, stop);
+  return {code, out.str(), messages.str()};
+}
+
+void makeFolder(const SampleFolder& folder, const std::string& name) {
+  std::filesystem::create_directories(pathFromText(folder.file(name)));
+}
+
+TEST(Triage, GroupsSessionsOfAllFoldersByWhatEndedThem) {
+  const SampleFolder folder;
+  const std::string crash = eventLine("Application Error", 1000, "2025-01-31T12:00:02Z",
+                                      {"Canvix.exe", "29.5", "1", "gfx.dll", "3.1", "2", "c0000005", "a1b2", "0x1092"});
+  for (int i = 0; i < 40; ++i) {
+    const std::string id = "session-" + std::to_string(i);
+    const std::string place = std::to_string(i % 4) + "/" + id;
+    makeFolder(folder, place);
+    const bool crashed = i % 4 == 0;
+    folder.write(place + "/a.log", recordsOf(id, crashed ? "Rare" : "Usual"));
+    folder.write(place + "/b.log", headerOf(id, "4242") + (crashed ? crash + "\n" : ""));
+    folder.write(place + "/other.log", "nothing of ours\n");
+  }
+  // That one session lost power, only the log of the next one tells, in a folder of its own.
+  makeFolder(folder, "next");
+  folder.write("next/initial.log",
+               headerOf("session-1", "7") + watch + "Starting initial metric collection.\n" +
+                   eventLine("Microsoft-Windows-Kernel-Power", 41, "2025-01-31T12:30:00Z", {"0"}, "System") + "\n");
+  const Triaged table = triage(folder.file(""));
+  EXPECT_EQ(table.exitCode, exitGood) << table.messages;
+  EXPECT_THAT(
+      table.out,
+      AllOf(HasSubstr("10 crashed, 1 lost power"), HasSubstr("      10"),
+            HasSubstr("crashed in gfx.dll: access violation at 0xa1b2\n          Canvix 29.5; Rare: 100.0 % (of "),
+            HasSubstr("and 1 more groups"), Not(HasSubstr("Usual"))));
+  const std::string objects = triage(folder.file(""), /*json=*/true).out;
+  EXPECT_THAT(objects, HasSubstr(R"("id":"session-1","processId":"4242","begin":"2025-01-31T)"));
+  EXPECT_THAT(objects, AllOf(HasSubstr(R"("outcome":"power-loss")"), HasSubstr(R"("module":"gfx.dll")")));
+}
+
+TEST(Triage, SaysWhatItCouldNotRead) {
+  const SampleFolder folder;
+  EXPECT_EQ(triage(folder.file("missing")).exitCode, exitFailed);
+  folder.write("a.log", recordsOf("session-1", "Usual") + "\xff\n");
+  std::error_code notAllowed;  // To make links, on Windows.
+  std::filesystem::create_directory_symlink(pathFromText(folder.file("")), pathFromText(folder.file("back")),
+                                            notAllowed);
+  const Triaged damaged = triage(folder.file(""));
+  EXPECT_EQ(damaged.exitCode, exitDamaged);
+  EXPECT_THAT(damaged.out, HasSubstr("1 session "));
+  const Triaged stopped = triage(folder.file(""), /*json=*/false, /*stopped=*/true);
+  EXPECT_EQ(stopped.exitCode, exitFailed);
+  EXPECT_THAT(stopped.messages, HasSubstr("stopped: 0 of 1 folders"));
+}
+
+}  // namespace
+}  // namespace sentiq
