@@ -11,7 +11,6 @@
 
 #include <CLI/CLI.hpp>
 
-#include "logging/LogFile.h"
 #include "reader/ExitCode.h"
 #include "reader/console/Console.h"
 #include "reader/input/Progress.h"
@@ -180,7 +179,7 @@ void addReport(CLI::App& app, int& exitCode) {
   command->footer("Example:\n  sentiq-logs report logs/ -o session.html");
   command->callback([options, &exitCode] {
     const LogSet logs = readWithProgress(options->inputs, Keep::RawLines);
-    std::ofstream page(longPath(pathFromText(options->output)), std::ios::binary);
+    std::ofstream page(pathFromText(options->output), std::ios::binary);
     writeHtmlReport(logs, page);
     page.close();
     exitCode = exitCodeOf(logs);

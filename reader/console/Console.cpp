@@ -7,6 +7,8 @@
 #include <string>
 #include <string_view>
 
+#include "logging/LogFile.h"
+
 namespace sentiq {
 namespace {
 
@@ -33,7 +35,7 @@ const std::atomic<bool>& stopRequested() {
 }
 
 std::filesystem::path pathFromText(std::string_view text) {
-  return {std::u8string(text.begin(), text.end())};
+  return longPath(std::u8string(text.begin(), text.end()));
 }
 
 std::string textFromPath(const std::filesystem::path& path) {

@@ -30,7 +30,7 @@ bool colourWanted();
 /// process by itself.
 const std::atomic<bool>& stopRequested();
 
-/// UTF-8 to path and back. A name that is not text keeps its meaning only in the path.
+/// UTF-8 to a path that may be of any length, and back. A name that is not text keeps its meaning only in the path.
 std::filesystem::path pathFromText(std::string_view text);
 std::string textFromPath(const std::filesystem::path& path);
 

@@ -8,8 +8,7 @@
 #include <fstream>
 #include <string>
 #include <string_view>
-
-#include "logging/LogFile.h"
+#include <utility>
 
 namespace sentiq {
 namespace {
@@ -27,7 +26,7 @@ std::string readBytes(std::istream& in, std::size_t size) {
 
 }  // namespace
 
-FollowedFile::FollowedFile(const std::filesystem::path& path) : path_(longPath(path)) {}
+FollowedFile::FollowedFile(std::filesystem::path path) : path_(std::move(path)) {}
 
 void FollowedFile::poll(const Handlers& handlers, const std::atomic<bool>& stop) {
   std::ifstream in(path_, std::ios::binary);

@@ -13,7 +13,7 @@ namespace sentiq {
 /// Holds no file open between two polls, so that the file can be moved and deleted on Windows, too.
 class FollowedFile {
  public:
-  explicit FollowedFile(const std::filesystem::path& path);
+  explicit FollowedFile(std::filesystem::path path);
 
   struct Handlers {
     std::function<void(std::string_view)> bytes;  // What is new, in blocks.

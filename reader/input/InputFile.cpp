@@ -11,7 +11,6 @@
 #include <system_error>
 #include <vector>
 
-#include "logging/LogFile.h"
 #include "reader/console/Console.h"
 #include "reader/input/Progress.h"
 
@@ -45,7 +44,7 @@ bool readInput(const std::string& name, std::istream& standardInput, Progress& p
   }
   std::ifstream in;
   in.rdbuf()->pubsetbuf(nullptr, 0);  // The blocks are read straight to where they are used.
-  in.open(longPath(path), std::ios::binary);
+  in.open(path, std::ios::binary);
   const std::uintmax_t size = std::filesystem::file_size(path, error);
   progress.begin(textFromPath(path.filename()), error ? 0 : size);
   return in.is_open() && readBlocks(in, progress, visit);
