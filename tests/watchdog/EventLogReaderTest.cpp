@@ -61,7 +61,6 @@ TEST_F(EventLogReader, AChannelThatCannotBeOpened) {
 }
 
 // Whatever error the last call left decides about a line behind the events.
-// Whatever error the last call left decides about a line behind the events.
 TEST_F(EventLogReader, NeverReadsMoreThanTheLimit) {
   fill(1000);
   const auto expectNewest = [&](int limit, const std::filesystem::path& log) {
