@@ -33,12 +33,10 @@ bool readNumber(std::string_view text, int& number) {
 }  // namespace
 
 std::optional<EventHead> readEventHead(std::string_view json) {
-  const std::size_t systemEnd = json.find("</System>");
-  if (!json.starts_with(R"({"xmlData":"<Event )") || !json.ends_with(R"(</Event>"})") ||
-      systemEnd == std::string_view::npos) {
+  if (!json.starts_with(R"({"xmlData":"<Event )") || !json.ends_with(R"(</Event>"})")) {
     return std::nullopt;
   }
-  std::string_view system = json.substr(0, systemEnd);
+  std::string_view system = json;  // The system writes these in this order, before the event's own data.
   EventHead head;
   head.provider = between(system, "<Provider Name='", "'");
   std::string_view id = between(system, "<EventID", "</EventID>");
