@@ -114,6 +114,9 @@ void LogFileReader::take(const Line& line) {
 
 std::vector<SessionPart> LogFileReader::takeOut() {
   for (SessionPart& part : parts_) {
+    if (keep_ == Keep::Judgement && !part.session.metrics.empty()) {
+      dropRecords(part.session);
+    }
     std::vector<LogEntry>& entries = part.session.entries;
     // Lines before the first time stamp take the first one's time.
     const auto first =
