@@ -38,11 +38,11 @@ std::optional<EventHead> readEventHead(std::string_view json) {
   }
   std::string_view system = json;  // The system writes these in this order, before the event's own data.
   EventHead head;
-  head.provider = between(system, "<Provider Name='", "'");
-  std::string_view id = between(system, "<EventID", "</EventID>");
+  head.provider = between(system, "Provider Name='", "'");
+  std::string_view id = between(system, "EventID", "<");
   id.remove_prefix(id.find('>') + 1);  // What has none stays as it is, and is no number.
-  const std::string_view level = between(system, "<Level>", "</Level>");
-  head.channel = between(system, "<Channel>", "</Channel>");
+  const std::string_view level = between(system, "Level>", "<");
+  head.channel = between(system, "Channel>", "<");
   const bool plain = !head.provider.empty() && head.provider.find_first_of("\\&") == std::string_view::npos;
   const bool good = plain && readNumber(id, head.id) && readNumber(level, head.level);
   return good ? std::optional(head) : std::nullopt;

@@ -1,11 +1,13 @@
 #include "reader/session/LogFileReader.h"
 
 #include <algorithm>
+#include <charconv>
 #include <chrono>
 #include <cstddef>
 #include <cstdint>
 #include <functional>
 #include <iterator>
+#include <limits>
 #include <optional>
 #include <set>
 #include <string>
@@ -53,6 +55,10 @@ constexpr MarkerRow markerRows[] = {
 // Clean, and not longer than a message may be.
 std::string shownText(std::string_view text) {
   return text.size() <= longestMessage ? cleanText(text) : cleanText(text.substr(0, longestMessage)).append(cutMark);
+}
+
+bool isRecord(std::string_view text) {
+  return text.starts_with("{\"");
 }
 
 // All but the first, the last and the lowest ones.
@@ -105,7 +111,15 @@ void LogFileReader::take(const Line& line) {
   const std::string_view text =
       result.kind == LineKind::Encoded ? std::string_view(room_.data(), result.size) : line.text;
   keepRaw(text);
-  if (result.kind == LineKind::Damaged || !line.whole) {
+  const bool good = result.kind != LineKind::Damaged && line.whole;
+  if (keep_ == Keep::Judgement && good && canWait(text)) {
+    waiting_ = text;
+    return;
+  }
+  if (!good || !isRecord(text)) {
+    takeWaiting();
+  }
+  if (!good) {
     addDamaged("Damaged line: ", text);
   } else {
     takeText(text);
@@ -113,6 +127,7 @@ void LogFileReader::take(const Line& line) {
 }
 
 std::vector<SessionPart> LogFileReader::takeOut() {
+  takeWaiting();
   for (SessionPart& part : parts_) {
     if (keep_ == Keep::Judgement && !part.session.metrics.empty()) {
       dropRecords(part.session);
@@ -154,6 +169,7 @@ SessionPart& LogFileReader::part() {
 void LogFileReader::beginPart(bool hasOwnTime) {
   parts_.emplace_back();
   seen_.clear();
+  lowestDisk_ = lowestSwap_ = std::numeric_limits<std::int64_t>::max();
   lastContinues_ = false;
   damagedRun_ = 0;
   if (!hasOwnTime) {
@@ -198,7 +214,7 @@ void LogFileReader::takeText(std::string_view text) {
     takeMessage(text);
   } else if (text.starts_with("[TIMESTAMP_ERROR]")) {
     takeMessage(text.substr(std::min<std::size_t>(18, text.size())));
-  } else if (text.starts_with("{\"")) {
+  } else if (isRecord(text)) {
     takeMetric(text);
   } else if (text.starts_with(sessionKey) || text.starts_with(processKey)) {
     takeHeader(text, /*hasOwnTime=*/false);
@@ -293,6 +309,9 @@ void LogFileReader::takeMetric(std::string_view text) {
     addDamaged("Unreadable record: ", text);
     return;
   }
+  lowestDisk_ = std::min(lowestDisk_, metric->freeDisk);
+  lowestSwap_ = std::min(lowestSwap_, metric->freeSwap);
+  waiting_.clear();
   part().role = LogRole::Session;
   time_ = metric->time;
   std::vector<MetricSample>& metrics = part().session.metrics;
@@ -301,6 +320,26 @@ void LogFileReader::takeMetric(std::string_view text) {
   constexpr std::size_t manyRecords = 16;
   if (keep_ == Keep::Judgement && metrics.size() == manyRecords) {
     dropRecords(part().session);
+  }
+}
+
+// Most records are neither lower than those before nor the last: those need not be parsed for a judgement.
+bool LogFileReader::canWait(std::string_view text) const {
+  const auto figure = [text](std::string_view key) {
+    std::int64_t value = -1;
+    if (const std::size_t at = text.find(key); at != std::string_view::npos) {
+      std::from_chars(text.data() + at + key.size(), text.data() + text.size(), value);
+    }
+    return value;
+  };
+  return isRecord(text) && text.ends_with('}') && figure(R"(freeDiskSpace":)") >= lowestDisk_ &&
+         figure(R"(freeSwapMemory":)") >= lowestSwap_;
+}
+
+void LogFileReader::takeWaiting() {
+  if (!waiting_.empty()) {
+    takeMetric(std::string(waiting_));
+    waiting_.clear();
   }
 }
 

@@ -3,6 +3,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <limits>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -47,6 +48,8 @@ class LogFileReader {
   void takeEvent(std::string_view text);
   void addEvent(EventRecord event);
   void takeMetric(std::string_view text);
+  bool canWait(std::string_view text) const;
+  void takeWaiting();
   void takeHeader(std::string_view message, bool hasOwnTime);
   void keepRaw(std::string_view text);
 
@@ -65,6 +68,9 @@ class LogFileReader {
   std::uint64_t damagedRun_ = 0;  // Damaged lines that the last entry stands for.
   std::size_t damagedHead_ = 0;   // How much of its text is of the first one.
   std::size_t rawBytes_ = 0;
+  std::int64_t lowestDisk_ = std::numeric_limits<std::int64_t>::max();  // Of the last part's parsed records.
+  std::int64_t lowestSwap_ = std::numeric_limits<std::int64_t>::max();
+  std::string waiting_;  // The last record, while it need not be parsed.
 };
 
 }  // namespace sentiq
