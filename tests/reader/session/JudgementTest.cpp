@@ -7,7 +7,6 @@
 namespace sentiq {
 namespace {
 
-using testing::HasSubstr;
 using Data = std::vector<std::string>;
 
 // Canvix, process 4242 (0x1092), runs from 12:59:40 to 13:00:05 local time, which is UTC plus one hour.

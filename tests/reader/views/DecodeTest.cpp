@@ -14,8 +14,6 @@
 namespace sentiq {
 namespace {
 
-using testing::HasSubstr;
-
 const std::string entry = "2025-01-31T14:05:09.042+0100 [SYSTEM] [INFO]: a";
 const std::string encoded = encodedLine(entry);
 

@@ -9,10 +9,6 @@
 namespace sentiq {
 namespace {
 
-using testing::AllOf;
-using testing::HasSubstr;
-using testing::Not;
-
 const std::string watch = "2025-01-31T13:05:00.000+0100 [SYSTEM] [INFO]: ";
 
 std::string headerOf(const std::string& id, const std::string& pid) {
