@@ -1,5 +1,5 @@
-// Style and script of the report page, and the SHA-256 of each, by which the page allows them. Defined by a file that the
-// build makes of Report.css and Report.js.
+// Style and script of the report page, and the SHA-256 of each, by which the page allows them. Defined by a file that
+// the build makes of Report.css and Report.js.
 #pragma once
 
 #include <string_view>
