@@ -48,7 +48,7 @@ endif()
 if(SENTIQ_SANITIZE)
   # GCC 12 sees uninitialised members within its own <regex> when it instruments it.
   target_compile_options(sentiq_options INTERFACE -fsanitize=${SENTIQ_SANITIZE} -fno-sanitize-recover=all
-    -fno-omit-frame-pointer -Wno-maybe-uninitialized)
+    -fno-omit-frame-pointer $<$<CXX_COMPILER_ID:GNU>:-Wno-maybe-uninitialized>)
   target_link_options(sentiq_options INTERFACE -fsanitize=${SENTIQ_SANITIZE})
 endif()
 
