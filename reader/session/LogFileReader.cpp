@@ -29,7 +29,6 @@ namespace {
 constexpr std::string_view sessionKey = "OrbelSessionID: ";
 constexpr std::string_view processKey = "ProcessID: ";
 constexpr std::string_view eventHead = R"({"xmlData":)";
-constexpr std::string_view applicationChannel = "Application";
 constexpr std::size_t rawBytesKept = 4U << 20;
 constexpr std::size_t longestMessage = 64U << 10;
 constexpr std::string_view cutMark = " \xE2\x80\xA6";  // An ellipsis.
@@ -244,12 +243,14 @@ void LogFileReader::takeMessage(std::string_view message) {
   const bool tagged = message.starts_with('[') && tags != std::string_view::npos;
   if (tagged) {
     message.remove_prefix(tags + 3);
-    takeHeader(message, /*hasOwnTime=*/true);
-    part().role = part().role == LogRole::Initial ? LogRole::Initial : LogRole::Watchdog;
   }
   if (message.starts_with(eventHead)) {
     takeEvent(message);
     return;
+  }
+  if (tagged) {
+    takeHeader(message, /*hasOwnTime=*/true);
+    part().role = part().role == LogRole::Initial ? LogRole::Initial : LogRole::Watchdog;
   }
   if (tagged && message.empty()) {
     add("An event that the system did not render").severity = Severity::Warning;
@@ -266,29 +267,27 @@ void LogFileReader::takeMessage(std::string_view message) {
 }
 
 void LogFileReader::takeEvent(std::string_view text) {
-  const std::size_t hash = std::hash<std::string_view>{}(text);
-  const auto [seen, isNew] = seen_.try_emplace(hash);
-  Session& session = part().session;
-  if (!isNew) {
-    ++session.eventCopies;
-  } else if (const auto head = keep_ <= Keep::WhatMatters ? readEventHead(text) : std::nullopt;
-             head && !mayMatter(*head)) {
-    session.counted.emplace(hash, severityOfLevel(head->level));
-    seen->second = head->channel == applicationChannel;
-  } else if (auto event = eventOf(text)) {
-    seen->second = event->channel == applicationChannel;
-    addEvent(std::move(*event));
-  } else {
-    seen_.erase(seen);
-    addDamaged("Unreadable event: ", text);
-    return;
+  const std::optional<EventHead> head = readEventHead(text);
+  const bool parsed = keep_ > Keep::WhatMatters || !head || mayMatter(*head);
+  if (parsed || keep_ != Keep::Judgement) {  // A judgement does not ask how many others there are.
+    const std::size_t hash = std::hash<std::string_view>{}(text);
+    if (!seen_.insert(hash).second) {
+      ++part().session.eventCopies;
+    } else if (!parsed) {
+      part().session.counted.emplace(hash, severityOfLevel(head->level));
+    } else if (auto event = eventOf(text)) {
+      addEvent(std::move(*event));
+    } else {
+      seen_.erase(hash);
+      addDamaged("Unreadable event: ", text);
+      return;
+    }
   }
   lastContinues_ = false;
-  if (part().role == LogRole::Unknown) {
-    part().role = LogRole::Watchdog;
-  }
-  if (seen->second && time_ && part().role != LogRole::Initial) {
-    session.applicationCopied = std::max(session.applicationCopied.value_or(time_->instant), time_->instant);
+  part().role = part().role == LogRole::Initial ? LogRole::Initial : LogRole::Watchdog;
+  std::optional<Instant>& copied = part().session.applicationCopied;
+  if (head && head->channel == "Application" && time_ && part().role != LogRole::Initial) {
+    copied = std::max(copied.value_or(time_->instant), time_->instant);
   }
 }
 

@@ -7,7 +7,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
-#include <unordered_map>
+#include <unordered_set>
 #include <vector>
 
 #include "reader/input/LineSplitter.h"
@@ -57,9 +57,9 @@ class LogFileReader {
   std::size_t index_;
   Keep keep_;
   std::vector<SessionPart> parts_;
-  // The last part's events by the hash of their text, and whether they are of the Application channel. Copies of an
-  // event are byte for byte alike; that two others among a million share a hash of 64 bits is one chance in 30 million.
-  std::unordered_map<std::size_t, bool> seen_;
+  // The last part's events by the hash of their text. Copies of an event are byte for byte alike; that two others among
+  // a million share a hash of 64 bits is one chance in 30 million.
+  std::unordered_set<std::size_t> seen_;
   LineDecoder decoder_;
   std::string room_;
   std::uint64_t line_ = 0;

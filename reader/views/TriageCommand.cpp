@@ -133,13 +133,9 @@ void Triage::readUnit(const Unit& unit) {
   }
   for (std::size_t i = 0; i < judged.size(); ++i) {
     if (!judged[i].id.empty() && !isSettled(judged[i].judgement.outcome)) {
-      logs.sessions[i].counted = {};  // Means nothing for the judgement.
       open_.push_back({sessions_.size(), std::move(logs.sessions[i])});
     }
     sessions_.push_back(std::move(judged[i]));
-  }
-  for (Session& told : logs.told) {
-    told.counted = {};
   }
   std::move(logs.told.begin(), logs.told.end(), std::back_inserter(told_));
   showProgress();
