@@ -1,121 +1,80 @@
 #include "reader/session/LogTime.h"
 
-#include <algorithm>
 #include <array>
-#include <charconv>
-#include <chrono>
-#include <cstddef>
-#include <cstdint>
 #include <cstdio>
 #include <cstdlib>
-#include <optional>
-#include <string>
-#include <string_view>
-#include <system_error>
 
 namespace sentiq {
 namespace {
 
-// Takes characters off the text's beginning; once something does not fit, nothing does any more.
-class Scanner {
- public:
-  explicit Scanner(std::string_view text) : text_(text) {}
-
-  int number(std::size_t digits) {
-    int value = 0;
-    const std::string_view part = text_.substr(0, digits);
-    const bool allDigits =
-        part.size() == digits && std::all_of(part.begin(), part.end(), [](char c) { return c >= '0' && c <= '9'; });
-    if (!allDigits) {
-      good_ = false;
-      return 0;
-    }
-    std::from_chars(part.data(), part.data() + digits, value);
-    text_.remove_prefix(digits);
-    return value;
-  }
-  bool skip(std::string_view anyOf) {
-    const bool found = !text_.empty() && anyOf.find(text_.front()) != std::string_view::npos;
-    if (found) {
-      text_.remove_prefix(1);
-    }
-    return found;
-  }
-  void need(std::string_view anyOf) { good_ = skip(anyOf) && good_; }
-  char peek() const { return text_.empty() ? '\0' : text_.front(); }
-  bool good() const { return good_; }
-  std::size_t left() const { return text_.size(); }
-
- private:
-  std::string_view text_;
-  bool good_ = true;
-};
-
-Ticks scanFraction(Scanner& scanner) {
-  std::int64_t ticks = 0;
-  std::int64_t unit = Ticks::period::den;
-  while (scanner.peek() >= '0' && scanner.peek() <= '9') {
-    unit /= 10;
-    ticks += unit * scanner.number(1);
-  }
-  return Ticks(ticks);
-}
-
-std::chrono::minutes scanOffset(Scanner& scanner) {
-  if (scanner.skip("Z") || (scanner.peek() != '+' && scanner.peek() != '-')) {
-    return {};
-  }
-  const int sign = scanner.peek() == '-' ? -1 : 1;
-  scanner.need("+-");
-  const std::chrono::hours hours(scanner.number(2));
-  scanner.skip(":");
-  return sign * (hours + std::chrono::minutes(scanner.number(2)));
-}
-
-struct Parts {
-  std::chrono::year_month_day day;
-  std::chrono::hh_mm_ss<Ticks> time;
-};
-
-Parts localParts(Instant instant, std::chrono::minutes offset) {
-  const Instant local = instant + offset;
-  const auto day = std::chrono::floor<std::chrono::days>(local);
-  return {std::chrono::year_month_day(day), std::chrono::hh_mm_ss<Ticks>(local - day)};
+bool isDigit(char c) {
+  return c >= '0' && c <= '9';
 }
 
 std::string formatTime(Instant instant, std::chrono::minutes offset, char between) {
-  const Parts parts = localParts(instant, offset);
+  const Instant local = instant + offset;
+  const auto midnight = std::chrono::floor<std::chrono::days>(local);
+  const std::chrono::year_month_day day(midnight);
+  const std::chrono::hh_mm_ss<Ticks> time(local - midnight);
   std::array<char, 40> text{};
-  static_cast<void>(std::snprintf(
-      text.data(), text.size(), "%04d-%02u-%02u%c%02d:%02d:%02d.%03d", static_cast<int>(parts.day.year()),
-      static_cast<unsigned>(parts.day.month()), static_cast<unsigned>(parts.day.day()), between,
-      static_cast<int>(parts.time.hours().count()), static_cast<int>(parts.time.minutes().count()),
-      static_cast<int>(parts.time.seconds().count()), static_cast<int>(parts.time.subseconds().count() / 10'000)));
+  static_cast<void>(std::snprintf(text.data(), text.size(), "%04d-%02u-%02u%c%02d:%02d:%02d.%03d",
+                                  static_cast<int>(day.year()), static_cast<unsigned>(day.month()),
+                                  static_cast<unsigned>(day.day()), between, static_cast<int>(time.hours().count()),
+                                  static_cast<int>(time.minutes().count()), static_cast<int>(time.seconds().count()),
+                                  static_cast<int>(time.subseconds().count() / 10'000)));
   return text.data();
 }
 
 }  // namespace
 
 std::optional<LogTime> parseTime(std::string_view text, std::size_t* used) {
-  Scanner scanner(text);
-  const std::chrono::year year(scanner.number(4));
-  scanner.need("-");
-  const std::chrono::month month(static_cast<unsigned>(scanner.number(2)));
-  scanner.need("-");
-  const std::chrono::day day(static_cast<unsigned>(scanner.number(2)));
-  scanner.need("T ");
-  const std::chrono::hours hours(scanner.number(2));
-  scanner.need(":");
-  const std::chrono::minutes minutes(scanner.number(2));
-  const std::chrono::seconds seconds(scanner.skip(":") ? scanner.number(2) : 0);
-  const Ticks fraction = scanner.skip(".") ? scanFraction(scanner) : Ticks{};
-  const std::chrono::minutes offset = scanOffset(scanner);
+  bool good = true;
+  std::size_t at = 0;
+  const auto next = [&] { return at < text.size() ? text[at] : '\0'; };
+  const auto number = [&](std::size_t digits) {
+    int value = 0;
+    for (const std::size_t end = at + digits; at < end; ++at) {
+      good = good && isDigit(next());
+      value = value * 10 + (good ? next() - '0' : 0);
+    }
+    return value;
+  };
+  const auto skip = [&](char c) {
+    const bool found = next() == c;
+    at += found ? 1 : 0;
+    return found;
+  };
+  const std::chrono::year year(number(4));
+  good = skip('-') && good;
+  const std::chrono::month month(static_cast<unsigned>(number(2)));
+  good = skip('-') && good;
+  const std::chrono::day day(static_cast<unsigned>(number(2)));
+  good = (skip('T') || skip(' ')) && good;
+  const std::chrono::hours hours(number(2));
+  good = skip(':') && good;
+  const std::chrono::minutes minutes(number(2));
+  const std::chrono::seconds seconds(skip(':') ? number(2) : 0);
+  Ticks fraction{};
+  if (skip('.')) {
+    for (std::int64_t unit = Ticks::period::den / 10; isDigit(next()); unit /= 10) {
+      fraction += Ticks(unit * number(1));
+    }
+  }
+  std::chrono::minutes offset{};
+  const int sign = skip('+') ? 1 : skip('-') ? -1 : 0;
+  if (sign != 0) {
+    offset = sign * std::chrono::hours(number(2));
+    skip(':');
+    offset += sign * std::chrono::minutes(number(2));
+  } else {
+    skip('Z');
+  }
   const std::chrono::year_month_day date(year, month, day);
-  if (!scanner.good() || !date.ok() || hours.count() > 23 || minutes.count() > 59 || seconds.count() > 60) {
+  if (!good || !date.ok() || hours.count() > 23 || minutes.count() > 59 || seconds.count() > 60) {
     return std::nullopt;
   }
   if (used != nullptr) {
-    *used = text.size() - scanner.left();
+    *used = at;
   }
   return LogTime{std::chrono::sys_days(date) + hours + minutes + seconds + fraction - offset, offset};
 }
@@ -137,17 +96,19 @@ std::string isoTime(Instant instant, std::chrono::minutes offset) {
 }
 
 std::string showDuration(Ticks duration) {
-  const auto seconds = std::chrono::duration_cast<std::chrono::seconds>(duration).count();
-  const auto pair = [](std::int64_t large, const char* largeUnit, std::int64_t small, const char* smallUnit) {
-    return std::to_string(large) + largeUnit + std::to_string(small) + smallUnit;
+  struct Unit {
+    std::int64_t seconds;
+    const char* name;
   };
-  if (seconds >= 86400) {
-    return pair(seconds / 86400, " d ", seconds % 86400 / 3600, " h");
+  constexpr std::array units{Unit{86400, " d"}, Unit{3600, " h"}, Unit{60, " min"}, Unit{1, " s"}};
+  const auto seconds = std::chrono::duration_cast<std::chrono::seconds>(duration).count();
+  for (std::size_t i = 0; i + 1 < units.size(); ++i) {
+    if (seconds >= units[i].seconds) {
+      return std::to_string(seconds / units[i].seconds) + units[i].name + ' ' +
+             std::to_string(seconds % units[i].seconds / units[i + 1].seconds) + units[i + 1].name;
+    }
   }
-  if (seconds >= 3600) {
-    return pair(seconds / 3600, " h ", seconds % 3600 / 60, " min");
-  }
-  return seconds >= 60 ? pair(seconds / 60, " min ", seconds % 60, " s") : std::to_string(seconds) + " s";
+  return std::to_string(seconds) + units.back().name;
 }
 
 }  // namespace sentiq
