@@ -3,25 +3,15 @@
 #include <algorithm>
 #include <charconv>
 #include <chrono>
-#include <cstddef>
-#include <cstdint>
 #include <functional>
 #include <iterator>
-#include <limits>
-#include <optional>
-#include <set>
-#include <string>
-#include <string_view>
+#include <map>
 #include <utility>
-#include <vector>
 
 #include <nlohmann/json.hpp>
 
 #include "reader/input/CleanText.h"
 #include "reader/session/EventHead.h"
-#include "reader/session/EventRecord.h"
-#include "reader/session/EventTable.h"
-#include "reader/session/MetricSample.h"
 
 namespace sentiq {
 namespace {
@@ -60,29 +50,13 @@ bool isRecord(std::string_view text) {
   return text.starts_with("{\"");
 }
 
-// All but the first, the last and the lowest ones.
-void dropRecords(Session& session) {
-  const std::vector<MetricSample> all = std::move(session.metrics);
-  const auto lowest = [&](std::int64_t MetricSample::*figure) {
-    return std::min_element(all.begin(), all.end(),
-                            [figure](const auto& a, const auto& b) { return a.*figure < b.*figure; }) -
-           all.begin();
-  };
-  const std::set<std::ptrdiff_t> kept{0, lowest(&MetricSample::freeDisk), lowest(&MetricSample::freeSwap),
-                                      std::ssize(all) - 1};
-  std::erase_if(session.entries, [&](const LogEntry& entry) {
-    return entry.metric && !kept.contains(static_cast<std::ptrdiff_t>(*entry.metric));
-  });
-  session.metrics.clear();
-  for (const std::ptrdiff_t index : kept) {
-    session.metrics.push_back(all[static_cast<std::size_t>(index)]);
+// The figure as it stands in the record; 0 when it is not there.
+std::int64_t figureOf(std::string_view record, std::string_view key) {
+  std::int64_t value = 0;
+  if (const std::size_t at = record.find(key); at != std::string_view::npos) {
+    std::from_chars(record.data() + at + key.size(), record.data() + record.size(), value);
   }
-  std::size_t next = 0;
-  for (LogEntry& entry : session.entries) {
-    if (entry.metric) {
-      entry.metric = next++;
-    }
-  }
+  return value;
 }
 
 std::optional<EventRecord> eventOf(std::string_view text) {
@@ -111,13 +85,11 @@ void LogFileReader::take(const Line& line) {
       result.kind == LineKind::Encoded ? std::string_view(room_.data(), result.size) : line.text;
   keepRaw(text);
   const bool good = result.kind != LineKind::Damaged && line.whole;
-  if (keep_ == Keep::Judgement && good && canWait(text)) {
-    waiting_ = text;
+  if (keep_ == Keep::Judgement && good && isRecord(text)) {
+    keepRecord(text);
     return;
   }
-  if (!good || !isRecord(text)) {
-    takeWaiting();
-  }
+  takeKeptRecords();
   if (!good) {
     addDamaged("Damaged line: ", text);
   } else {
@@ -126,11 +98,8 @@ void LogFileReader::take(const Line& line) {
 }
 
 std::vector<SessionPart> LogFileReader::takeOut() {
-  takeWaiting();
+  takeKeptRecords();
   for (SessionPart& part : parts_) {
-    if (keep_ == Keep::Judgement && !part.session.metrics.empty()) {
-      dropRecords(part.session);
-    }
     std::vector<LogEntry>& entries = part.session.entries;
     // Lines before the first time stamp take the first one's time.
     const auto first =
@@ -168,7 +137,6 @@ SessionPart& LogFileReader::part() {
 void LogFileReader::beginPart(bool hasOwnTime) {
   parts_.emplace_back();
   seen_.clear();
-  lowestDisk_ = lowestSwap_ = std::numeric_limits<std::int64_t>::max();
   lastContinues_ = false;
   damagedRun_ = 0;
   if (!hasOwnTime) {
@@ -308,38 +276,39 @@ void LogFileReader::takeMetric(std::string_view text) {
     addDamaged("Unreadable record: ", text);
     return;
   }
-  lowestDisk_ = std::min(lowestDisk_, metric->freeDisk);
-  lowestSwap_ = std::min(lowestSwap_, metric->freeSwap);
-  waiting_.clear();
   part().role = LogRole::Session;
   time_ = metric->time;
   std::vector<MetricSample>& metrics = part().session.metrics;
   add(keep_ <= Keep::WhatMatters ? std::string{} : describeMetric(*metric)).metric = metrics.size();
   metrics.push_back(std::move(*metric));
-  constexpr std::size_t manyRecords = 16;
-  if (keep_ == Keep::Judgement && metrics.size() == manyRecords) {
-    dropRecords(part().session);
-  }
 }
 
-// Most records are neither lower than those before nor the last: those need not be parsed for a judgement.
-bool LogFileReader::canWait(std::string_view text) const {
-  const auto figure = [text](std::string_view key) {
-    std::int64_t value = -1;
-    if (const std::size_t at = text.find(key); at != std::string_view::npos) {
-      std::from_chars(text.data() + at + key.size(), text.data() + text.size(), value);
+void LogFileReader::keepRecord(std::string_view text) {
+  const auto line = static_cast<std::int64_t>(line_);
+  const std::array<std::int64_t, 4> figures{line, figureOf(text, R"(freeDiskSpace":)"),
+                                            figureOf(text, R"(freeSwapMemory":)"), -line};
+  for (std::size_t i = 0; i < figures.size(); ++i) {
+    if (kept_[i].text.empty() || figures[i] < kept_[i].figure) {
+      kept_[i].figure = figures[i];
+      kept_[i].line = line_;
+      kept_[i].text = text;
     }
-    return value;
-  };
-  return isRecord(text) && text.ends_with('}') && figure(R"(freeDiskSpace":)") >= lowestDisk_ &&
-         figure(R"(freeSwapMemory":)") >= lowestSwap_;
+  }
 }
 
-void LogFileReader::takeWaiting() {
-  if (!waiting_.empty()) {
-    takeMetric(std::string(waiting_));
-    waiting_.clear();
+void LogFileReader::takeKeptRecords() {
+  std::map<std::uint64_t, std::string> records;  // One may be several of them.
+  for (KeptRecord& kept : kept_) {
+    if (!kept.text.empty()) {
+      records.emplace(kept.line, std::exchange(kept.text, {}));
+    }
   }
+  const std::uint64_t now = line_;
+  for (const auto& [line, text] : records) {
+    line_ = line;
+    takeMetric(text);
+  }
+  line_ = now;
 }
 
 // A session id begins a header; so does a process id that another one stands before.

@@ -1,9 +1,9 @@
 // One file's lines, turned into entries of the sessions that it tells of.
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
-#include <limits>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -38,6 +38,14 @@ class LogFileReader {
   std::vector<SessionPart> takeOut();
 
  private:
+  // Of the records in a row, a judgement needs the first one, that with the lowest figure of each kind, and the last
+  // one: these are kept as text, and only they are parsed when something else follows.
+  struct KeptRecord {
+    std::int64_t figure = 0;
+    std::uint64_t line = 0;
+    std::string text;
+  };
+
   SessionPart& part();
   void beginPart(bool hasOwnTime);
   LogEntry& add(std::string_view what);
@@ -48,8 +56,8 @@ class LogFileReader {
   void takeEvent(std::string_view text);
   void addEvent(EventRecord event);
   void takeMetric(std::string_view text);
-  bool canWait(std::string_view text) const;
-  void takeWaiting();
+  void keepRecord(std::string_view text);
+  void takeKeptRecords();
   void takeHeader(std::string_view message, bool hasOwnTime);
   void keepRaw(std::string_view text);
 
@@ -68,9 +76,7 @@ class LogFileReader {
   std::uint64_t damagedRun_ = 0;  // Damaged lines that the last entry stands for.
   std::size_t damagedHead_ = 0;   // How much of its text is of the first one.
   std::size_t rawBytes_ = 0;
-  std::int64_t lowestDisk_ = std::numeric_limits<std::int64_t>::max();  // Of the last part's parsed records.
-  std::int64_t lowestSwap_ = std::numeric_limits<std::int64_t>::max();
-  std::string waiting_;  // The last record, while it need not be parsed.
+  std::array<KeptRecord, 4> kept_;
 };
 
 }  // namespace sentiq

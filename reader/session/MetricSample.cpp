@@ -1,108 +1,61 @@
 #include "reader/session/MetricSample.h"
 
-#include <algorithm>
-#include <charconv>
-#include <chrono>
-#include <cstdint>
-#include <iterator>
-#include <optional>
-#include <string>
-#include <string_view>
-#include <system_error>
+#include <type_traits>
 
-#include "reader/session/JsonMembers.h"
+#include <nlohmann/json.hpp>
 
 namespace sentiq {
 namespace {
 
-// The whole value as a number; else nothing.
+using nlohmann::json;
+
+// Nothing, too, where it is too large for its type.
 template <typename Number>
-std::optional<Number> numberOf(std::string_view value) {
-  Number number{};
-  const auto [end, error] = std::from_chars(value.data(), value.data() + value.size(), number);
-  return error == std::errc{} && end == value.data() + value.size() ? std::optional(number) : std::nullopt;
+std::optional<Number> numberOf(const json& object, const char* key) {
+  const auto member = object.find(key);
+  if (member == object.end() || !(std::is_integral_v<Number> ? member->is_number_integer() : member->is_number())) {
+    return std::nullopt;
+  }
+  const auto number = member->get<Number>();
+  return static_cast<double>(number) == member->get<double>() ? std::optional(number) : std::nullopt;
 }
 
-std::string adapterOf(std::string_view object) {
-  std::string name;
-  std::int64_t memory = 0;
-  visitMembers(object, [&](std::string_view key, std::string_view value) {
-    if (key == R"("gpuName")") {
-      name = jsonText(value);
-    } else if (key == R"("gpuMemoryUsage")") {
-      memory = numberOf<std::int64_t>(value).value_or(0);
-    }
-  });
-  return name + " (" + std::to_string(memory) + " MiB)";
+std::string textOf(const json& object, const char* key) {
+  const auto member = object.find(key);
+  return member != object.end() && member->is_string() ? member->get<std::string>() : std::string{};
 }
-
-struct Field {
-  std::string_view key;
-  void (*read)(std::string_view value, MetricSample& record);
-};
-
-template <std::int64_t MetricSample::*member>
-void readSize(std::string_view value, MetricSample& record) {
-  record.*member = numberOf<std::int64_t>(value).value_or(0);
-}
-
-template <std::string MetricSample::*member>
-void readText(std::string_view value, MetricSample& record) {
-  record.*member = jsonText(value);
-}
-
-template <typename Number, std::optional<Number> MetricSample::*member>
-void readNumber(std::string_view value, MetricSample& record) {
-  record.*member = numberOf<Number>(value);
-}
-
-constexpr Field fields[] = {
-    Field{R"("totalDiskSpace")", readSize<&MetricSample::totalDisk>},
-    Field{R"("freeDiskSpace")", readSize<&MetricSample::freeDisk>},
-    Field{R"("totalSwapMemory")", readSize<&MetricSample::totalSwap>},
-    Field{R"("freeSwapMemory")", readSize<&MetricSample::freeSwap>},
-    Field{R"("processId")", readSize<&MetricSample::processId>},
-    Field{R"("status")", readText<&MetricSample::status>},
-    Field{R"("appStartTime")", readText<&MetricSample::appRunTime>},
-    Field{R"("systemUpTime")", readText<&MetricSample::systemUpTime>},
-    Field{R"("cpuUsage")", readNumber<double, &MetricSample::cpuUsage>},
-    Field{R"("memoryUsage")", readNumber<std::int64_t, &MetricSample::memory>},
-    Field{R"("threadCount")", readNumber<std::int64_t, &MetricSample::threads>},
-    Field{R"("batteryPercentage")",
-          [](std::string_view value, MetricSample& record) {
-            record.battery = numberOf<int>(value);
-            record.batteryText = jsonText(value);
-          }},
-    Field{R"("gpuInfo")",
-          [](std::string_view value, MetricSample& record) {
-            visitMembers(value, [&](std::string_view, std::string_view adapter) {
-              if (adapter.starts_with('{')) {
-                record.adapters.push_back(adapterOf(adapter));
-              }
-            });
-          }},
-};
 
 }  // namespace
 
 std::optional<MetricSample> parseMetric(std::string_view text) {
-  MetricSample record;
-  std::optional<LogTime> time;
-  const bool whole = visitMembers(text, [&](std::string_view key, std::string_view value) {
-    if (key == R"("timestamp")") {
-      time = parseTime(jsonText(value));
-      return;
-    }
-    const auto* const field =
-        std::find_if(std::begin(fields), std::end(fields), [key](const Field& known) { return known.key == key; });
-    if (field != std::end(fields)) {
-      field->read(value, record);
-    }
-  });
-  if (!whole || !time) {
+  const json object = json::parse(text, /*cb=*/nullptr, /*allow_exceptions=*/false);
+  const auto time = object.is_object() ? parseTime(textOf(object, "timestamp")) : std::nullopt;
+  if (!time) {
     return std::nullopt;
   }
+  MetricSample record;
   record.time = *time;
+  const auto sizeOf = [&](const char* key) { return numberOf<std::int64_t>(object, key).value_or(0); };
+  record.totalDisk = sizeOf("totalDiskSpace");
+  record.freeDisk = sizeOf("freeDiskSpace");
+  record.totalSwap = sizeOf("totalSwapMemory");
+  record.freeSwap = sizeOf("freeSwapMemory");
+  record.battery = numberOf<int>(object, "batteryPercentage");
+  record.batteryText = textOf(object, "batteryPercentage");
+  record.processId = sizeOf("processId");
+  record.status = textOf(object, "status");
+  record.appRunTime = textOf(object, "appStartTime");
+  record.systemUpTime = textOf(object, "systemUpTime");
+  record.cpuUsage = numberOf<double>(object, "cpuUsage");
+  record.memory = numberOf<std::int64_t>(object, "memoryUsage");
+  record.threads = numberOf<std::int64_t>(object, "threadCount");
+  for (const json& adapter : object.value("gpuInfo", json::array())) {
+    if (adapter.is_object()) {
+      record.adapters.push_back(textOf(adapter, "gpuName") + " (" +
+                                std::to_string(numberOf<std::int64_t>(adapter, "gpuMemoryUsage").value_or(0)) +
+                                " MiB)");
+    }
+  }
   return record;
 }
 
