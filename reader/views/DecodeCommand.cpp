@@ -2,129 +2,100 @@
 
 #include <algorithm>
 #include <array>
-#include <atomic>
 #include <chrono>
 #include <cstddef>
 #include <istream>
-#include <list>
-#include <numeric>
 #include <ostream>
-#include <string>
 #include <string_view>
 #include <thread>
-#include <vector>
 
 #include "reader/ExitCode.h"
 #include "reader/console/Console.h"
 #include "reader/input/FollowedFile.h"
 #include "reader/input/InputFile.h"
-#include "reader/input/Progress.h"
 #include "reader/views/DecodeStream.h"
+#include "reader/views/TextStyle.h"
 
 namespace sentiq {
 namespace {
 
-constexpr std::chrono::milliseconds pollInterval{200};
-
-// Cyan, magenta, yellow, green: readable on dark and on light ground.
-constexpr std::array<std::string_view, 4> nameColours{"\x1b[36m", "\x1b[35m", "\x1b[33m", "\x1b[32m"};
-constexpr std::string_view colourEnd = "\x1b[0m";
-
-std::string baseName(const std::string& file) {
-  return file == "-" ? "standard input" : textFromPath(pathFromText(file).filename());
-}
-
 // What stands before each line of each file; names are filled up to the longest, so that the lines stand in one column.
 std::vector<std::string> linePrefixes(const DecodeOptions& options) {
+  // Cyan, magenta, yellow, green: readable on dark and on light ground.
+  constexpr std::array<std::string_view, 4> colours{"\x1b[36m", "\x1b[35m", "\x1b[33m", "\x1b[32m"};
   std::vector<std::string> prefixes(options.files.size());
   if (!options.names.value_or(options.files.size() > 1)) {
     return prefixes;
   }
-  std::transform(options.files.begin(), options.files.end(), prefixes.begin(), baseName);
-  const std::size_t width =
-      std::accumulate(prefixes.begin(), prefixes.end(), std::size_t{0},
-                      [](std::size_t widest, const std::string& name) { return std::max(widest, name.size()); });
+  std::size_t width = 0;
   for (std::size_t i = 0; i < prefixes.size(); ++i) {
-    prefixes[i].resize(width, ' ');
-    if (options.colour) {
-      prefixes[i].insert(0, nameColours[i % nameColours.size()]).append(colourEnd);
-    }
-    prefixes[i] += "  ";
+    const std::string& file = options.files[i];
+    prefixes[i] = file == "-" ? "standard input" : textFromPath(pathFromText(file).filename());
+    width = std::max(width, prefixes[i].size());
+  }
+  for (std::size_t i = 0; i < prefixes.size(); ++i) {
+    prefixes[i] = coloured(padded(prefixes[i], width), options.colour ? colours[i % colours.size()] : "") + "  ";
   }
   return prefixes;
 }
 
-void follow(const DecodeOptions& options, OutputBlock& out, std::ostream& messages, std::list<DecodeStream>& streams,
-            const std::atomic<bool>& stop) {
+// Returns once the user or the output ends it.
+void follow(const DecodeOptions& options, DecodeOutput& out, std::ostream& messages,
+            std::vector<DecodeStream>& streams) {
   std::vector<FollowedFile> files;
   for (const std::string& file : options.files) {
     files.emplace_back(pathFromText(file));
   }
-  while (!stop && out.good()) {
-    auto stream = streams.begin();
-    for (std::size_t i = 0; i < files.size(); ++i, ++stream) {
+  while (!*options.follow && out.stream.good()) {
+    for (std::size_t i = 0; i < files.size(); ++i) {
       files[i].poll({[&](std::string_view bytes) {
-                       stream->feed(bytes);
+                       streams[i].feed(bytes);
                        out.flush();
                      },
                      [&] {
-                       stream->finish();
+                       streams[i].finish();
                        messages << "sentiq-logs: " << options.files[i] << ": emptied or replaced, reading it anew\n";
                      }},
-                    stop);
+                    *options.follow);
     }
     messages.flush();
+    constexpr std::chrono::milliseconds pollInterval{200};
     std::this_thread::sleep_for(pollInterval);
   }
-  for (DecodeStream& stream : streams) {
-    stream.finish();
-  }
-}
-
-// Whether all could be read.
-bool readOnce(const DecodeOptions& options, std::istream& standardInput, std::ostream& messages, Progress& progress,
-              std::list<DecodeStream>& streams) {
-  bool good = true;
-  auto stream = streams.begin();
-  for (const std::string& file : options.files) {
-    if (!readInput(file, standardInput, progress, [&](std::string_view bytes) { stream->feed(bytes); })) {
-      messages << "sentiq-logs: " << file << ": cannot be read\n";
-      good = false;
-    }
-    stream->finish();
-    ++stream;
-  }
-  return good;
 }
 
 }  // namespace
 
-int decodeLogs(const DecodeOptions& options, std::istream& standardInput, std::ostream& out, std::ostream& messages,
-               Progress& progress, const std::atomic<bool>& stop) {
+int decodeLogs(DecodeOptions options, std::istream& standardInput, std::ostream& out, std::ostream& messages,
+               Progress& progress) {
   if (options.files.empty()) {
-    DecodeOptions fromInput = options;
-    fromInput.files.emplace_back("-");
-    return decodeLogs(fromInput, standardInput, out, messages, progress, stop);
+    options.files.emplace_back("-");
   }
-  OutputBlock block(out);
-  std::list<DecodeStream> streams;
+  DecodeOutput output{out};
   const std::vector<std::string> prefixes = linePrefixes(options);
+  std::vector<DecodeStream> streams;
+  bool readable = true;
   for (std::size_t i = 0; i < prefixes.size(); ++i) {
-    streams.emplace_back(options.files[i], prefixes[i], block, messages);
+    const std::string& file = options.files[i];
+    DecodeStream& stream = streams.emplace_back(file, prefixes[i], output, messages);
+    if (options.follow == nullptr) {
+      if (!readInput(file, standardInput, progress, [&](std::string_view bytes) { stream.feed(bytes); })) {
+        messages << "sentiq-logs: " << file << ": cannot be read\n";
+        readable = false;
+      }
+      stream.finish();
+    }
   }
-  bool good = true;
-  if (options.follow) {
-    follow(options, block, messages, streams, stop);
-  } else {
-    good = readOnce(options, standardInput, messages, progress, streams);
+  if (options.follow != nullptr) {
+    follow(options, output, messages, streams);
   }
-  block.flush();
-  if (!good) {
-    return exitFailed;
+  bool damaged = false;
+  for (DecodeStream& stream : streams) {
+    stream.finish();
+    damaged = damaged || stream.isDamaged();
   }
-  const bool damaged =
-      std::any_of(streams.begin(), streams.end(), [](const DecodeStream& s) { return s.damagedLines() > 0; });
-  return damaged ? exitDamaged : exitGood;
+  output.flush();
+  return !readable ? exitFailed : damaged ? exitDamaged : exitGood;
 }
 
 }  // namespace sentiq

@@ -36,12 +36,6 @@ bool isWanted(const LogEntry& entry, const std::string& source, const TimelineOp
                      [&](const std::string& wanted) { return equalIgnoringCase(wanted, source); });
 }
 
-std::string padded(std::string_view text, std::size_t width) {
-  std::string filled(text);
-  filled.resize(std::max(width, filled.size()), ' ');
-  return filled;
-}
-
 std::string textLine(const LogEntry& entry, const std::string& source, bool colour) {
   constexpr std::size_t timeWidth = 30;
   const std::string time =

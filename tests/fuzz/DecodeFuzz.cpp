@@ -5,13 +5,13 @@
 
 static std::string decoded(const std::string& bytes, std::size_t blockSize) {
   std::ostringstream out, messages;
-  sentiq::OutputBlock block(out);
-  sentiq::DecodeStream stream("log", "", block, messages);
+  sentiq::DecodeOutput output{out};
+  sentiq::DecodeStream stream("log", "", output, messages);
   for (std::size_t at = 0; at < bytes.size(); at += blockSize) {
     stream.feed(bytes.substr(at, blockSize));
   }
   stream.finish();
-  block.flush();
+  output.flush();
   return out.str() + messages.str();
 }
 

@@ -6,7 +6,6 @@
 #include "reader/ExitCode.h"
 #include "reader/input/LineSplitter.h"
 #include "reader/views/DecodeCommand.h"
-#include "reader/views/DecodeStream.h"
 #include "reader/views/Timeline.h"
 #include "tests/reader/SampleLogs.h"
 #include "tests/support/Test.h"
@@ -28,7 +27,7 @@ Decoded decodeAll(const std::string& bytes) {
   std::ostringstream out;
   std::ostringstream messages;
   Progress progress(nullptr);
-  const int code = decodeLogs({}, in, out, messages, progress, stopRequested());
+  const int code = decodeLogs({}, in, out, messages, progress);
   return {code, out.str(), messages.str()};
 }
 
@@ -100,8 +99,8 @@ TEST(Decode, EndsALineThatTheLogBeforeLeftUnfinished) {
   std::ostringstream out;
   std::ostringstream messages;
   Progress progress(nullptr);
-  decodeLogs({{folder.write("a.log", entry), folder.write("b.log", encoded)}, /*follow=*/false, {}, /*colour=*/false},
-             noInput, out, messages, progress, stopRequested());
+  decodeLogs({{folder.write("a.log", entry), folder.write("b.log", encoded)}, /*follow=*/nullptr, {}, /*colour=*/false},
+             noInput, out, messages, progress);
   EXPECT_EQ(out.str(), "a.log  " + entry + "\nb.log  " + entry + "\n");
 }
 
@@ -143,8 +142,8 @@ TEST(Decode, FollowsAFileThatAppearsIsEmptiedAndIsDeleted) {
     std::ostream out(&output);
     std::istringstream noInput;
     Progress progress(nullptr);
-    decodeLogs({{folder.file("a.log"), folder.file("b.log")}, /*follow=*/true, {}, /*colour=*/false}, noInput, out,
-               messages, progress, stop);
+    decodeLogs({{folder.file("a.log"), folder.file("b.log")}, &stop, {}, /*colour=*/false}, noInput, out, messages,
+               progress);
   });
   folder.write("a.log", encodedLine(entry + " first"));
   EXPECT_TRUE(comesToHold(output, "a.log  " + entry + " first\n"));
