@@ -4,10 +4,6 @@
 #include <array>
 #include <charconv>
 #include <cstddef>
-#include <cstdint>
-#include <optional>
-#include <string>
-#include <string_view>
 #include <system_error>
 
 namespace sentiq {
@@ -69,13 +65,19 @@ std::optional<std::uint64_t> parseHex(std::string_view text) {
   }
   std::uint64_t number = 0;
   const auto result = std::from_chars(text.data(), text.data() + text.size(), number, 16);
-  return result.ec == std::errc{} ? std::optional(number) : std::nullopt;
+  const bool whole = result.ptr == text.data() + text.size() || *result.ptr == ' ';
+  return result.ec == std::errc{} && whole ? std::optional(number) : std::nullopt;
 }
 
 std::string showHex(std::uint64_t number) {
   std::array<char, 16> digits{};
   const auto result = std::to_chars(digits.data(), digits.data() + digits.size(), number, 16);
   return "0x" + std::string(digits.data(), result.ptr);
+}
+
+std::string inHex(const std::string& text) {
+  const auto number = parseHex(text);
+  return number ? showHex(*number) : text;
 }
 
 }  // namespace sentiq

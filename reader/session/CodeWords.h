@@ -19,10 +19,13 @@ enum class CodeKind : std::uint8_t {
 /// Empty when the number is not in the tables.
 std::string_view codeWords(CodeKind kind, std::uint64_t code);
 
-/// Hexadecimal digits at the text's beginning, with or without 0x.
+/// The hexadecimal digits that the text, or its first word, consists of, with or without 0x.
 std::optional<std::uint64_t> parseHex(std::string_view text);
 
 /// 0xc0000005: the one form of all of them, without leading zeros.
 std::string showHex(std::uint64_t number);
+
+/// The text in that form when it is a hexadecimal number, else as it is.
+std::string inHex(const std::string& text);
 
 }  // namespace sentiq

@@ -3,9 +3,6 @@
 #include <algorithm>
 #include <cstddef>
 #include <iterator>
-#include <optional>
-#include <string>
-#include <string_view>
 
 #include <pugixml.hpp>
 
@@ -23,6 +20,7 @@ struct Layout {
   std::string_view provider;
   std::string_view names;
 };
+constexpr std::string_view errorReporting = "Windows Error Reporting";
 constexpr Layout layouts[] = {
     Layout{1000, "Application Error",
            "AppName AppVersion AppTimeStamp ModuleName ModuleVersion ModuleTimeStamp ExceptionCode FaultingOffset "
@@ -30,13 +28,30 @@ constexpr Layout layouts[] = {
     Layout{1002, "Application Hang",
            "AppName AppVersion ProcessId StartTime TerminationTime ExeFileName ReportId PackageFullName "
            "PackageRelativeAppId HangType"},
-    Layout{1001, "Windows Error Reporting",
+    Layout{1001, errorReporting,
            "Bucket BucketType EventName Response CabId P1 P2 P3 P4 P5 P6 P7 P8 P9 P10 AttachedFiles StorePath "
            "AnalysisSymbol Rechecking ReportId ReportStatus HashedBucket CabGuid"},
     Layout{1001, "BugCheck", "param1 param2 param3"},
     Layout{1074, "User32", "param1 param2 param3 param4 param5 param6 param7"},
     Layout{6008, "EventLog", "Time Date"},
     Layout{4101, "Display", "Driver"},
+};
+
+// Which parameters of an error report are the fields of a crash, by the beginning of the report's kind; the first row
+// that fits counts.
+constexpr std::string_view crashFields[] = {"AppName",       "AppVersion",    "ModuleName",
+                                            "ModuleVersion", "ExceptionCode", "FaultingOffset"};
+struct ReportLayout {
+  std::string_view kind;
+  std::string_view parameters[std::size(crashFields)];
+};
+constexpr ReportLayout reportLayouts[] = {
+    ReportLayout{"BEX", {"P1", "P2", "P4", "P5", "P8", "P7"}},
+    ReportLayout{"CLR20r3", {"P1", "P2", "P4", "P5", "P9"}},
+    ReportLayout{"InPageError", {"P1", "P2", "", "", "P4"}},
+    ReportLayout{"MoBEX", {"P1", "P3", "P5", "P6", "P9", "P8"}},
+    ReportLayout{"Mo", {"P1", "P3", "P5", "P6", "P8", "P9"}},  // Packaged applications.
+    ReportLayout{"", {"P1", "P2", "P4", "P5", "P7", "P8"}},
 };
 
 void nameFields(EventRecord& record) {
@@ -76,12 +91,8 @@ void readData(const pugi::xml_node& element, const std::string& names, int depth
 void readAllData(const pugi::xml_node& event, EventRecord& record) {
   for (const pugi::xml_node& section : event.children()) {
     const std::string_view name = section.name();
-    if (name == "EventData") {
-      for (const pugi::xml_node& field : section.children()) {
-        readData(field, "", 0, record);
-      }
-    } else if (name == "UserData") {
-      for (const pugi::xml_node& field : section.first_child().children()) {
+    if (name == "EventData" || name == "UserData") {
+      for (const pugi::xml_node& field : (name == "EventData" ? section : section.first_child()).children()) {
         readData(field, "", 0, record);
       }
     } else if (name != "System") {
@@ -108,13 +119,27 @@ std::string textOfBinary(std::string_view digits) {
 const std::string& EventRecord::field(std::string_view name) const {
   static const std::string none;
   const auto found = std::find_if(data.begin(), data.end(), [&](const auto& named) { return named.first == name; });
-  return found != data.end() ? found->second : none;
+  if (found != data.end()) {
+    return found->second;
+  }
+  const auto* const crashField = std::find(std::begin(crashFields), std::end(crashFields), name);
+  if (crashField == std::end(crashFields) || !isReport()) {
+    return none;
+  }
+  const auto* const layout = std::find_if(std::begin(reportLayouts), std::end(reportLayouts), [&](const auto& row) {
+    return beginsIgnoringCase(field("EventName"), row.kind);
+  });
+  return field(layout->parameters[crashField - std::begin(crashFields)]);
+}
+
+bool EventRecord::isReport() const {
+  return equalIgnoringCase(provider, errorReporting);
 }
 
 bool EventRecord::isOfCanvix() const {
   // A report of a packaged application begins with the name of the package.
-  return equalIgnoringCase(field("AppName"), "canvix.exe") || equalIgnoringCase(field("P1"), "canvix.exe") ||
-         (field("EventName").starts_with("Mo") && beginsIgnoringCase(field("P1"), "canvix"));
+  return equalIgnoringCase(field("AppName"), "canvix.exe") ||
+         (field("EventName").starts_with("Mo") && beginsIgnoringCase(field("AppName"), "canvix"));
 }
 
 std::string EventRecord::key() const {

@@ -24,8 +24,10 @@ struct EventRecord {
   /// give them where those are known, else none; nested ones the names of all elements around them with dots between.
   std::vector<std::pair<std::string, std::string>> data;
 
-  /// Empty when there is no such field.
+  /// Empty when there is no such field. What a crash and its error report both have goes by the names of the crash.
   const std::string& field(std::string_view name) const;
+
+  bool isReport() const;
 
   /// Whether a crash, a hang or an error report is about Canvix; others name it further back, which does not count.
   bool isOfCanvix() const;

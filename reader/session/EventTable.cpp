@@ -3,21 +3,13 @@
 #include <algorithm>
 #include <array>
 #include <charconv>
-#include <chrono>
 #include <cstddef>
-#include <cstdint>
 #include <iterator>
-#include <optional>
-#include <string>
-#include <string_view>
+#include <sstream>
 #include <system_error>
-#include <utility>
 
 #include "reader/input/CleanText.h"
 #include "reader/session/CodeWords.h"
-#include "reader/session/EventHead.h"
-#include "reader/session/EventRecord.h"
-#include "reader/session/LogTime.h"
 
 namespace sentiq {
 namespace {
@@ -46,24 +38,19 @@ constexpr EventRow eventRows[] = {
              "offset {FaultingOffset:hex}"},
     EventRow{1002, Meaning::Hang, Severity::Error, "Application Hang",
              "{AppName} {AppVersion} stopped responding and was closed{: |HangType}"},
-    EventRow{1001, Meaning::Other, Severity::Notice, errorReporting, "Error report {EventName}, sent again: {P1} {P2}",
-             "Rechecking"},
+    EventRow{1001, Meaning::Other, Severity::Notice, errorReporting,
+             "Error report {EventName}, sent again: {AppName} {AppVersion}", "Rechecking"},
     EventRow{1001, Meaning::CrashReport, Severity::Error, errorReporting,
-             "Error report {EventName}: {P1} {P2} crashed in {P4} {P5}: exception {P7:exception} at offset {P8:hex}",
-             "EventName=APPCRASH"},
-    EventRow{1001, Meaning::CrashReport, Severity::Error, errorReporting,
-             "Error report {EventName}: {P1} {P2} crashed in {P4} {P5}: exception {P8:exception} at offset {P7:hex}",
-             "EventName=BEX"},
-    EventRow{1001, Meaning::CrashReport, Severity::Error, errorReporting,
-             "Error report {EventName}: {P1} {P2} crashed{ in |P4}{ |P5}{: |P9}",
-             "EventName=CLR20r3|InPageError|MoAppCrash|MoBEX"},
+             "Error report {EventName}: {AppName} {AppVersion} crashed{ in |ModuleName}{ |ModuleVersion}"
+             "{: exception |ExceptionCode:exception}{ at offset |FaultingOffset:hex}",
+             "EventName=APPCRASH|BEX|CLR20r3|InPageError|MoAppCrash|MoBEX"},
     EventRow{1001, Meaning::Recovered, Severity::Notice, errorReporting,
-             "Error report {EventName}: {P1} {P2} did not respond for a while and recovered",
+             "Error report {EventName}: {AppName} {AppVersion} did not respond for a while and recovered",
              "EventName=AppHangTransient|MoAppHangTransient"},
     EventRow{1001, Meaning::HangReport, Severity::Error, errorReporting,
-             "Error report {EventName}: {P1} {P2} stopped responding", "EventName=AppHang|MoAppHang"},
+             "Error report {EventName}: {AppName} {AppVersion} stopped responding", "EventName=AppHang|MoAppHang"},
     EventRow{1001, Meaning::Leak, Severity::Notice, errorReporting,
-             "Error report {EventName}: {P1} {P2} uses more and more memory", "EventName=RADAR_PRE_LEAK"},
+             "Error report {EventName}: {AppName} {AppVersion} uses more and more memory", "EventName=RADAR_PRE_LEAK"},
     EventRow{1001, Meaning::SystemCrash, Severity::Error, errorReporting,
              "The machine crashed with the blue screen {P1:stop}, says its error report", "EventName=BlueScreen"},
     EventRow{1001, Meaning::Hardware, Severity::Warning, errorReporting,
@@ -164,24 +151,32 @@ bool fits(const EventRow& row, const EventRecord& event) {
 
 // A value in one of the forms that the rows name; as it is when it is no number.
 std::string inForm(std::string_view form, const std::string& value) {
-  constexpr std::pair<std::string_view, CodeKind> kinds[] = {
-      {"reason", CodeKind::SleepReason}, {"standby", CodeKind::StandbyReason}, {"action", CodeKind::PowerAction}};
+  const auto withWords = [](CodeKind kind, std::uint64_t code) {
+    const std::string words(codeWords(kind, code));
+    return showHex(code) + (words.empty() ? "" : kind == CodeKind::Stop ? ' ' + words : " (" + words + ')');
+  };
+  if (form == "hex") {
+    return inHex(value);
+  }
+  if (form == "exception" || form == "stop") {
+    const auto code = parseHex(value);
+    return code ? withWords(form == "stop" ? CodeKind::Stop : CodeKind::Exception, *code) : value;
+  }
   std::uint64_t number = 0;
-  const bool decimal = std::from_chars(value.data(), value.data() + value.size(), number).ec == std::errc{};
-  for (const auto& [name, kind] : kinds) {
-    if (form == name) {
-      const std::string_view words = codeWords(kind, number);
-      return !decimal ? value : words.empty() ? "code " + value : std::string(words);
-    }
+  if (std::from_chars(value.data(), value.data() + value.size(), number).ec != std::errc{}) {
+    return value;
   }
   if (form == "size") {
-    return std::string("(").append(std::to_string(number >> 20U)).append(" MiB)");
+    return '(' + std::to_string(number >> 20U) + " MiB)";
   }
   if (form == "decimal stop") {
-    return stopWords(number);
+    return withWords(CodeKind::Stop, number);
   }
-  const auto hex = parseHex(value);
-  return !hex ? value : form == "stop" ? stopWords(*hex) : form == "exception" ? exceptionWords(value) : showHex(*hex);
+  const std::string_view words = codeWords(form == "standby"  ? CodeKind::StandbyReason
+                                           : form == "action" ? CodeKind::PowerAction
+                                                              : CodeKind::SleepReason,
+                                           number);
+  return words.empty() ? "code " + value : std::string(words);
 }
 
 // One line: times in local time, blanks for line ends.
@@ -191,12 +186,10 @@ std::string shownValue(const std::string& value, std::chrono::minutes offset) {
   if (const auto time = parseTime(value, &used); time && used == value.size() && value.ends_with('Z')) {
     return showTime(time->instant, offset);
   }
+  std::istringstream words(value);
   std::string line;
-  for (const char c : value) {
-    const bool blank = c == ' ' || c == '\n' || c == '\r' || c == '\t';
-    if (!blank || (!line.empty() && line.back() != ' ')) {
-      line += blank ? ' ' : c;
-    }
+  for (std::string word; words >> word;) {
+    line += (line.empty() ? "" : " ") + word;
   }
   return shortText(line, longestShown);
 }
@@ -215,10 +208,7 @@ std::string allFields(const EventRecord& event, std::chrono::minutes offset) {
         isBinary(value)) {
       continue;
     }
-    text.append(text.empty() ? "" : ", ")
-        .append(name)
-        .append(name.empty() ? "" : " ")
-        .append(shownValue(value, offset));
+    text += (text.empty() ? "" : ", ") + name + (name.empty() ? "" : " ") + shownValue(value, offset);
     if (text.size() > longestWords) {
       return shortText(text, longestWords);
     }
@@ -252,22 +242,15 @@ std::string fillIn(std::string_view words, const EventRecord& event, std::chrono
   return text;
 }
 
-std::string describeUnknown(const EventRecord& event, std::chrono::minutes offset) {
-  const std::string& rendered = event.field("RenderingInfo.Message");
-  std::string text = event.provider + ' ' + std::to_string(event.id);
-  for (const std::string& words : {shownValue(rendered, offset), allFields(event, offset)}) {
-    text.append(words.empty() ? "" : ": ").append(words);
-  }
-  return text;
-}
-
 }  // namespace
 
 EventWords describeEvent(const EventRecord& event, std::chrono::minutes offset) {
   const auto* const row = std::find_if(std::begin(eventRows), std::end(eventRows),
                                        [&](const EventRow& candidate) { return fits(candidate, event); });
   if (row == std::end(eventRows)) {
-    return {Meaning::Other, severityOfLevel(event.level), describeUnknown(event, offset)};
+    return {
+        Meaning::Other, severityOfLevel(event.level),
+        event.provider + ' ' + std::to_string(event.id) + fillIn("{: |RenderingInfo.Message}{: |*}", event, offset)};
   }
   // Other programs fail, too: that is worth a line but is not what the logs are about.
   const bool ofProgram = isFailure(row->meaning) || row->meaning == Meaning::Recovered || row->meaning == Meaning::Leak;
@@ -293,20 +276,6 @@ bool isFailure(Meaning meaning) {
 bool isSet(const EventRecord& event, std::string_view field) {
   const std::string& value = event.field(field);
   return !value.empty() && value != "false" && value.find_first_not_of("0x") != std::string::npos;
-}
-
-std::string exceptionWords(std::string_view code) {
-  const auto number = parseHex(code);
-  if (!number) {
-    return std::string(code);
-  }
-  const std::string_view words = codeWords(CodeKind::Exception, *number);
-  return showHex(*number) + (words.empty() ? "" : " (" + std::string(words) + ')');
-}
-
-std::string stopWords(std::uint64_t code) {
-  const std::string_view words = codeWords(CodeKind::Stop, code);
-  return showHex(code) + (words.empty() ? "" : ' ' + std::string(words));
 }
 
 std::string_view severityName(Severity severity) {

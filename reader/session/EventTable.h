@@ -61,12 +61,6 @@ bool isFailure(Meaning meaning);
 /// Whether a field holds more than nothing, 0 or false.
 bool isSet(const EventRecord& event, std::string_view field);
 
-/// Code and words: 0xc0000005 (access violation).
-std::string exceptionWords(std::string_view code);
-
-/// 0x139 KERNEL_SECURITY_CHECK_FAILURE; the code of a blue screen or of a report of the kernel.
-std::string stopWords(std::uint64_t code);
-
 std::string_view severityName(Severity severity);
 
 }  // namespace sentiq

@@ -3,9 +3,7 @@
 #include <algorithm>
 #include <charconv>
 #include <chrono>
-#include <cstdint>
-#include <iterator>
-#include <optional>
+#include <sstream>
 #include <string>
 #include <string_view>
 
@@ -30,22 +28,6 @@ std::string reportIdOf(const EventRecord& event) {
   const std::string& own = event.field("ReportId");
   return own.empty() ? event.field("IntegratorReportId") : own;
 }
-
-// Where the reports of a kind, by the beginning of its name, have what; empty where they do not.
-struct ReportLayout {
-  std::string_view kind;
-  std::string_view version;
-  std::string_view module;
-  std::string_view moduleVersion;
-  std::string_view exception;
-  std::string_view offset;
-};
-constexpr ReportLayout reportLayouts[] = {
-    ReportLayout{"BEX", "P2", "P4", "P5", "P8", "P7"},        ReportLayout{"CLR20r3", "P2", "P4", "P5", "P9", ""},
-    ReportLayout{"InPageError", "P2", "", "", "P4", ""},      ReportLayout{"MoBEX", "P3", "P5", "P6", "P9", "P8"},
-    ReportLayout{"MoAppCrash", "P3", "P5", "P6", "P8", "P9"}, ReportLayout{"", "P2", "P4", "P5", "P7", "P8"},
-};
-constexpr ReportLayout crashLayout{"", "AppVersion", "ModuleName", "ModuleVersion", "ExceptionCode", "FaultingOffset"};
 
 // Crash and report tell of the same failure: by their id, or, where ids do not help, because one soon follows the
 // other.
@@ -120,24 +102,12 @@ Evidence evidenceOf(const Session& session, const LogEntry& entry) {
   }
   const EventRecord& event = eventOf(session, entry);
   const bool failure = isFailure(entry.meaning);
-  const ReportLayout& layout =
-      !isReport(entry)
-          ? crashLayout
-          : *std::find_if(std::begin(reportLayouts), std::end(reportLayouts), [&](const ReportLayout& row) {
-              return beginsIgnoringCase(event.field("EventName"), row.kind);
-            });
-  evidence.canvixVersion = failure ? event.field(layout.version) : "";
+  evidence.canvixVersion = failure ? event.field("AppVersion") : "";
   if (entry.meaning == Meaning::Crash || entry.meaning == Meaning::CrashReport) {
-    evidence.module = event.field(layout.module);
-    evidence.moduleVersion = event.field(layout.moduleVersion);
-    evidence.exception = event.field(layout.exception);
-    evidence.offset = event.field(layout.offset);
-    for (std::string* const number : {&evidence.exception, &evidence.offset}) {
-      const bool digits = number->find_first_not_of("0123456789abcdefABCDEFxX") == std::string::npos;
-      if (const auto value = digits ? parseHex(*number) : std::nullopt) {
-        *number = showHex(*value);
-      }
-    }
+    evidence.module = event.field("ModuleName");
+    evidence.moduleVersion = event.field("ModuleVersion");
+    evidence.exception = inHex(event.field("ExceptionCode"));
+    evidence.offset = inHex(event.field("FaultingOffset"));
     evidence.exceptionWords = codeWords(CodeKind::Exception, parseHex(evidence.exception).value_or(0));
   } else if (failure) {
     evidence.hangKind = event.field("HangType") == "Unknown" ? "" : event.field("HangType");
@@ -161,17 +131,12 @@ Evidence evidenceOf(const Session& session, const LogEntry& entry) {
     evidence.reportId = reportIdOf(report);
     evidence.bucket = report.field(report.field("HashedBucket").empty() ? "Bucket" : "HashedBucket");
     evidence.reportPath = report.field("StorePath");
-    std::string_view files = report.field("AttachedFiles");
-    while (!files.empty()) {
-      const std::size_t end = std::min(files.find('\n'), files.size());
-      std::string_view file = files.substr(0, end);
-      while (file.ends_with('\r') || file.ends_with(' ')) {
-        file.remove_suffix(1);
-      }
+    std::istringstream files(report.field("AttachedFiles"));
+    for (std::string file; std::getline(files, file);) {
+      file.erase(file.find_last_not_of("\r ") + 1);
       if (file.size() > 4 && equalIgnoringCase(file.substr(file.size() - 3), "dmp")) {
-        evidence.dumps.emplace_back(file);
+        evidence.dumps.push_back(file);
       }
-      files.remove_prefix(std::min(end + 1, files.size()));
     }
   }
   return evidence;
