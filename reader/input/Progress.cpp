@@ -1,42 +1,32 @@
 #include "reader/input/Progress.h"
 
-#include <cstddef>
-#include <cstdint>
+#include <algorithm>
 #include <ostream>
-#include <string>
 
 namespace sentiq {
-namespace {
-
-constexpr std::uint64_t worthShowing = 16U << 20;
-
-}  // namespace
 
 Progress::Progress(std::ostream* terminal) : terminal_(terminal) {}
 
-void Progress::begin(const std::string& name, std::uint64_t bytes) {
-  name_ = name;
-  total_ = bytes;
-  done_ = 0;
-  shownPercent_ = 0;
-}
-
-void Progress::advance(std::size_t bytes) {
-  done_ += bytes;
-  if (terminal_ == nullptr || total_ < worthShowing) {
+void Progress::show(const std::string& what, std::uint64_t done, std::uint64_t total, const std::string& unit) {
+  constexpr std::chrono::milliseconds interval{200};
+  const Clock::time_point now = Clock::now();
+  if (terminal_ == nullptr || total == 0 || done == 0 || now - shown_ < interval) {
     return;
   }
-  const std::uint64_t percent = done_ * 100 / total_;
-  if (percent != shownPercent_) {
-    shownPercent_ = percent;
-    *terminal_ << '\r' << name_ << ": " << percent << " %" << std::flush;
-  }
+  shown_ = now;
+  const double rate = static_cast<double>(done) / std::chrono::duration<double>(now - begin_).count();
+  const double left = static_cast<double>(total - std::min(done, total)) / rate;  // A file may grow meanwhile.
+  *terminal_ << "\r\x1b[K" + what + ": " + std::to_string(done) + " of " + std::to_string(total) + ' ' + unit + ", " +
+                    std::to_string(static_cast<std::uint64_t>(rate)) + ' ' + unit + "/s, " +
+                    std::to_string(static_cast<std::uint64_t>(left)) + " s left"
+             << std::flush;
 }
 
 void Progress::end() {
-  if (shownPercent_ != 0) {
+  if (shown_ != begin_) {
     *terminal_ << "\r\x1b[K" << std::flush;
   }
+  begin_ = shown_ = Clock::now();
 }
 
 }  // namespace sentiq

@@ -1,7 +1,7 @@
 // How far a long reading is, on a terminal's last line.
 #pragma once
 
-#include <cstddef>
+#include <chrono>
 #include <cstdint>
 #include <iosfwd>
 #include <string>
@@ -13,17 +13,19 @@ class Progress {
   /// @param terminal written to; nullptr shows nothing. Must outlive this object.
   explicit Progress(std::ostream* terminal);
 
-  /// @param bytes the size of the input; 0 when it is not known. Small inputs show nothing.
-  void begin(const std::string& name, std::uint64_t bytes);
-  void advance(std::size_t bytes);
+  /// How much is done, how fast and how long the rest takes; at most five times a second, so that nothing shows of what
+  /// is short. @param total 0 when it is not known: then nothing is shown. @param unit of both numbers.
+  void show(const std::string& what, std::uint64_t done, std::uint64_t total, const std::string& unit);
+
+  /// Clears the line; what is shown next begins now.
   void end();
 
  private:
+  using Clock = std::chrono::steady_clock;
+
   std::ostream* terminal_;
-  std::string name_;
-  std::uint64_t total_ = 0;
-  std::uint64_t done_ = 0;
-  std::uint64_t shownPercent_ = 0;
+  Clock::time_point begin_ = Clock::now();
+  Clock::time_point shown_ = begin_;
 };
 
 }  // namespace sentiq

@@ -2,20 +2,13 @@
 
 #include <algorithm>
 #include <chrono>
-#include <cstddef>
 #include <filesystem>
-#include <istream>
-#include <optional>
-#include <string>
-#include <string_view>
-#include <system_error>
+#include <unordered_map>
 #include <unordered_set>
 #include <utility>
-#include <vector>
 
 #include "reader/console/Console.h"
 #include "reader/input/InputFile.h"
-#include "reader/input/LineSplitter.h"
 #include "reader/session/LogFileReader.h"
 
 namespace sentiq {
@@ -56,51 +49,9 @@ std::optional<Instant> beginOf(const Session& session) {
   return begin;
 }
 
-// A session being put together from its parts.
-struct Whole {
-  Session session;
-  std::string folder;
-  std::unordered_set<std::string> eventKeys{};
-
-  void add(Session part);
-};
-
-void Whole::add(Session part) {
-  const auto fill = [](std::string& text, std::string& from) {
-    if (text.empty()) {
-      text = std::move(from);
-    }
-  };
-  fill(session.id, part.id);
-  fill(session.processId, part.processId);
-  fill(session.abnormalSessionId, part.abnormalSessionId);
-  fill(session.timeZone, part.timeZone);
-  fill(session.bootTime, part.bootTime);
-  session.counted.merge(part.counted);
-  session.eventCopies += part.eventCopies + part.counted.size();  // What is in both stays behind.
-  session.applicationCopied = std::max(session.applicationCopied, part.applicationCopied);
-  for (LogEntry& entry : part.entries) {
-    if (entry.event) {
-      EventRecord& event = part.events[*entry.event];
-      if (!eventKeys.insert(event.key()).second) {
-        ++session.eventCopies;
-        continue;
-      }
-      entry.event = session.events.size();
-      session.events.push_back(std::move(event));
-    } else if (entry.metric) {
-      const std::size_t index = session.metrics.size();
-      session.metrics.push_back(std::move(part.metrics[*entry.metric]));
-      entry.metric = index;
-    }
-    session.entries.push_back(std::move(entry));
-  }
-}
-
-bool isSameSession(const Whole& whole, const Session& part, const std::string& folder) {
-  const Session& session = whole.session;
+bool isSameSession(const Session& session, const Session& part) {
   if (part.id.empty()) {
-    return session.id.empty() && session.processId == part.processId && whole.folder == folder;
+    return session.id.empty() && session.processId == part.processId && session.folder == part.folder;
   }
   return session.id == part.id &&
          (session.processId == part.processId || session.processId.empty() || part.processId.empty());
@@ -108,71 +59,89 @@ bool isSameSession(const Whole& whole, const Session& part, const std::string& f
 
 // An initial log names the session before, but its process id is that of the session that wrote it; of several with
 // that process id, of the one that began at nearly the same time.
-Whole* writerOf(std::vector<Whole>& wholes, const Session& initial) {
+Session* writerOf(std::vector<Session>& sessions, const Session& initial) {
   constexpr std::chrono::hours anyTime{24 * 365 * 100};
-  const auto distance = [&](const Whole& whole) -> Ticks {
-    const auto a = beginOf(whole.session);
+  const auto distance = [&](const Session& session) -> Ticks {
+    const auto a = beginOf(session);
     const auto b = beginOf(initial);
     return a && b ? std::chrono::abs(*a - *b) : Ticks(anyTime);
   };
-  Whole* nearest = nullptr;
-  for (Whole& whole : wholes) {
-    if (whole.session.processId == initial.processId && !initial.processId.empty() &&
-        (nearest == nullptr || distance(whole) < distance(*nearest))) {
-      nearest = &whole;
+  Session* nearest = nullptr;
+  for (Session& session : sessions) {
+    if (session.processId == initial.processId && !initial.processId.empty() &&
+        (nearest == nullptr || distance(session) < distance(*nearest))) {
+      nearest = &session;
     }
   }
   return nearest;
 }
 
-struct FilePart {
-  SessionPart part;
-  std::string folder;
-};
-
-void sortByTime(std::vector<LogEntry>& entries) {
-  std::stable_sort(entries.begin(), entries.end(), [](const LogEntry& a, const LogEntry& b) {
+// Adds what another log holds of the session.
+void join(Session& session, Session part) {
+  for (std::string Session::*const text : {&Session::id, &Session::processId, &Session::abnormalSessionId,
+                                           &Session::folder, &Session::timeZone, &Session::bootTime}) {
+    if ((session.*text).empty()) {
+      session.*text = std::move(part.*text);
+    }
+  }
+  session.counted.merge(part.counted);
+  session.eventCopies += part.eventCopies + part.counted.size();  // What is in both stays behind.
+  session.applicationCopied = std::max(session.applicationCopied, part.applicationCopied);
+  std::unordered_set<std::string> known;
+  for (const EventRecord& event : session.events) {
+    known.insert(event.key());
+  }
+  for (LogEntry& entry : part.entries) {
+    if (entry.event) {
+      EventRecord& event = part.events[*entry.event];
+      if (!known.insert(event.key()).second) {
+        ++session.eventCopies;
+        continue;
+      }
+      entry.event = session.events.size();
+      session.events.push_back(std::move(event));
+    } else if (entry.metric) {
+      MetricSample& record = part.metrics[*entry.metric];
+      entry.metric = session.metrics.size();
+      session.metrics.push_back(std::move(record));
+    }
+    session.entries.push_back(std::move(entry));
+  }
+  std::stable_sort(session.entries.begin(), session.entries.end(), [](const LogEntry& a, const LogEntry& b) {
     return a.time.value_or(Instant{}) < b.time.value_or(Instant{});
   });
 }
 
-void assemble(std::vector<FilePart> parts, LogSet& set) {
-  std::vector<Whole> wholes;
-  const auto firstInitial = std::stable_partition(parts.begin(), parts.end(),
-                                                  [](const FilePart& p) { return p.part.role != LogRole::Initial; });
-  for (auto p = parts.begin(); p != firstInitial; ++p) {
-    const auto whole = std::find_if(wholes.begin(), wholes.end(), [&](const Whole& candidate) {
-      return isSameSession(candidate, p->part.session, p->folder);
-    });
-    (whole != wholes.end() ? *whole : wholes.emplace_back(Whole{{}, p->folder})).add(std::move(p->part.session));
+void assemble(std::vector<SessionPart> parts, LogSet& set) {
+  std::vector<Session>& sessions = set.sessions;
+  const auto firstInitial = std::stable_partition(
+      parts.begin(), parts.end(), [](const SessionPart& part) { return part.role != LogRole::Initial; });
+  for (auto part = parts.begin(); part != firstInitial; ++part) {
+    const auto same = std::find_if(sessions.begin(), sessions.end(),
+                                   [&](const Session& session) { return isSameSession(session, part->session); });
+    join(same != sessions.end() ? *same : sessions.emplace_back(), std::move(part->session));
   }
   // An initial log tells the session that it is about how it ended, and its writer what went before.
-  for (auto p = firstInitial; p != parts.end(); ++p) {
-    Session& initial = p->part.session;
+  for (auto part = firstInitial; part != parts.end(); ++part) {
+    Session& initial = part->session;
     const std::string about = std::exchange(initial.id, {});
-    const auto subject = std::find_if(wholes.begin(), wholes.end(),
-                                      [&](const Whole& whole) { return !about.empty() && whole.session.id == about; });
-    Whole* const writer = writerOf(wholes, initial);
-    const bool hasSubject = subject != wholes.end() && &*subject != writer;
-    Session told = initial;
-    told.processId.clear();
-    if (hasSubject) {
-      subject->add(std::move(told));
-    } else if (!about.empty()) {
+    Session* const writer = writerOf(sessions, initial);
+    const bool ofAnother = !about.empty() && (writer == nullptr || writer->id != about);
+    if (ofAnother) {
+      Session& told = set.told.emplace_back(initial);
       told.id = about;
-      set.told.push_back(std::move(told));
+      told.processId.clear();
     }
     initial.abnormalSessionId = about;
+    const bool hasSubject = ofAnother && std::any_of(sessions.begin(), sessions.end(),
+                                                     [&](const Session& session) { return session.id == about; });
     if (writer != nullptr || !hasSubject) {
-      (writer != nullptr ? *writer : wholes.emplace_back(Whole{{}, p->folder})).add(std::move(initial));
+      join(writer != nullptr ? *writer : sessions.emplace_back(), std::move(initial));
     }
   }
-  std::stable_sort(wholes.begin(), wholes.end(),
-                   [](const Whole& a, const Whole& b) { return beginOf(a.session) < beginOf(b.session); });
-  for (Whole& whole : wholes) {
-    sortByTime(whole.session.entries);
-    set.sessions.push_back(std::move(whole.session));
-  }
+  tell(sessions, set.told);
+  std::stable_sort(sessions.begin(), sessions.end(),
+                   [](const Session& a, const Session& b) { return beginOf(a) < beginOf(b); });
 }
 
 }  // namespace
@@ -193,7 +162,7 @@ std::vector<LogInput> findLogs(const std::vector<std::string>& inputs) {
 
 LogSet readLogs(const std::vector<LogInput>& files, std::istream& standardInput, Progress& progress, Keep keep) {
   LogSet set;
-  std::vector<FilePart> parts;
+  std::vector<SessionPart> parts;
   for (const LogInput& input : files) {
     LogFileInfo& file = set.files.emplace_back();
     file.name = input.name;
@@ -211,21 +180,27 @@ LogSet readLogs(const std::vector<LogInput>& files, std::istream& standardInput,
     }
     const std::string folder = textFromPath(pathFromText(input.name).parent_path());
     for (SessionPart& part : found) {
-      parts.push_back({std::move(part), folder});
+      part.session.folder = folder;
+      parts.push_back(std::move(part));
     }
   }
   assemble(std::move(parts), set);
   return set;
 }
 
-void join(Session& session, Session part) {
-  Whole whole{std::move(session), {}};
-  for (const EventRecord& event : whole.session.events) {
-    whole.eventKeys.insert(event.key());
+void tell(std::vector<Session>& sessions, std::vector<Session>& told) {
+  std::unordered_map<std::string, Session*> subjects;
+  for (Session& session : sessions) {
+    subjects.emplace(session.id, &session);
   }
-  whole.add(std::move(part));
-  sortByTime(whole.session.entries);
-  session = std::move(whole.session);
+  std::erase_if(told, [&](Session& part) {
+    const auto subject = subjects.find(part.id);
+    if (subject == subjects.end()) {
+      return false;
+    }
+    join(*subject->second, std::move(part));
+    return true;
+  });
 }
 
 }  // namespace sentiq

@@ -54,7 +54,7 @@ std::vector<LogInput> findLogs(const std::vector<std::string>& inputs);
 /// visibly. Several threads may read at the same time, each with streams and progress of its own.
 LogSet readLogs(const std::vector<LogInput>& files, std::istream& standardInput, Progress& progress, Keep keep);
 
-/// Adds what another log tells of the session.
-void join(Session& session, Session part);
+/// Adds to each session what an initial log tells of it; what is about none of them stays.
+void tell(std::vector<Session>& sessions, std::vector<Session>& told);
 
 }  // namespace sentiq

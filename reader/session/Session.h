@@ -36,6 +36,7 @@ struct Session {
   std::string id;                 // From its header; empty when none was read. UTF-8, clean, as all texts here.
   std::string processId;          // Of Canvix, decimal; empty when no header was read.
   std::string abnormalSessionId;  // The session before, which its initial log is about; empty without such a log.
+  std::string folder;             // In which its logs lie; not clean.
   std::string timeZone;
   std::string bootTime;
   // In time order, and in the order of the files where times are equal. Those of an initial log are of the session that

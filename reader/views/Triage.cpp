@@ -2,21 +2,17 @@
 
 #include <algorithm>
 #include <array>
-#include <cstddef>
 #include <cstdio>
-#include <iterator>
+#include <functional>
 #include <map>
 #include <optional>
 #include <set>
-#include <string>
 #include <string_view>
 #include <utility>
-#include <vector>
 
 #include <nlohmann/json.hpp>
 
 #include "reader/input/CleanText.h"
-#include "reader/session/LogTime.h"
 #include "reader/views/Summary.h"
 
 namespace sentiq {
@@ -56,56 +52,45 @@ std::string signatureOf(const Judgement& judgement) {
   return judgement.outcome;
 }
 
-// Without its memory, which may differ from one machine to the next.
-std::string adapterName(const std::string& adapter) {
-  return adapter.substr(0, adapter.rfind(" ("));
+// In the order of time.
+using Group = std::vector<const TriagedSession*>;
+
+// The day that it began on; empty when its logs do not tell.
+std::string dayOf(const TriagedSession& session) {
+  const SessionSpan& span = session.span;
+  return span.begin ? isoTime(*span.begin, span.offset).substr(0, dayLength) : std::string{};
 }
 
+std::string firstDay(const Group& group) {
+  const auto dated = std::find_if(group.begin(), group.end(), [](const auto* session) { return session->span.begin; });
+  return dated != group.end() ? dayOf(**dated) : std::string{};
+}
+
+std::string lastDay(const Group& group) {
+  return group.empty() ? std::string{} : dayOf(*group.back());
+}
+
+// In how many sessions of a group.
 using Counts = std::map<std::string, std::size_t>;
 
-struct Group {
-  std::string signature;
-  std::size_t sessions = 0;
-  std::string firstDay;
-  std::string lastDay;
-  std::set<std::string> versions;
-  std::size_t withAdapters = 0;
-  Counts adapters;
-  Counts before;
-  std::string folder;  // Of the last session in it.
-
-  void add(const TriagedSession& session);
+struct Adapters {
+  Counts counts;
+  std::size_t sessions = 0;  // That name any.
 };
 
-void Group::add(const TriagedSession& session) {
-  ++sessions;
-  if (session.span.begin) {
-    const std::string day = isoTime(*session.span.begin, session.span.offset).substr(0, dayLength);
-    firstDay = firstDay.empty() ? day : std::min(firstDay, day);
-    if (day >= lastDay) {
-      lastDay = day;
-      folder = session.folder;
+Adapters adaptersOf(const Group& group) {
+  Adapters adapters;
+  for (const TriagedSession* const session : group) {
+    std::set<std::string> names;
+    for (const std::string& adapter : session->judgement.adapters) {
+      names.insert(adapter.substr(0, adapter.rfind(" (")));  // Its memory may differ from one machine to the next.
     }
+    for (const std::string& name : names) {
+      ++adapters.counts[name];
+    }
+    adapters.sessions += names.empty() ? 0 : 1;
   }
-  folder = folder.empty() ? session.folder : folder;
-  if (!session.judgement.evidence.canvixVersion.empty()) {
-    versions.insert(session.judgement.evidence.canvixVersion);
-  }
-  std::set<std::string> names;
-  for (const std::string& adapter : session.judgement.adapters) {
-    names.insert(adapterName(adapter));
-  }
-  withAdapters += names.empty() ? 0 : 1;
-  for (const std::string& name : names) {
-    ++adapters[name];
-  }
-  std::set<std::string> kinds;
-  for (const Before& fact : session.judgement.before) {
-    kinds.insert(fact.kind);
-  }
-  for (const std::string& kind : kinds) {
-    ++before[kind];
-  }
+  return adapters;
 }
 
 std::string percent(std::size_t part, std::size_t whole) {
@@ -115,69 +100,91 @@ std::string percent(std::size_t part, std::size_t whole) {
   return text.data();
 }
 
-void append(std::string& text, const std::string& more) {
-  text += (text.empty() ? "" : "; ") + more;
+void append(std::string& text, const std::string& separator, const std::string& more) {
+  text += (text.empty() ? "" : separator) + more;
+}
+
+std::string versionsOf(const Group& group) {
+  constexpr std::size_t versionsShown = 4;
+  std::set<std::string, std::greater<>> versions;
+  for (const TriagedSession* const session : group) {
+    versions.insert(session->judgement.evidence.canvixVersion);
+  }
+  versions.erase("");
+  std::string text;
+  std::size_t shown = 0;
+  for (auto version = versions.begin(); version != versions.end() && shown < versionsShown; ++version, ++shown) {
+    append(text, ", ", *version);
+  }
+  return text + (versions.size() > shown ? ", older ones" : "");
 }
 
 // An adapter is named when ten sessions of the group have it, and its share there is twice that in all sessions:
 // below that, chance makes such differences in one group or another.
-std::string detailsOf(const Group& group, const Group& all) {
+std::string detailsOf(const Group& group, const Adapters& ofAll) {
   constexpr std::size_t fewSessions = 10;
-  constexpr std::size_t versionsShown = 4;
   std::string text;
-  std::string versions;
-  std::size_t shown = 0;
-  for (auto version = group.versions.rbegin(); version != group.versions.rend() && shown < versionsShown; ++version) {
-    versions += (shown++ == 0 ? "" : ", ") + *version;
+  if (const std::string versions = versionsOf(group); !versions.empty()) {
+    text = "Canvix " + versions;
   }
-  if (shown > 0) {
-    append(text, "Canvix " + versions + (group.versions.size() > shown ? ", older ones" : ""));
-  }
-  for (const auto& [adapter, count] : group.adapters) {
-    if (count >= fewSessions && count * all.withAdapters >= 2 * all.adapters.at(adapter) * group.withAdapters) {
-      append(text, adapter + ": " + percent(count, group.withAdapters) + " (of all " +
-                       percent(all.adapters.at(adapter), all.withAdapters) + ")");
+  const Adapters adapters = adaptersOf(group);
+  for (const auto& [adapter, count] : adapters.counts) {
+    const std::size_t countOfAll = ofAll.counts.at(adapter);
+    if (count >= fewSessions && count * ofAll.sessions >= 2 * countOfAll * adapters.sessions) {
+      append(
+          text, "; ",
+          adapter + ": " + percent(count, adapters.sessions) + " (of all " + percent(countOfAll, ofAll.sessions) + ")");
     }
   }
-  const auto most = std::max_element(group.before.begin(), group.before.end(),
-                                     [](const auto& a, const auto& b) { return a.second < b.second; });
-  if (most != group.before.end()) {
-    append(text, "before it: " + most->first + " (" + std::to_string(most->second) + " of " +
-                     std::to_string(group.sessions) + ")");
+  Counts before;
+  for (const TriagedSession* const session : group) {
+    std::set<std::string> kinds;
+    for (const Before& fact : session->judgement.before) {
+      kinds.insert(fact.kind);
+    }
+    for (const std::string& kind : kinds) {
+      ++before[kind];
+    }
+  }
+  const auto most =
+      std::max_element(before.begin(), before.end(), [](const auto& a, const auto& b) { return a.second < b.second; });
+  if (most != before.end()) {
+    append(text, "; ",
+           "before it: " + most->first + " (" + std::to_string(most->second) + " of " + std::to_string(group.size()) +
+               ")");
   }
   return text;
 }
 
-std::string rowOf(std::string sessions, std::string share, std::string first, std::string last,
-                  const std::string& rest) {
-  sessions.insert(0, sessions.size() < 8 ? 8 - sessions.size() : 0, ' ');
-  share.insert(0, share.size() < 8 ? 8 - share.size() : 0, ' ');
-  first.resize(dayLength, ' ');
-  last.resize(dayLength, ' ');
-  return sessions + share + "  " + first + "  " + last + "  " + rest;
+std::string rowOf(const std::string& sessions, const std::string& share, const std::string& first,
+                  const std::string& last, const std::string& what) {
+  std::array<char, 64> text{};
+  static_cast<void>(std::snprintf(text.data(), text.size(), "%8s%8s  %-10s  %-10s  ", sessions.c_str(), share.c_str(),
+                                  first.c_str(), last.c_str()));
+  return text.data() + what;
 }
 
-std::string headline(const std::vector<TriagedSession>& sessions, const Group& all) {
-  std::string text = std::to_string(sessions.size()) + (sessions.size() == 1 ? " session" : " sessions");
-  if (!all.firstDay.empty()) {
-    text += " from " + all.firstDay + " to " + all.lastDay;
+std::string headline(const Group& all) {
+  std::string text = std::to_string(all.size()) + (all.size() == 1 ? " session" : " sessions");
+  if (const std::string day = firstDay(all); !day.empty()) {
+    text += " from " + day + " to " + lastDay(all);
   }
-  const char* before = ": ";
+  std::string outcomes;
   for (const OutcomeRow& row : outcomeRows) {
-    const auto count = std::count_if(sessions.begin(), sessions.end(),
-                                     [&](const TriagedSession& s) { return s.judgement.outcome == row.word; });
+    const auto count =
+        std::count_if(all.begin(), all.end(), [&](const auto* s) { return s->judgement.outcome == row.word; });
     if (count > 0) {
-      text += before + std::to_string(count) + ' ' + std::string(row.many);
-      before = ", ";
+      append(outcomes, ", ", std::to_string(count) + ' ' + std::string(row.many));
     }
   }
-  return text;
+  return text + (outcomes.empty() ? "" : ": ") + outcomes;
 }
 
 }  // namespace
 
-TriagedSession triageSession(const Session& session, const std::string& folder) {
-  TriagedSession triaged{session.id, session.processId, cleanText(folder), sessionSpan(session), judge(session)};
+TriagedSession triageSession(const Session& session) {
+  TriagedSession triaged{session.id, session.processId, cleanText(session.folder), sessionSpan(session),
+                         judge(session)};
   triaged.judgement.others = {};
   return triaged;
 }
@@ -186,20 +193,16 @@ std::string triageText(const std::vector<TriagedSession>& sessions, std::size_t 
   Group all;
   std::map<std::string, Group> bySignature;
   for (const TriagedSession& session : sessions) {
-    all.add(session);
+    all.push_back(&session);
     if (session.judgement.outcome != "ended") {
-      const std::string signature = signatureOf(session.judgement);
-      Group& group = bySignature[signature];
-      group.signature = signature;
-      group.add(session);
+      bySignature[signatureOf(session.judgement)].push_back(&session);
     }
   }
-  std::vector<Group> groups;
-  std::transform(bySignature.begin(), bySignature.end(), std::back_inserter(groups),
-                 [](auto& named) { return std::move(named.second); });
+  std::vector<std::pair<std::string, Group>> groups(bySignature.begin(), bySignature.end());
   std::stable_sort(groups.begin(), groups.end(),
-                   [](const Group& a, const Group& b) { return a.sessions > b.sessions; });
-  std::string text = headline(sessions, all) + '\n';
+                   [](const auto& a, const auto& b) { return a.second.size() > b.second.size(); });
+  const Adapters adapters = adaptersOf(all);
+  std::string text = headline(all) + '\n';
   const auto line = [&](const std::string& whole) {
     constexpr std::size_t ellipsis = 1;
     text += (width == 0 ? whole : shortText(whole, std::max(width, ellipsis) - ellipsis)) + '\n';
@@ -210,13 +213,13 @@ std::string triageText(const std::vector<TriagedSession>& sessions, std::size_t 
   }
   const std::size_t shown = top == 0 ? groups.size() : std::min(top, groups.size());
   for (std::size_t i = 0; i < shown; ++i) {
-    const Group& group = groups[i];
-    line(rowOf(std::to_string(group.sessions), percent(group.sessions, sessions.size()), group.firstDay, group.lastDay,
-               group.signature));
-    if (const std::string details = detailsOf(group, all); !details.empty()) {
+    const auto& [signature, group] = groups[i];
+    line(rowOf(std::to_string(group.size()), percent(group.size(), all.size()), firstDay(group), lastDay(group),
+               signature));
+    if (const std::string details = detailsOf(group, adapters); !details.empty()) {
       line("          " + details);
     }
-    text += "          " + group.folder + '\n';  // Whole, to be copied.
+    text += "          " + group.back()->folder + '\n';  // Whole, to be copied.
   }
   if (shown < groups.size()) {
     line("and " + std::to_string(groups.size() - shown) + " more groups");

@@ -19,10 +19,11 @@ struct TriagedSession {
   Judgement judgement;
 };
 
-TriagedSession triageSession(const Session& session, const std::string& folder);
+TriagedSession triageSession(const Session& session);
 
 /// A line about all, then a row for each group of sessions that did not end normally, the most frequent first.
-/// @param top how many groups at most; 0 shows all. @param width of a line; 0 cuts none.
+/// @param sessions the oldest first, those without a begin before it. @param top how many groups at most; 0 shows all.
+/// @param width of a line; 0 cuts none.
 std::string triageText(const std::vector<TriagedSession>& sessions, std::size_t top, std::size_t width);
 
 /// One JSON object.
