@@ -1,125 +1,121 @@
 #include "reader/views/Summary.h"
 
 #include <algorithm>
-#include <charconv>
+#include <array>
 #include <chrono>
 #include <cstddef>
 #include <cstdint>
-#include <string>
+#include <optional>
 #include <string_view>
-#include <system_error>
 #include <utility>
-#include <vector>
-
-#include <nlohmann/json.hpp>
 
 #include "reader/input/CleanText.h"
-#include "reader/session/Judgement.h"
 #include "reader/views/TextStyle.h"
 
 namespace sentiq {
 namespace {
 
-constexpr std::chrono::seconds longestInterval{15};
-constexpr const char* unknown = "unknown";
+using Json = nlohmann::ordered_json;
+
+// Separated by commas.
+std::string joined(const std::vector<std::string>& items) {
+  std::string text;
+  for (const std::string& item : items) {
+    text += (text.empty() ? "" : ", ") + cleanText(item);
+  }
+  return text;
+}
 
 Fact textFact(const char* label, const char* key, const std::string& text) {
-  return text.empty() ? Fact{label, unknown, key, nullptr} : Fact{label, text, key, text};
+  return text.empty() ? Fact{label, key} : Fact{label, key, text, text};
 }
 
 Fact processFact(const Session& session) {
   Fact fact = textFact("Process id", "processId", session.processId);
-  std::int64_t pid = 0;
-  if (std::from_chars(fact.text.data(), fact.text.data() + fact.text.size(), pid).ec == std::errc{}) {
-    fact.value = pid;
+  if (Json number = Json::parse(session.processId, nullptr, /*allow_exceptions=*/false); number.is_number()) {
+    fact.value = std::move(number);
   }
   return fact;
 }
 
 Fact lowestFact(const Session& session, const char* label, const char* key, std::int64_t MetricSample::*free,
                 std::int64_t MetricSample::*total) {
-  const auto found =
+  const auto record =
       std::min_element(session.metrics.begin(), session.metrics.end(),
                        [free](const MetricSample& a, const MetricSample& b) { return a.*free < b.*free; });
-  if (found == session.metrics.end()) {
-    return {label, unknown, key, nullptr};
+  if (record == session.metrics.end()) {
+    return {label, key};
   }
-  const MetricSample& record = *found;
-  return {
-      label,
-      std::to_string(record.*free) + " of " + std::to_string(record.*total) + " MiB at " +
-          showTime(record.time.instant, record.time.offset),
-      key,
-      {{"mib", record.*free}, {"ofMib", record.*total}, {"time", isoTime(record.time.instant, record.time.offset)}}};
+  const auto [time, offset] = record->time;
+  return {label,
+          key,
+          {{"mib", (*record).*free}, {"ofMib", (*record).*total}, {"time", isoTime(time, offset)}},
+          std::to_string((*record).*free) + " of " + std::to_string((*record).*total) + " MiB at " +
+              showTime(time, offset)};
 }
 
 Fact batteryFact(const Session& session) {
-  Fact fact{"Battery", unknown, "battery", nullptr};
+  Fact fact{"Battery", "battery"};
   if (session.metrics.empty()) {
     return fact;
   }
-  constexpr int more = 101;
-  int least = more;
-  for (const MetricSample& metric : session.metrics) {
-    least = std::min(least, metric.battery.value_or(more));
+  std::optional<int> least;
+  for (const MetricSample& record : session.metrics) {
+    least = record.battery ? std::min(*record.battery, least.value_or(*record.battery)) : least;
   }
-  const auto show = [](const MetricSample& metric) {
-    return metric.battery ? std::to_string(*metric.battery) + " %" : cleanText(metric.batteryText);
+  const auto show = [](const MetricSample& record) {
+    return record.battery ? std::to_string(*record.battery) + " %" : cleanText(record.batteryText);
   };
   const std::string first = show(session.metrics.front());
   const std::string last = show(session.metrics.back());
-  fact.text = least == more ? last : first + " at first, " + last + " at last, lowest " + std::to_string(least) + " %";
   fact.value = {{"first", first}, {"last", last}};
-  if (least != more) {
-    fact.value["lowestPercent"] = least;
+  fact.text = last;
+  if (least) {
+    fact.value["lowestPercent"] = *least;
+    fact.text = first + " at first, " + last + " at last, lowest " + std::to_string(*least) + " %";
   }
   return fact;
 }
 
 Fact adaptersFact(const Session& session) {
-  Fact fact{"Graphics adapters", unknown, "adapters", nullptr};
-  if (!session.metrics.empty()) {
-    fact.value = nlohmann::ordered_json::array();
-    fact.text.clear();
-    for (const std::string& adapter : session.metrics.back().adapters) {
-      fact.value.push_back(cleanText(adapter));
-      fact.text += (fact.text.empty() ? "" : ", ") + cleanText(adapter);
-    }
-    fact.text = fact.text.empty() ? "none listed" : fact.text;
+  if (session.metrics.empty()) {
+    return {"Graphics adapters", "adapters"};
   }
-  return fact;
+  const std::vector<std::string>& adapters = session.metrics.back().adapters;
+  return {"Graphics adapters", "adapters", adapters, adapters.empty() ? "none listed" : joined(adapters)};
 }
 
 Fact spanFact(const SessionSpan& span) {
   if (!span.begin) {
-    return {"Time span", unknown, "span", nullptr};
+    return {"Time span", "span"};
   }
   return {"Time span",
-          showTime(*span.begin, span.offset) + " to " + showTime(*span.end, span.offset) + " (" +
-              showOffset(span.offset) + "), " + showDuration(*span.end - *span.begin),
           "span",
           {{"begin", isoTime(*span.begin, span.offset)},
            {"end", isoTime(*span.end, span.offset)},
-           {"seconds", std::chrono::floor<std::chrono::seconds>(*span.end - *span.begin).count()}}};
+           {"seconds", std::chrono::floor<std::chrono::seconds>(*span.end - *span.begin).count()}},
+          showTime(*span.begin, span.offset) + " to " + showTime(*span.end, span.offset) + " (" +
+              showOffset(span.offset) + "), " + showDuration(*span.end - *span.begin)};
 }
 
 Fact eventsFact(const Session& session) {
-  const std::size_t distinct = session.events.size() + session.counted.size();
-  Fact fact{"Events", std::to_string(distinct), "events", {{"distinct", distinct}}};
-  const char* before = " (";
-  for (const Severity severity : {Severity::Error, Severity::Warning, Severity::Notice, Severity::Info}) {
-    const auto count = std::count_if(session.entries.begin(), session.entries.end(),
-                                     [&](const LogEntry& entry) { return entry.event && entry.severity == severity; }) +
-                       std::count_if(session.counted.begin(), session.counted.end(),
-                                     [&](const auto& event) { return event.second == severity; });
-    const std::string name(severityName(severity));
-    fact.text += before + std::to_string(count) + ' ' + name;
-    fact.value[name] = count;
-    before = ", ";
+  std::array<std::size_t, 4> counts{};
+  for (const LogEntry& entry : session.entries) {
+    counts[static_cast<std::size_t>(entry.severity)] += entry.event ? 1 : 0;
   }
+  for (const auto& [hash, severity] : session.counted) {
+    ++counts[static_cast<std::size_t>(severity)];
+  }
+  const std::size_t distinct = session.events.size() + session.counted.size();
+  Fact fact{"Events", "events", {{"distinct", distinct}}, std::to_string(distinct)};
+  for (const Severity severity : {Severity::Error, Severity::Warning, Severity::Notice, Severity::Info}) {
+    const std::string name(severityName(severity));
+    fact.value[name] = counts[static_cast<std::size_t>(severity)];
+    fact.text += (severity == Severity::Error ? " (" : ", ") + fact.value[name].dump() + ' ' + name;
+  }
+  fact.value["copies"] = session.eventCopies;
   fact.text +=
       "), copied again " + std::to_string(session.eventCopies) + (session.eventCopies == 1 ? " time" : " times");
-  fact.value["copies"] = session.eventCopies;
   return fact;
 }
 
@@ -136,12 +132,13 @@ std::vector<Fact> factsOf(const Session& session, const SessionSpan& span) {
                  &MetricSample::totalSwap),
       batteryFact(session),
       adaptersFact(session),
-      {"Ten-second records", std::to_string(session.metrics.size()), "records", session.metrics.size()},
+      {"Ten-second records", "records", session.metrics.size(), std::to_string(session.metrics.size())},
       eventsFact(session),
   };
 }
 
 std::vector<std::string> gapsOf(const Session& session) {
+  constexpr std::chrono::seconds longestInterval{15};
   std::vector<std::string> gaps;
   const MetricSample* last = nullptr;
   bool slept = false;  // Since the last record.
@@ -155,12 +152,11 @@ std::vector<std::string> gapsOf(const Session& session) {
       continue;
     }
     const MetricSample& record = session.metrics[*entry.metric];
-    if (last != nullptr) {
-      const Ticks interval = record.time.instant - last->time.instant - (slept ? Ticks{} : set);
-      if (interval > longestInterval) {
-        gaps.push_back(showDuration(interval) + " from " + showTime(last->time.instant, last->time.offset) +
-                       (slept ? " (the machine slept)" : ""));
-      }
+    const Ticks interval =
+        last == nullptr ? Ticks{} : record.time.instant - last->time.instant - (slept ? Ticks{} : set);
+    if (interval > longestInterval) {
+      gaps.push_back(showDuration(interval) + " from " + showTime(last->time.instant, last->time.offset) +
+                     (slept ? " (the machine slept)" : ""));
     }
     last = &record;
     slept = false;
@@ -184,11 +180,7 @@ std::vector<std::string> problemsOf(const LogSet& logs) {
     }
   }
   if (!logs.leftOut.empty()) {
-    std::string names;
-    for (const std::string& name : logs.leftOut) {
-      names += (names.empty() ? "" : ", ") + cleanText(name);
-    }
-    problems.push_back("Left out, no log of CanvixSentiq: " + names);
+    problems.push_back("Left out, no log of CanvixSentiq: " + joined(logs.leftOut));
   }
   // There is an initial log only after a session that ended abnormally.
   for (const LogRole role : {LogRole::Session, LogRole::Watchdog}) {
@@ -199,49 +191,42 @@ std::vector<std::string> problemsOf(const LogSet& logs) {
   return problems;
 }
 
-// Empty fields are left out; null when no single entry tells.
-void appendList(std::string& text, std::string_view title, const std::vector<std::string>& items) {
-  if (!items.empty()) {
-    text += '\n' + std::string(title) + '\n';
-  }
+std::string listText(const char* title, const std::vector<std::string>& items) {
+  std::string text;
   for (const std::string& item : items) {
     text += "  " + item + '\n';
   }
+  return text.empty() ? text : '\n' + std::string(title) + '\n' + text;
 }
 
-void appendSession(std::string& text, const Summary& summary, bool colour) {
+std::string sessionText(const Summary& summary, bool colour) {
+  std::string text;
   for (const Statement& statement : summary.statements) {
     text += styled(statement.severity, statement.text, colour) + '\n';
   }
   text += '\n';
-  constexpr std::size_t labelWidth = 26;
   for (const Fact& fact : summary.facts) {
-    text += fact.label + std::string(labelWidth - std::min(labelWidth, fact.label.size()), ' ') + fact.text + '\n';
+    constexpr std::size_t labelWidth = 26;
+    text += padded(fact.label, labelWidth) + fact.text + '\n';
   }
-  appendList(text, "Gaps of more than 15 s in the records", summary.gaps);
+  return text + listText("Gaps of more than 15 s in the records", summary.gaps);
 }
 
 }  // namespace
 
 Summary summarize(const LogSet& logs, const Session& session) {
-  const SessionSpan span = sessionSpan(session);
-  Summary summary;
-  summary.judgement = judge(session);
+  Summary summary{judge(session), {}, factsOf(session, sessionSpan(session)), gapsOf(session), problemsOf(logs)};
   summary.statements = {summary.judgement.verdict};
   for (const Before& before : summary.judgement.before) {
     summary.statements.push_back({Severity::Warning, beforeText(before), before.entry});
   }
-  for (const Statement& statement : summary.judgement.others) {
-    summary.statements.push_back(statement);
-  }
-  summary.facts = factsOf(session, span);
-  summary.gaps = gapsOf(session);
-  summary.problems = problemsOf(logs);
+  const std::vector<Statement>& others = summary.judgement.others;
+  summary.statements.insert(summary.statements.end(), others.begin(), others.end());
   return summary;
 }
 
-nlohmann::ordered_json evidenceJson(const Judgement& judgement) {
-  nlohmann::ordered_json object;
+Json evidenceJson(const Judgement& judgement) {
+  Json object;
   if (!judgement.time) {
     return object;
   }
@@ -264,8 +249,8 @@ nlohmann::ordered_json evidenceJson(const Judgement& judgement) {
   return object;
 }
 
-nlohmann::ordered_json beforeJson(const Judgement& judgement) {
-  auto list = nlohmann::ordered_json::array();
+Json beforeJson(const Judgement& judgement) {
+  auto list = Json::array();
   for (const Before& before : judgement.before) {
     list.push_back({{"kind", before.kind},
                     {"time", isoTime(before.time, before.offset)},
@@ -276,8 +261,8 @@ nlohmann::ordered_json beforeJson(const Judgement& judgement) {
 }
 
 std::string summaryJson(const Summary& summary) {
-  nlohmann::ordered_json object{{"outcome", summary.judgement.outcome}, {"evidence", evidenceJson(summary.judgement)}};
-  object["before"] = beforeJson(summary.judgement);
+  const Judgement& judgement = summary.judgement;
+  Json object{{"outcome", judgement.outcome}, {"evidence", evidenceJson(judgement)}, {"before", beforeJson(judgement)}};
   for (const Statement& statement : summary.statements) {
     object["statements"].push_back({{"severity", severityName(statement.severity)}, {"text", statement.text}});
   }
@@ -286,23 +271,19 @@ std::string summaryJson(const Summary& summary) {
   }
   object["gaps"] = summary.gaps;
   object["problems"] = summary.problems;
-  return object.dump(/*indent=*/-1, ' ', /*ensure_ascii=*/false, nlohmann::ordered_json::error_handler_t::replace);
+  return object.dump(/*indent=*/-1, ' ', /*ensure_ascii=*/false, Json::error_handler_t::replace);
 }
 
 std::string summaryText(const LogSet& logs, bool colour) {
-  std::string text;
   const std::size_t count = logs.sessions.size();
-  if (count > 1) {
-    text = std::to_string(count) + " sessions, the newest last\n";
-  }
+  std::string text = count > 1 ? std::to_string(count) + " sessions, the newest last\n" : "";
   for (std::size_t i = 0; i < count; ++i) {
     if (count > 1) {
       text += "\nSession " + std::to_string(i + 1) + " of " + std::to_string(count) + '\n';
     }
-    appendSession(text, summarize(logs, logs.sessions[i]), colour);
+    text += sessionText(summarize(logs, logs.sessions[i]), colour);
   }
-  appendList(text, "Missing or damaged", problemsOf(logs));
-  return text;
+  return text + listText("Missing or damaged", problemsOf(logs));
 }
 
 }  // namespace sentiq

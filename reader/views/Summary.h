@@ -13,9 +13,9 @@ namespace sentiq {
 
 struct Fact {
   std::string label;
-  std::string text;  // "unknown" where the logs do not tell.
-  std::string key;   // The same for scripts.
-  nlohmann::ordered_json value;
+  std::string key;  // The same for scripts, which find null where the logs do not tell.
+  nlohmann::ordered_json value = nullptr;
+  std::string text = "unknown";
 };
 
 struct Summary {
