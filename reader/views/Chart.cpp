@@ -5,13 +5,9 @@
 #include <chrono>
 #include <cmath>
 #include <cstddef>
-#include <cstdint>
-#include <iterator>
 #include <optional>
 #include <ostream>
-#include <string>
 #include <string_view>
-#include <vector>
 
 #include "reader/views/HtmlText.h"
 #include "reader/views/TimeAxis.h"
@@ -22,33 +18,28 @@ namespace {
 constexpr std::size_t mostReadings = 360;
 constexpr std::chrono::seconds longestStep{30};  // Where a line is broken: records come every ten seconds.
 
+using Value = std::optional<double>;
+
 struct Figure {
   std::string_view title;
   std::string_view unit;
   bool least;  // Whether it is the lowest or the highest value that matters.
-  std::optional<double> (*value)(const MetricSample&);
+  Value (*value)(const MetricSample&);
 };
 
-template <typename Number>
-std::optional<double> numberOf(const std::optional<Number>& value) {
-  return value ? std::optional(static_cast<double>(*value)) : std::nullopt;
-}
-
 constexpr std::array<Figure, 5> figures{
-    Figure{"Free disk space", "MiB", true,
-           [](const MetricSample& record) { return std::optional(static_cast<double>(record.freeDisk)); }},
-    Figure{"Free page file", "MiB", true,
-           [](const MetricSample& record) { return std::optional(static_cast<double>(record.freeSwap)); }},
-    Figure{"Battery", "%", true, [](const MetricSample& record) { return numberOf(record.battery); }},
-    Figure{"Memory of Canvix", "MiB", false, [](const MetricSample& record) { return numberOf(record.memory); }},
-    Figure{"Threads of Canvix", "threads", false, [](const MetricSample& record) { return numberOf(record.threads); }},
+    Figure{"Free disk space", "MiB", true, [](const MetricSample& r) -> Value { return r.freeDisk; }},
+    Figure{"Free page file", "MiB", true, [](const MetricSample& r) -> Value { return r.freeSwap; }},
+    Figure{"Battery", "%", true, [](const MetricSample& r) -> Value { return r.battery; }},
+    Figure{"Memory of Canvix", "MiB", false, [](const MetricSample& r) -> Value { return r.memory; }},
+    Figure{"Threads of Canvix", "threads", false, [](const MetricSample& r) -> Value { return r.threads; }},
 };
 
 // One record, or as many neighbours as a long session needs to be drawn with few points.
 struct Reading {
   Instant from;
   Instant to;
-  std::array<std::optional<double>, figures.size()> values{};
+  std::array<Value, figures.size()> values{};
 };
 
 std::vector<Reading> readingsOf(const Session& session) {
@@ -69,8 +60,8 @@ std::vector<Reading> readingsOf(const Session& session) {
     reading.to = time;
     ++taken;
     for (std::size_t i = 0; i < figures.size(); ++i) {
-      const auto value = figures[i].value(record);
-      std::optional<double>& kept = reading.values[i];
+      const Value value = figures[i].value(record);
+      Value& kept = reading.values[i];
       if (value && (!kept || (figures[i].least ? *value < *kept : *value > *kept))) {
         kept = value;
       }
@@ -119,29 +110,37 @@ ValueAxis axisFor(std::string_view unit, double least, double most) {
   return axis;
 }
 
+// What is known of one figure.
+struct Point {
+  Instant from;
+  Instant to;
+  double value;
+};
+
 // In hundredths of the drawing's width and height, with a new part behind each gap.
-std::string linePath(const std::vector<const Reading*>& known, std::size_t figure, const ValueAxis& values,
-                     const TimeAxis& times) {
+std::string linePath(const std::vector<Point>& points, const ValueAxis& values, const TimeAxis& times) {
   std::string path;
   const auto joined = [&](std::size_t i) {
-    return i > 0 && i < known.size() && known[i]->from - known[i - 1]->to <= longestStep;
+    return i > 0 && i < points.size() && points[i].from - points[i - 1].to <= longestStep;
   };
-  for (std::size_t i = 0; i < known.size(); ++i) {
-    std::string x = times.at(known[i]->from);
+  for (std::size_t i = 0; i < points.size(); ++i) {
+    std::string x = times.at(points[i].from);
     x.pop_back();
-    path += (joined(i) ? 'L' : 'M') + x + ' ' + showNumber(values.percent(*known[i]->values[figure]), 2);
+    path += (joined(i) ? 'L' : 'M') + x + ' ' + showNumber(values.percent(points[i].value), 2);
     path += joined(i) || joined(i + 1) ? "" : "h.5";  // A point by itself is seen, too.
   }
   return path;
 }
 
-void writeDrawing(const std::vector<const Reading*>& known, std::size_t figure, const ValueAxis& values,
-                  const TimeAxis& times, const std::vector<ChartMark>& marks, std::ostream& out) {
+void writeDrawing(const std::vector<Point>& points, const ValueAxis& values, const TimeAxis& times,
+                  const std::vector<ChartMark>& marks, std::ostream& out) {
   out << R"(<div class="chart" data-low=")" << showNumber(values.low, values.decimals) << R"(" data-high=")"
       << showNumber(values.high, values.decimals) << R"(" data-scale=")" << values.scale << R"(" data-unit=")"
       << values.unit << R"(" data-decimals=")" << values.finer() << R"("><svg aria-hidden="true">)";
   for (const ChartMark& mark : marks) {
-    if (mark.from != mark.to) {
+    if (mark.from == mark.to) {
+      times.writeLine("mark", mark.from, htmlText(mark.name), out);
+    } else {
       out << R"(<rect class="asleep" x=")" << times.at(mark.from) << R"(" width=")" << times.width(mark.from, mark.to)
           << R"(" height="100%"><title>)" << htmlText(mark.name) << "</title></rect>\n";
     }
@@ -153,49 +152,38 @@ void writeDrawing(const std::vector<const Reading*>& known, std::size_t figure, 
     out << R"(<line class="grid" x2="100%" y1=")" << y << R"(" y2=")" << y << R"("/><text x="-12" y=")" << y
         << R"(" dy="4" text-anchor="end">)" << values.tick(value) << "</text>\n";
   }
-  times.writeLines(out);
+  times.writeGrid(out);
   out << "<svg y=\"100%\">";
   times.writeTimes("16", out);
-  out << "</svg>";
-  for (const ChartMark& mark : marks) {
-    if (mark.from == mark.to) {
-      out << R"(<line class="mark" x1=")" << times.at(mark.from) << R"(" x2=")" << times.at(mark.from)
-          << R"(" y2="100%"><title>)" << htmlText(mark.name) << "</title></line>\n";
-    }
-  }
-  out << R"(<svg viewBox="0 0 100 100" preserveAspectRatio="none" height="100%"><path d=")"
-      << linePath(known, figure, values, times) << "\"/></svg>\n";
+  out << R"(</svg><svg viewBox="0 0 100 100" preserveAspectRatio="none" height="100%"><path d=")"
+      << linePath(points, values, times) << "\"/></svg>\n";
   if (values.low > 0) {  // The sign of an axis that leaves out a part.
     out << R"(<svg y="100%"><path class="break" d="M-6 -4l12 -6M-6 1l12 -6"/></svg>)";
   }
   out << R"(<line class="now unseen" y2="100%"/><circle class="unseen" r="4"/></svg></div>)";
 }
 
-void writeChart(const std::vector<Reading>& readings, std::size_t figure, const TimeAxis& times,
+void writeChart(const std::vector<Reading>& readings, std::size_t index, const TimeAxis& times,
                 std::chrono::minutes offset, const std::vector<ChartMark>& marks, std::ostream& out) {
-  std::vector<const Reading*> known;
+  const Figure& figure = figures[index];
+  std::vector<Point> points;
   for (const Reading& reading : readings) {
-    if (reading.values[figure]) {
-      known.push_back(&reading);
+    if (const Value& value = reading.values[index]) {
+      points.push_back({reading.from, reading.to, *value});
     }
   }
-  if (known.empty()) {
-    return;
-  }
-  const auto value = [figure](const Reading* reading) { return *reading->values[figure]; };
-  const auto [least, most] = std::minmax_element(
-      known.begin(), known.end(), [&](const Reading* a, const Reading* b) { return value(a) < value(b); });
-  const ValueAxis values = axisFor(figures[figure].unit, value(*least), value(*most));
-  const Reading& extreme = figures[figure].least ? **least : **most;
-  out << "<figure><figcaption><strong>" << figures[figure].title << "</strong>: " << values.show(value(known.front()))
-      << " at first, " << values.show(value(known.back())) << " at last, "
-      << (figures[figure].least ? "lowest " : "highest ") << values.show(value(&extreme)) << " at "
-      << showTime(extreme.from, offset).substr(11, 8) << '.';
+  const auto [least, most] = std::minmax_element(points.begin(), points.end(),
+                                                 [](const Point& a, const Point& b) { return a.value < b.value; });
+  const ValueAxis values = axisFor(figure.unit, least->value, most->value);
+  const Point& extreme = figure.least ? *least : *most;
+  out << "<figure><figcaption><strong>" << figure.title << "</strong>: " << values.show(points.front().value)
+      << " at first, " << values.show(points.back().value) << " at last, " << (figure.least ? "lowest " : "highest ")
+      << values.show(extreme.value) << " at " << showTime(extreme.from, offset).substr(11, 8) << '.';
   if (values.low > 0) {
     out << " The axis begins at " << values.tick(values.low) << ", not at 0.";
   }
   out << " <output></output></figcaption>\n";
-  writeDrawing(known, figure, values, times, marks, out);
+  writeDrawing(points, values, times, marks, out);
   out << "</figure>\n";
 }
 

@@ -1,34 +1,21 @@
 #include "reader/views/HtmlText.h"
 
-#include <string>
-#include <string_view>
+#include <algorithm>
+#include <iterator>
+#include <utility>
 
 #include "reader/input/CleanText.h"
 
 namespace sentiq {
 
 std::string htmlText(std::string_view bytes) {
+  static constexpr std::pair<char, const char*> escapes[] = {
+      {'&', "&amp;"}, {'<', "&lt;"}, {'>', "&gt;"}, {'"', "&quot;"}, {'\'', "&#39;"}};
   std::string html;
   for (const char c : cleanText(bytes)) {
-    switch (c) {
-      case '&':
-        html += "&amp;";
-        break;
-      case '<':
-        html += "&lt;";
-        break;
-      case '>':
-        html += "&gt;";
-        break;
-      case '"':
-        html += "&quot;";
-        break;
-      case '\'':
-        html += "&#39;";
-        break;
-      default:
-        html += c;
-    }
+    const auto* const found =
+        std::find_if(std::begin(escapes), std::end(escapes), [c](const auto& escape) { return escape.first == c; });
+    html += found == std::end(escapes) ? std::string(1, c) : found->second;
   }
   return html;
 }

@@ -18,7 +18,7 @@ namespace {
 using Json = nlohmann::ordered_json;
 
 struct Column {
-  std::string_view name;  // With the unit.
+  const char* name;  // With the unit.
   int width;
   Json (*value)(const MetricSample&);
 };
@@ -53,31 +53,26 @@ std::string csvField(const Json& value) {
   if (text.find_first_of(",\"\r\n") == std::string::npos) {
     return text;
   }
-  std::string quoted = "\"";
-  for (const char c : text) {
-    quoted += c == '"' ? "\"\"" : std::string(1, c);
+  for (std::size_t at = 0; (at = text.find('"', at)) != std::string::npos; at += 2) {
+    text.insert(at, 1, '"');
   }
-  return quoted + '"';
-}
-
-void writeJson(const MetricSample& record, std::ostream& out) {
-  Json object;
-  for (const Column& column : columns) {
-    object[std::string(column.name)] = column.value(record);
-  }
-  out << object.dump() << '\n';
+  return '"' + text + '"';
 }
 
 // Text stands in columns; CSV has the line ends of RFC 4180's readers and writers on every system, which take LF.
-template <typename Cell>
-void writeRow(TableForm form, std::ostream& out, Cell cell) {
-  for (std::size_t i = 0; i < columns.size(); ++i) {
-    const Json value = cell(columns[i]);
+void writeRow(const Json& row, TableForm form, std::ostream& out) {
+  if (form == TableForm::Json) {
+    out << row.dump() << '\n';
+    return;
+  }
+  for (const Column& column : columns) {
+    const Json& value = row[column.name];
+    const bool first = &column == &columns.front();
     if (form == TableForm::Csv) {
-      out << (i == 0 ? "" : ",") << csvField(value);
+      out << (first ? "" : ",") << csvField(value);
     } else {
-      out << (value.is_string() && i == 0 ? std::left : std::right) << std::setw(columns[i].width)
-          << (value.is_null() ? "-" : plainText(value)) << ' ';
+      out << (first ? std::left : std::right) << std::setw(column.width) << (value.is_null() ? "-" : plainText(value))
+          << ' ';
     }
   }
   out << '\n';
@@ -86,19 +81,20 @@ void writeRow(TableForm form, std::ostream& out, Cell cell) {
 }  // namespace
 
 void writeMetrics(const LogSet& logs, TableForm form, std::ostream& out) {
+  Json row;
   if (form != TableForm::Json) {
-    writeRow(form, out, [](const Column& column) { return Json(std::string(column.name)); });
+    for (const Column& column : columns) {
+      row[column.name] = column.name;
+    }
+    writeRow(row, form, out);
   }
   for (const Session& session : logs.sessions) {
     for (const LogEntry& entry : session.entries) {
-      if (!entry.metric) {
-        continue;
-      }
-      const MetricSample& record = session.metrics[*entry.metric];
-      if (form == TableForm::Json) {
-        writeJson(record, out);
-      } else {
-        writeRow(form, out, [&](const Column& column) { return column.value(record); });
+      if (entry.metric) {
+        for (const Column& column : columns) {
+          row[column.name] = column.value(session.metrics[*entry.metric]);
+        }
+        writeRow(row, form, out);
       }
     }
   }

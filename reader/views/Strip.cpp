@@ -2,13 +2,9 @@
 
 #include <algorithm>
 #include <chrono>
-#include <cstddef>
 #include <optional>
 #include <ostream>
-#include <set>
-#include <string>
 #include <utility>
-#include <vector>
 
 #include "reader/session/Surroundings.h"
 #include "reader/views/EntryTable.h"
@@ -59,16 +55,9 @@ Item recordsOf(const Session& session) {
 }
 
 bool isMoment(const LogEntry& entry) {
-  switch (entry.meaning) {
-    case Meaning::Other:
-      return entry.severity >= Severity::Warning;
-    case Meaning::Sleep:
-    case Meaning::Resume:
-    case Meaning::Standby:
-      return false;
-    default:
-      return true;
-  }
+  return entry.meaning == Meaning::Other
+             ? entry.severity >= Severity::Warning
+             : entry.meaning != Meaning::Sleep && entry.meaning != Meaning::Resume && entry.meaning != Meaning::Standby;
 }
 
 // What is told twice stands once; the newest when there are too many.
@@ -85,8 +74,7 @@ std::vector<Item> momentsOf(const Session& session, Instant from, Instant to) {
                     : other.name == entry.what;
     });
     if (told == moments.end()) {
-      moments.push_back(
-          {*entry.time, entry.what, entry.severity, i, entry.meaning, {std::pair(*entry.time, *entry.time)}});
+      moments.push_back({*entry.time, entry.what, entry.severity, i, entry.meaning, {{*entry.time, *entry.time}}});
     } else if (!isExit) {
       told->entry = i;  // The newest: there the table shows the others, too.
       told->time = *entry.time;
@@ -109,14 +97,16 @@ std::vector<Item> sleepItems(const Session& session, const SessionSpan& span, In
     if (to < first) {
       continue;
     }
-    Item item{from, sleep.begin ? "The machine sleeps" : "The machine resumes", Severity::Notice};
-    item.name += sleep.begin && sleep.end ? " for " + showDuration(to - from) : "";
     const auto entry = std::find_if(session.entries.begin(), session.entries.end(), [from](const LogEntry& e) {
       return e.time == from && (e.meaning == Meaning::Sleep || e.meaning == Meaning::Resume);
     });
-    item.entry = static_cast<std::size_t>(entry - session.entries.begin());
-    item.spans.emplace_back(from, to);
-    items.push_back(item);
+    const std::string duration = sleep.begin && sleep.end ? " for " + showDuration(to - from) : "";
+    items.push_back({from,
+                     (sleep.begin ? "The machine sleeps" : "The machine resumes") + duration,
+                     Severity::Notice,
+                     static_cast<std::size_t>(entry - session.entries.begin()),
+                     Meaning::Sleep,
+                     {{from, to}}});
   }
   return items;
 }
@@ -131,8 +121,8 @@ void writeItem(const Item& item, const TimeAxis& axis, Instant end, std::chrono:
     out << time;
   }
   out << "<td>" << htmlText(item.name) << "<td><svg aria-hidden=\"true\">";
-  axis.writeLines(out);
-  out << R"(<line class="mark" x1=")" << axis.at(end) << R"(" x2=")" << axis.at(end) << R"(" y2="100%"/>)";
+  axis.writeGrid(out);
+  axis.writeLine("mark", end, "", out);
   for (const auto& [from, to] : item.spans) {
     if (from == to) {
       out << R"(<circle class="point" r="5" cy="50%" cx=")" << axis.at(from) << "\"/>";

@@ -3,10 +3,8 @@
 #include <algorithm>
 #include <array>
 #include <charconv>
-#include <chrono>
 #include <iterator>
 #include <ostream>
-#include <string>
 
 namespace sentiq {
 namespace {
@@ -24,7 +22,15 @@ constexpr seconds steps[] = {seconds(1), seconds(2), seconds(5),  seconds(10), s
 }  // namespace
 
 TimeAxis::TimeAxis(Instant first, Instant last, std::chrono::minutes offset)
-    : first_(first), last_(std::max(last, first + seconds(1))), offset_(offset) {}
+    : first_(first), last_(std::max(last, first + seconds(1))), offset_(offset), step_(last_ - first_) {
+  const auto* const found =
+      std::find_if(std::begin(steps), std::end(steps), [this](seconds step) { return step_ / step <= mostTicks; });
+  step_ = found != std::end(steps) ? *found : step_;
+  const Ticks local = first_.time_since_epoch() + offset_;
+  for (Instant time = first_ + (step_ - local % step_) % step_; time <= last_; time += step_) {
+    rounds_.push_back(time);
+  }
+}
 
 double TimeAxis::percent(Instant time) const {
   const Instant inside = std::clamp(time, first_, last_);
@@ -39,29 +45,26 @@ std::string TimeAxis::width(Instant from, Instant to) const {
   return showNumber(percent(to) - percent(from), 2) + '%';
 }
 
-Ticks TimeAxis::step() const {
-  const auto* const found = std::find_if(std::begin(steps), std::end(steps), [this](std::chrono::seconds step) {
-    return (last_ - first_) / step <= mostTicks;
-  });
-  return found != std::end(steps) ? Ticks(*found) : last_ - first_;
-}
-
-Instant TimeAxis::firstTick() const {
-  const Ticks local = first_.time_since_epoch() + offset_;
-  return first_ + (step() - local % step()) % step();
-}
-
-void TimeAxis::writeLines(std::ostream& out) const {
-  for (Instant tick = firstTick(); tick <= last_; tick += step()) {
-    out << R"(<line class="grid" x1=")" << at(tick) << R"(" x2=")" << at(tick) << R"(" y2="100%"/>)";
+void TimeAxis::writeLine(std::string_view style, Instant time, std::string_view name, std::ostream& out) const {
+  out << "<line class=\"" << style << R"(" x1=")" << at(time) << R"(" x2=")" << at(time) << R"(" y2="100%")";
+  if (name.empty()) {
+    out << "/>";
+  } else {
+    out << "><title>" << name << "</title></line>\n";
   }
 }
 
-void TimeAxis::writeTimes(const std::string& y, std::ostream& out) const {
-  for (Instant tick = firstTick(); tick <= last_; tick += step()) {
-    const std::string text = showTime(tick, offset_);
-    out << R"(<text x=")" << at(tick) << R"(" y=")" << y << R"(" text-anchor="middle">)"
-        << (step() >= days(1) ? text.substr(5, 5) : text.substr(11, step() < minutes(1) ? 8 : 5)) << "</text>";
+void TimeAxis::writeGrid(std::ostream& out) const {
+  for (const Instant time : rounds_) {
+    writeLine("grid", time, "", out);
+  }
+}
+
+void TimeAxis::writeTimes(std::string_view y, std::ostream& out) const {
+  for (const Instant time : rounds_) {
+    const std::string text = showTime(time, offset_);
+    out << R"(<text x=")" << at(time) << R"(" y=")" << y << R"(" text-anchor="middle">)"
+        << (step_ >= days(1) ? text.substr(5, 5) : text.substr(11, step_ < minutes(1) ? 8 : 5)) << "</text>";
   }
 }
 

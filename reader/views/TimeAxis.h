@@ -4,6 +4,8 @@
 #include <chrono>
 #include <iosfwd>
 #include <string>
+#include <string_view>
+#include <vector>
 
 #include "reader/session/LogTime.h"
 
@@ -23,21 +25,24 @@ class TimeAxis {
   /// How wide the time between two instants is, as an SVG length.
   std::string width(Instant from, Instant to) const;
 
-  /// A line from top to bottom at each round local time.
-  void writeLines(std::ostream& out) const;
+  /// A line from top to bottom. @param name what it stands for, in HTML; none when empty.
+  void writeLine(std::string_view style, Instant time, std::string_view name, std::ostream& out) const;
+
+  /// Such a line at each round local time.
+  void writeGrid(std::ostream& out) const;
 
   /// The times of these lines.
   /// @param y of the text's base line, an SVG length.
-  void writeTimes(const std::string& y, std::ostream& out) const;
+  void writeTimes(std::string_view y, std::ostream& out) const;
 
  private:
   double percent(Instant time) const;
-  Ticks step() const;
-  Instant firstTick() const;
 
   Instant first_;
   Instant last_;
   std::chrono::minutes offset_;
+  Ticks step_;  // From one round time to the next.
+  std::vector<Instant> rounds_;
 };
 
 /// A decimal fraction with so many digits behind the point, in every locale.
