@@ -1,42 +1,41 @@
 #include "reader/input/CleanText.h"
 
 #include <algorithm>
-#include <cstddef>
 #include <cstdint>
 #include <iterator>
-#include <string>
-#include <string_view>
 
 namespace sentiq {
 namespace {
 
-// Bytes of the character that the text begins with; 0 when it is malformed (overlong, a surrogate, cut off).
-std::size_t characterSize(std::string_view text) {
+struct Character {
+  std::size_t size;  // Bytes; 0 when it is malformed (overlong, a surrogate, cut off) or steers terminals.
+  std::uint32_t code;
+};
+
+// That the text begins with.
+Character firstCharacter(std::string_view text) {
+  constexpr Character none{0, 0};
   const auto byte = [text](std::size_t i) { return static_cast<unsigned char>(text[i]); };
   const std::uint32_t first = byte(0);
   if (first < 0x80) {
-    return 1;
+    const bool control = (first < 0x20 && first != '\t' && first != '\r') || first == 0x7F;
+    return control ? none : Character{1, first};
   }
   const std::size_t size = first >= 0xF0 ? 4 : first >= 0xE0 ? 3 : 2;
   if (first < 0xC2 || first > 0xF4 || text.size() < size) {
-    return 0;
+    return none;
   }
   std::uint32_t code = first & (0xFFU >> (size + 1));
   for (std::size_t i = 1; i < size; ++i) {
     if ((byte(i) & 0xC0U) != 0x80) {
-      return 0;
+      return none;
     }
     code = code << 6 | (byte(i) & 0x3FU);
   }
   const bool overlong = (size == 3 && code < 0x800) || (size == 4 && code < 0x10000);
   const bool surrogate = code >= 0xD800 && code <= 0xDFFF;
-  // The second half of the control characters (U+0080 to U+009F) steers terminals, too.
-  return overlong || surrogate || code > 0x10FFFF || code < 0xA0 ? 0 : size;
-}
-
-bool isControl(char c) {
-  const auto code = static_cast<unsigned char>(c);
-  return (code < 0x20 && c != '\t' && c != '\r') || code == 0x7F;
+  const bool control = code < 0xA0;  // Their second half.
+  return overlong || surrogate || control || code > 0x10FFFF ? none : Character{size, code};
 }
 
 // Characters that must not reach a terminal or a page as such, and what stands for them.
@@ -53,18 +52,6 @@ constexpr Replacement replacements[] = {
     Replacement{0x2066, 0x2069, ""},   // Isolates.
 };
 
-// Of a character that is well-formed.
-std::string_view shownAs(std::string_view character) {
-  std::uint32_t code = static_cast<unsigned char>(character.front()) & (0xFFU >> (character.size() + 1));
-  for (const char c : character.substr(1)) {
-    code = code << 6 | (static_cast<unsigned char>(c) & 0x3FU);
-  }
-  const auto* const row = std::find_if(std::begin(replacements), std::end(replacements), [&](const Replacement& r) {
-    return character.size() > 1 && code >= r.first && code <= r.last;
-  });
-  return row != std::end(replacements) ? row->by : character;
-}
-
 char lower(char c) {
   return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c;
 }
@@ -73,8 +60,8 @@ char lower(char c) {
 
 bool isCleanText(std::string_view bytes) {
   while (!bytes.empty()) {
-    const std::size_t size = characterSize(bytes);
-    if (size == 0 || isControl(bytes.front())) {
+    const std::size_t size = firstCharacter(bytes).size;
+    if (size == 0) {
       return false;
     }
     bytes.remove_prefix(size);
@@ -86,10 +73,18 @@ std::string cleanText(std::string_view bytes) {
   std::string text;
   text.reserve(bytes.size());
   while (!bytes.empty()) {
-    const std::size_t size = characterSize(bytes);
-    const bool clean = size != 0 && (!isControl(bytes.front()) || bytes.front() == '\n');
-    text += clean ? shownAs(bytes.substr(0, size)) : "\xEF\xBF\xBD";
-    bytes.remove_prefix(clean ? size : 1);
+    const auto [size, code] = firstCharacter(bytes);
+    const auto* const row =
+        std::find_if(std::begin(replacements), std::end(replacements),
+                     [code = code](const Replacement& r) { return code >= r.first && code <= r.last; });
+    if (row != std::end(replacements)) {
+      text += row->by;
+    } else if (size == 0 && bytes.front() != '\n') {
+      text += "\xEF\xBF\xBD";
+    } else {
+      text += bytes.substr(0, std::max<std::size_t>(size, 1));
+    }
+    bytes.remove_prefix(std::max<std::size_t>(size, 1));
   }
   return text;
 }

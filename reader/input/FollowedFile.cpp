@@ -1,13 +1,7 @@
 #include "reader/input/FollowedFile.h"
 
 #include <algorithm>
-#include <atomic>
-#include <cstddef>
-#include <cstdint>
-#include <filesystem>
 #include <fstream>
-#include <string>
-#include <string_view>
 #include <utility>
 
 namespace sentiq {
@@ -31,7 +25,9 @@ FollowedFile::FollowedFile(std::filesystem::path path) : path_(std::move(path)) 
 void FollowedFile::poll(const Handlers& handlers, const std::atomic<bool>& stop) {
   std::ifstream in(path_, std::ios::binary);
   if (!isStillTheSame(in)) {
-    startAnew(handlers);
+    offset_ = 0;
+    head_.clear();
+    handlers.startedAnew();
   }
   in.clear();
   in.seekg(static_cast<std::streamoff>(offset_));
@@ -55,12 +51,6 @@ bool FollowedFile::isStillTheSame(std::istream& in) {
   }
   in.seekg(0, std::ios::end);
   return in && static_cast<std::uint64_t>(in.tellg()) >= offset_;
-}
-
-void FollowedFile::startAnew(const Handlers& handlers) {
-  offset_ = 0;
-  head_.clear();
-  handlers.startedAnew();
 }
 
 }  // namespace sentiq

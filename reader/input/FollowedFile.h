@@ -26,7 +26,6 @@ class FollowedFile {
 
  private:
   bool isStillTheSame(std::istream& in);
-  void startAnew(const Handlers& handlers);
 
   std::filesystem::path path_;
   std::uint64_t offset_ = 0;

@@ -1,9 +1,5 @@
 #include "reader/input/LineSplitter.h"
 
-#include <cstddef>
-#include <cstring>
-#include <string_view>
-
 namespace sentiq {
 namespace {
 
@@ -17,24 +13,18 @@ Line wholeLine(std::string_view bytes, std::uint64_t number) {
 void LineSplitter::feed(std::string_view bytes, const Visit& visit) {
   while (!bytes.empty()) {
     const std::size_t found = bytes.find('\n');
-    if (found == std::string_view::npos) {
-      keep(bytes, visit);
-      return;
+    const bool ends = found != std::string_view::npos;
+    std::string_view text = bytes.substr(0, ends ? found + 1 : bytes.size());
+    bytes.remove_prefix(text.size());
+    if (!ends || !kept_.empty()) {
+      text = kept_ += text;
     }
-    std::string_view line = bytes.substr(0, found + 1);
-    bytes.remove_prefix(found + 1);
-    if (overlong_) {
-      keep(line, visit);
-      visit({kept_, {}, number_, /*whole=*/false});
-    } else if (kept_.empty()) {
-      visit(wholeLine(line, number_));
-    } else {
-      kept_ += line;
-      visit(wholeLine(kept_, number_));
+    if (ends || text.size() > longestLine) {
+      visit(ends && !overlong_ ? wholeLine(text, number_) : Line{text, {}, number_, /*whole=*/false});
+      kept_.clear();
+      overlong_ = !ends;
+      number_ += ends ? 1 : 0;
     }
-    kept_.clear();
-    overlong_ = false;
-    ++number_;
   }
 }
 
@@ -43,15 +33,6 @@ void LineSplitter::finish(const Visit& visit) {
     visit({kept_, {}, number_, /*whole=*/false});
   }
   *this = {};
-}
-
-void LineSplitter::keep(std::string_view rest, const Visit& visit) {
-  kept_ += rest;
-  if (kept_.size() > longestLine) {
-    visit({kept_, {}, number_, /*whole=*/false});
-    kept_.clear();
-    overlong_ = true;
-  }
 }
 
 }  // namespace sentiq

@@ -31,8 +31,6 @@ class LineSplitter {
   void finish(const Visit& visit);
 
  private:
-  void keep(std::string_view rest, const Visit& visit);
-
   std::string kept_;
   std::uint64_t number_ = 1;
   bool overlong_ = false;  // The line at hand was begun in pieces.

@@ -3,12 +3,9 @@
 #include <algorithm>
 #include <array>
 #include <bit>
-#include <cstddef>
-#include <cstdint>
 #include <cstring>
 #include <numeric>
 #include <optional>
-#include <string_view>
 
 #include "logging/LogEncoding.h"
 #include "reader/input/CleanText.h"
@@ -159,13 +156,10 @@ LineDecoder::Result LineDecoder::decoded(std::string_view text) {
 }
 
 LineKind LineDecoder::kindAsItStands(std::string_view line) {
-  if (line.empty()) {
-    return LineKind::Plain;
-  }
   if (line.find('\0') != std::string_view::npos) {
     return LineKind::Damaged;
   }
-  if (namesSessionOrProcess(line)) {
+  if (line.empty() || namesSessionOrProcess(line)) {
     return LineKind::Plain;
   }
   if (beginsEntry(line)) {

@@ -1,27 +1,19 @@
 #include "reader/session/EventHead.h"
 
 #include <charconv>
-#include <cstddef>
-#include <optional>
-#include <string_view>
 #include <system_error>
 
 namespace sentiq {
 namespace {
 
-// What stands between the two; goes on behind it. Empty when it is not there.
+// What stands between the two, or up to the text's end; goes on there. Empty when it is not there.
 std::string_view between(std::string_view& text, std::string_view begin, std::string_view end) {
   const std::size_t found = text.find(begin);
   if (found == std::string_view::npos) {
     return {};
   }
-  const std::string_view rest = text.substr(found + begin.size());
-  const std::size_t size = rest.find(end);
-  if (size == std::string_view::npos) {
-    return {};
-  }
-  text = rest.substr(size);
-  return rest.substr(0, size);
+  text.remove_prefix(found + begin.size());
+  return text.substr(0, text.find(end));
 }
 
 // Whether the text is a number and nothing else.

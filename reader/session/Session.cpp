@@ -1,8 +1,6 @@
 #include "reader/session/Session.h"
 
 #include <array>
-#include <cstddef>
-#include <string>
 
 #include "reader/input/CleanText.h"
 
