@@ -21,7 +21,6 @@ constexpr std::string_view processKey = "ProcessID: ";
 constexpr std::string_view eventHead = R"({"xmlData":)";
 constexpr std::size_t rawBytesKept = 4U << 20;
 constexpr std::size_t longestMessage = 64U << 10;
-constexpr std::string_view cutMark = " \xE2\x80\xA6";  // An ellipsis.
 
 // The program's own lines that mean something for the session.
 struct MarkerRow {
@@ -40,11 +39,6 @@ constexpr MarkerRow markerRows[] = {
     MarkerRow{"Issue in reading logs", Meaning::Other, Severity::Warning},
     MarkerRow{"inside power thread, ", Meaning::Other, Severity::Warning},
 };
-
-// Clean, and not longer than a message may be.
-std::string shownText(std::string_view text) {
-  return text.size() <= longestMessage ? cleanText(text) : cleanText(text.substr(0, longestMessage)).append(cutMark);
-}
 
 bool isRecord(std::string_view text) {
   return text.starts_with("{\"");
@@ -134,14 +128,9 @@ SessionPart& LogFileReader::part() {
   return parts_.empty() ? parts_.emplace_back() : parts_.back();
 }
 
-void LogFileReader::beginPart(bool hasOwnTime) {
+void LogFileReader::beginPart() {
   parts_.emplace_back();
   seen_.clear();
-  lastContinues_ = false;
-  damagedRun_ = 0;
-  if (!hasOwnTime) {
-    time_.reset();
-  }
 }
 
 LogEntry& LogFileReader::add(std::string_view what) {
@@ -152,7 +141,7 @@ LogEntry& LogFileReader::add(std::string_view what) {
   }
   entry.file = index_;
   entry.line = line_;
-  entry.what = shownText(what);
+  entry.what = shortText(what, longestMessage);
   lastContinues_ = false;
   damagedRun_ = 0;
   return entry;
@@ -184,7 +173,8 @@ void LogFileReader::takeText(std::string_view text) {
   } else if (isRecord(text)) {
     takeMetric(text);
   } else if (text.starts_with(sessionKey) || text.starts_with(processKey)) {
-    takeHeader(text, /*hasOwnTime=*/false);
+    time_.reset();
+    takeHeader(text);
     part().role = LogRole::Session;
     add(text);
   } else if (text.find_first_not_of("=\r") == std::string_view::npos) {
@@ -199,10 +189,11 @@ void LogFileReader::takeText(std::string_view text) {
 
 void LogFileReader::continueEntry(std::string_view text) {
   std::string& what = part().session.entries.back().what;
+  constexpr std::string_view ellipsis = "\xE2\x80\xA6";
   if (what.size() < longestMessage) {
-    what += ' ' + shownText(text);
-  } else if (!what.ends_with(cutMark)) {
-    what += cutMark;
+    what += ' ' + shortText(text, longestMessage);
+  } else if (!what.ends_with(ellipsis)) {
+    what += ellipsis;
   }
 }
 
@@ -217,7 +208,7 @@ void LogFileReader::takeMessage(std::string_view message) {
     return;
   }
   if (tagged) {
-    takeHeader(message, /*hasOwnTime=*/true);
+    takeHeader(message);
     part().role = part().role == LogRole::Initial ? LogRole::Initial : LogRole::Watchdog;
   }
   if (tagged && message.empty()) {
@@ -312,16 +303,17 @@ void LogFileReader::takeKeptRecords() {
 }
 
 // A session id begins a header; so does a process id that another one stands before.
-void LogFileReader::takeHeader(std::string_view message, bool hasOwnTime) {
+void LogFileReader::takeHeader(std::string_view message) {
   const auto rest = [&](std::string_view key) {
-    return message.starts_with(key) ? std::optional(shownText(message.substr(key.size()))) : std::nullopt;
+    return message.starts_with(key) ? std::optional(shortText(message.substr(key.size()), longestMessage))
+                                    : std::nullopt;
   };
   if (auto id = rest(sessionKey)) {
-    beginPart(hasOwnTime);
+    beginPart();
     part().session.id = std::move(*id);
   } else if (auto pid = rest(processKey)) {
     if (parts_.empty() || !part().session.processId.empty()) {
-      beginPart(hasOwnTime);
+      beginPart();
     }
     part().session.processId = std::move(*pid);
   } else if (auto zone = rest("Time zone offset: ")) {

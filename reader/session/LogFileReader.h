@@ -47,7 +47,7 @@ class LogFileReader {
   };
 
   SessionPart& part();
-  void beginPart(bool hasOwnTime);
+  void beginPart();
   LogEntry& add(std::string_view what);
   void addDamaged(std::string_view what, std::string_view bytes);
   void takeText(std::string_view text);
@@ -58,7 +58,7 @@ class LogFileReader {
   void takeMetric(std::string_view text);
   void keepRecord(std::string_view text);
   void takeKeptRecords();
-  void takeHeader(std::string_view message, bool hasOwnTime);
+  void takeHeader(std::string_view message);
   void keepRaw(std::string_view text);
 
   LogFileInfo& file_;

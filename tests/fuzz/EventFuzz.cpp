@@ -1,4 +1,5 @@
 // The parsers of single entries on any bytes: events, records, times.
+#include "reader/session/EventHead.h"
 #include "reader/session/EventRecord.h"
 #include "reader/session/EventTable.h"
 #include "reader/session/LogTime.h"
@@ -17,6 +18,11 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     static_cast<void>(describeMetric(*metric));
   }
   static_cast<void>(parseElapsed(bytes));
+  // It looks into texts only that begin and end as an event does.
+  if (const auto head = readEventHead(R"({"xmlData":"<Event )" + bytes + R"(</Event>"})")) {
+    require(!head->provider.empty());
+    static_cast<void>(mayMatter(*head));
+  }
   if (const auto time = parseTime(bytes)) {
     // What is shown is read back as the same millisecond.
     const std::string shown = isoTime(time->instant, time->offset);
