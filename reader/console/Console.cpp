@@ -1,11 +1,7 @@
 #include "reader/console/Console.h"
 
-#include <atomic>
 #include <csignal>
 #include <cstdlib>
-#include <filesystem>
-#include <string>
-#include <string_view>
 
 #include "logging/LogFile.h"
 

@@ -1,7 +1,4 @@
-#include <cstddef>
 #include <ios>
-#include <string>
-#include <vector>
 
 #include <sys/ioctl.h>
 #include <unistd.h>

@@ -2,12 +2,9 @@
 
 #include <shellapi.h>
 
-#include <cstddef>
 #include <cstdio>
 #include <ios>
 #include <memory>
-#include <string>
-#include <vector>
 
 #include <fcntl.h>
 #include <io.h>
@@ -23,14 +20,6 @@ bool isTerminal(DWORD standardHandle) {
   return GetConsoleMode(GetStdHandle(standardHandle), &mode) != FALSE;
 }
 
-void understandColours(DWORD standardHandle) {
-  DWORD mode = 0;
-  const HANDLE console = GetStdHandle(standardHandle);
-  if (GetConsoleMode(console, &mode) != FALSE) {
-    SetConsoleMode(console, mode | ENABLE_VIRTUAL_TERMINAL_PROCESSING);
-  }
-}
-
 }  // namespace
 
 void prepareConsole() {
@@ -38,8 +27,13 @@ void prepareConsole() {
   _setmode(_fileno(stdin), _O_BINARY);
   _setmode(_fileno(stdout), _O_BINARY);
   SetConsoleOutputCP(CP_UTF8);
-  understandColours(STD_OUTPUT_HANDLE);
-  understandColours(STD_ERROR_HANDLE);
+  for (const DWORD standard : {STD_OUTPUT_HANDLE, STD_ERROR_HANDLE}) {
+    const HANDLE console = GetStdHandle(standard);
+    DWORD mode = 0;
+    if (GetConsoleMode(console, &mode) != FALSE) {
+      SetConsoleMode(console, mode | ENABLE_VIRTUAL_TERMINAL_PROCESSING);
+    }
+  }
 }
 
 // The narrow arguments are in the machine's code page, which cannot hold every file name.

@@ -1,9 +1,6 @@
 #include "reader/views/EntryTable.h"
 
-#include <cstddef>
 #include <ostream>
-#include <set>
-#include <string>
 #include <unordered_map>
 #include <vector>
 

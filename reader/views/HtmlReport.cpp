@@ -19,21 +19,6 @@
 namespace sentiq {
 namespace {
 
-void writeStatement(const Statement& statement, const std::string& prefix, std::ostream& out) {
-  out << htmlText(statement.text);
-  if (statement.entry) {
-    out << " <a href=\"#" << entryAnchor(prefix, *statement.entry) << "\">in the table</a>";
-  }
-}
-
-void writeFacts(const Summary& summary, std::ostream& out) {
-  out << "<h2>The session</h2>\n<dl>\n";
-  for (const Fact& fact : summary.facts) {
-    out << "<dt>" << htmlText(fact.label) << "</dt><dd>" << htmlText(fact.text) << "</dd>\n";
-  }
-  out << "</dl>\n";
-}
-
 void writeList(std::string_view title, const std::vector<std::string>& items, std::ostream& out) {
   if (items.empty()) {
     return;
@@ -47,13 +32,18 @@ void writeList(std::string_view title, const std::vector<std::string>& items, st
 
 // The verdict, and what else there is to say.
 void writeStatements(const std::vector<Statement>& statements, const std::string& prefix, std::ostream& out) {
-  out << "<p class=\"outcome " << severityName(statements.front().severity) << "\">";
-  writeStatement(statements.front(), prefix, out);
-  out << "</p>\n<ul class=\"statements\">\n";
+  const auto write = [&](const char* element, const char* style, const Statement& statement) {
+    out << '<' << element << " class=\"" << style << severityName(statement.severity) << "\">"
+        << htmlText(statement.text);
+    if (statement.entry) {
+      out << " <a href=\"#" << entryAnchor(prefix, *statement.entry) << "\">in the table</a>";
+    }
+    out << "</" << element << ">\n";
+  };
+  write("p", "outcome ", statements.front());
+  out << "<ul class=\"statements\">\n";
   for (std::size_t i = 1; i < statements.size(); ++i) {
-    out << "<li class=\"" << severityName(statements[i].severity) << "\">";
-    writeStatement(statements[i], prefix, out);
-    out << "</li>\n";
+    write("li", "", statements[i]);
   }
   out << "</ul>\n";
 }
@@ -72,29 +62,32 @@ void writeSession(const LogSet& logs, const Session& session, const std::string&
   out << "<h2>Figures</h2>\n";
   writeCharts(session, marksOf(session, span, summary.judgement), out);
   writeList("Gaps of more than 15 s in the records", summary.gaps, out);
-  writeFacts(summary, out);
+  out << "<h2>The session</h2>\n<dl>\n";
+  for (const Fact& fact : summary.facts) {
+    out << "<dt>" << htmlText(fact.label) << "</dt><dd>" << htmlText(fact.text) << "</dd>\n";
+  }
+  out << "</dl>\n";
   writeEntries(session, span, linked, prefix, out);
 }
 
 void writeSessions(const LogSet& logs, std::ostream& out) {
-  if (logs.sessions.size() < 2) {
-    writeSession(logs, logs.sessions.empty() ? Session{} : logs.sessions.front(), "", out);
+  const std::vector<Session>& sessions = logs.sessions;
+  if (sessions.size() < 2) {
+    writeSession(logs, sessions.empty() ? Session{} : sessions.front(), "", out);
     return;
   }
-  out << "<p>" << logs.sessions.size() << " sessions, newest first:</p>\n<ol>\n";
-  for (std::size_t i = logs.sessions.size(); i-- > 0;) {
-    const Session& session = logs.sessions[i];
-    const Statement verdict = judge(session).verdict;
-    out << "<li class=\"" << severityName(verdict.severity) << "\"><a href=\"#s" << i << "\">"
-        << htmlText(session.id.empty() ? "without a name" : session.id) << "</a>: " << htmlText(verdict.text)
-        << "</li>\n";
+  const auto name = [&](std::size_t i) { return htmlText(sessions[i].id.empty() ? "without a name" : sessions[i].id); };
+  out << "<p>" << sessions.size() << " sessions, newest first:</p>\n<ol>\n";
+  for (std::size_t i = sessions.size(); i-- > 0;) {
+    const Statement verdict = judge(sessions[i]).verdict;
+    out << "<li class=\"" << severityName(verdict.severity) << "\"><a href=\"#s" << i << "\">" << name(i)
+        << "</a>: " << htmlText(verdict.text) << "</li>\n";
   }
   out << "</ol>\n";
-  for (std::size_t i = logs.sessions.size(); i-- > 0;) {
-    const Session& session = logs.sessions[i];
-    out << "<details open class=\"session" << (i + 1 == logs.sessions.size() ? " newest" : "") << "\"><summary id=\"s"
-        << i << "\">Session " << htmlText(session.id.empty() ? "without a name" : session.id) << "</summary>\n";
-    writeSession(logs, session, 's' + std::to_string(i), out);
+  for (std::size_t i = sessions.size(); i-- > 0;) {
+    out << "<details open class=\"session" << (i + 1 == sessions.size() ? " newest" : "") << "\"><summary id=\"s" << i
+        << "\">Session " << name(i) << "</summary>\n";
+    writeSession(logs, sessions[i], 's' + std::to_string(i), out);
     out << "</details>\n";
   }
 }
@@ -106,8 +99,7 @@ void writeRawLines(const LogSet& logs, std::ostream& out) {
         << " lines)</summary>\n";
     if (file.rawLeftOut > 0) {
       out << "<p>The first " << file.rawLeftOut
-          << " lines are left out here; <code>sentiq-logs decode</code> shows them."
-          << "</p>\n";
+          << " lines are left out here; <code>sentiq-logs decode</code> shows them.</p>\n";
     }
     out << "<pre tabindex=\"0\">";
     for (const std::string& line : file.rawLines) {

@@ -152,11 +152,12 @@ std::vector<std::string> gapsOf(const Session& session) {
       continue;
     }
     const MetricSample& record = session.metrics[*entry.metric];
-    const Ticks interval =
-        last == nullptr ? Ticks{} : record.time.instant - last->time.instant - (slept ? Ticks{} : set);
-    if (interval > longestInterval) {
-      gaps.push_back(showDuration(interval) + " from " + showTime(last->time.instant, last->time.offset) +
-                     (slept ? " (the machine slept)" : ""));
+    if (last != nullptr) {
+      const Ticks interval = record.time.instant - last->time.instant - (slept ? Ticks{} : set);
+      if (interval > longestInterval) {
+        gaps.push_back(showDuration(interval) + " from " + showTime(last->time.instant, last->time.offset) +
+                       (slept ? " (the machine slept)" : ""));
+      }
     }
     last = &record;
     slept = false;

@@ -1,18 +1,13 @@
 #include "reader/views/Timeline.h"
 
 #include <algorithm>
-#include <atomic>
 #include <chrono>
 #include <cstddef>
 #include <list>
-#include <optional>
 #include <ostream>
-#include <string>
 #include <string_view>
 #include <thread>
 #include <unordered_set>
-#include <utility>
-#include <vector>
 
 #include <nlohmann/json.hpp>
 
@@ -76,50 +71,12 @@ void writeEntry(const LogFileInfo& file, const Session& session, const LogEntry&
 }
 
 // A log that grows, and what was understood of it.
-class FollowedLog {
- public:
-  explicit FollowedLog(LogInput input) : input_(std::move(input)), file_(pathFromText(input_.name)) {
-    info_.name = input_.name;
-    reader_.emplace(info_, 0, Keep::AllEvents);
-  }
-
-  const std::string& name() const { return input_.name; }
-
-  /// @param events the keys of those that were shown, of all logs.
-  void poll(const TimelineOptions& options, std::unordered_set<std::string>& events, std::ostream& out,
-            const std::atomic<bool>& stop) {
-    const LineSplitter::Visit visit = [this](const Line& line) { reader_->take(line); };
-    const auto startAnew = [&] {
-      splitter_.finish(visit);
-      show(options, events, out);
-      splitter_ = LineSplitter();
-      reader_.emplace(info_, 0, Keep::AllEvents);
-    };
-    file_.poll({[&](std::string_view bytes) {
-                  splitter_.feed(bytes, visit);
-                  show(options, events, out);
-                },
-                startAnew},
-               stop);
-  }
-
- private:
-  void show(const TimelineOptions& options, std::unordered_set<std::string>& events, std::ostream& out) {
-    for (const SessionPart& part : reader_->takeOut()) {
-      for (const LogEntry& entry : part.session.entries) {
-        const bool known = !input_.fromFolder || part.role != LogRole::Unknown;  // A folder holds other logs, too.
-        if (known && (!entry.event || events.insert(part.session.events[*entry.event].key()).second)) {
-          writeEntry(info_, part.session, entry, options, out);
-        }
-      }
-    }
-  }
-
-  LogInput input_;
-  LogFileInfo info_;
-  FollowedFile file_;
-  LineSplitter splitter_;
-  std::optional<LogFileReader> reader_;
+struct FollowedLog {
+  LogInput input;
+  LogFileInfo info;
+  FollowedFile file;
+  LineSplitter splitter{};
+  std::optional<LogFileReader> reader{};
 };
 
 }  // namespace
@@ -134,19 +91,41 @@ void writeTimeline(const LogSet& logs, const TimelineOptions& options, std::ostr
 
 void followTimeline(const std::vector<std::string>& inputs, const TimelineOptions& options, std::ostream& out,
                     const std::atomic<bool>& stop) {
-  constexpr std::chrono::milliseconds pollInterval{200};
   std::list<FollowedLog> logs;
-  std::unordered_set<std::string> events;
+  std::unordered_set<std::string> shown;  // The keys of the events, of all logs.
+  const auto show = [&](FollowedLog& log) {
+    for (const SessionPart& part : log.reader->takeOut()) {
+      for (const LogEntry& entry : part.session.entries) {
+        const bool known = !log.input.fromFolder || part.role != LogRole::Unknown;  // A folder holds other logs, too.
+        if (known && (!entry.event || shown.insert(part.session.events[*entry.event].key()).second)) {
+          writeEntry(log.info, part.session, entry, options, out);
+        }
+      }
+    }
+  };
   while (!stop && out.good()) {
-    for (LogInput& input : findLogs(inputs)) {
-      if (std::none_of(logs.begin(), logs.end(), [&](const FollowedLog& log) { return log.name() == input.name; })) {
-        logs.emplace_back(std::move(input));
+    for (const LogInput& input : findLogs(inputs)) {
+      if (std::none_of(logs.begin(), logs.end(), [&](const auto& log) { return log.input.name == input.name; })) {
+        FollowedLog& log = logs.emplace_back(FollowedLog{input, {}, FollowedFile(pathFromText(input.name))});
+        log.info.name = input.name;
+        log.reader.emplace(log.info, 0, Keep::AllEvents);
       }
     }
     for (FollowedLog& log : logs) {
-      log.poll(options, events, out, stop);
+      const LineSplitter::Visit take = [&log](const Line& line) { log.reader->take(line); };
+      const auto read = [&](std::string_view bytes) {
+        log.splitter.feed(bytes, take);
+        show(log);
+      };
+      const auto startAnew = [&] {
+        log.splitter.finish(take);
+        show(log);
+        log.reader.emplace(log.info, 0, Keep::AllEvents);
+      };
+      log.file.poll({read, startAnew}, stop);
     }
     out.flush();
+    constexpr std::chrono::milliseconds pollInterval{200};
     std::this_thread::sleep_for(pollInterval);
   }
 }
