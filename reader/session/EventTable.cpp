@@ -40,14 +40,14 @@ constexpr EventRow eventRows[] = {
              "{AppName} {AppVersion} stopped responding and was closed{: |HangType}"},
     EventRow{1001, Meaning::Other, Severity::Notice, errorReporting,
              "Error report {EventName}, sent again: {AppName} {AppVersion}", "Rechecking"},
-    EventRow{1001, Meaning::CrashReport, Severity::Error, errorReporting,
+    EventRow{1001, Meaning::Crash, Severity::Error, errorReporting,
              "Error report {EventName}: {AppName} {AppVersion} crashed{ in |ModuleName}{ |ModuleVersion}"
              "{: exception |ExceptionCode:exception}{ at offset |FaultingOffset:hex}",
              "EventName=APPCRASH|BEX|CLR20r3|InPageError|MoAppCrash|MoBEX"},
     EventRow{1001, Meaning::Recovered, Severity::Notice, errorReporting,
              "Error report {EventName}: {AppName} {AppVersion} did not respond for a while and recovered",
              "EventName=AppHangTransient|MoAppHangTransient"},
-    EventRow{1001, Meaning::HangReport, Severity::Error, errorReporting,
+    EventRow{1001, Meaning::Hang, Severity::Error, errorReporting,
              "Error report {EventName}: {AppName} {AppVersion} stopped responding", "EventName=AppHang|MoAppHang"},
     EventRow{1001, Meaning::Leak, Severity::Notice, errorReporting,
              "Error report {EventName}: {AppName} {AppVersion} uses more and more memory", "EventName=RADAR_PRE_LEAK"},
@@ -269,8 +269,7 @@ Severity severityOfLevel(int level) {
 }
 
 bool isFailure(Meaning meaning) {
-  return meaning == Meaning::Crash || meaning == Meaning::Hang || meaning == Meaning::CrashReport ||
-         meaning == Meaning::HangReport;
+  return meaning == Meaning::Crash || meaning == Meaning::Hang;
 }
 
 bool isSet(const EventRecord& event, std::string_view field) {

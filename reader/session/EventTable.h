@@ -16,10 +16,8 @@ enum class Severity : std::uint8_t { Info, Notice, Warning, Error };
 /// What an entry of a log means for the session.
 enum class Meaning : std::uint8_t {
   Other,
-  Crash,
-  Hang,
-  CrashReport,  // An error report names no process id, and most often a Crash or Hang stands beside it.
-  HangReport,
+  Crash,      // Or the error report of one, which most often stands beside it.
+  Hang,       // So here.
   Recovered,  // A hang that ended by itself.
   Leak,
   Exit,
@@ -55,7 +53,6 @@ bool mayMatter(const EventHead& event);
 /// That of an event which the table does not know.
 Severity severityOfLevel(int level);
 
-/// A crash, a hang or the report of one.
 bool isFailure(Meaning meaning);
 
 /// Whether a field holds more than nothing, 0 or false.

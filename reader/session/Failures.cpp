@@ -6,6 +6,7 @@
 #include <sstream>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "reader/input/CleanText.h"
 #include "reader/session/CodeWords.h"
@@ -20,10 +21,6 @@ const EventRecord& eventOf(const Session& session, const LogEntry& entry) {
   return session.events[*entry.event];
 }
 
-bool isReport(const LogEntry& entry) {
-  return entry.meaning == Meaning::CrashReport || entry.meaning == Meaning::HangReport;
-}
-
 std::string reportIdOf(const EventRecord& event) {
   const std::string& own = event.field("ReportId");
   return own.empty() ? event.field("IntegratorReportId") : own;
@@ -33,8 +30,7 @@ std::string reportIdOf(const EventRecord& event) {
 // other.
 bool tellOfTheSame(const Session& session, const LogEntry& a, const LogEntry& b) {
   const std::string id = reportIdOf(eventOf(session, a));
-  const std::string other = reportIdOf(eventOf(session, b));
-  return (!id.empty() && id == other) || std::chrono::abs(*a.time - *b.time) < nearEnd;
+  return (!id.empty() && id == reportIdOf(eventOf(session, b))) || std::chrono::abs(*a.time - *b.time) < nearEnd;
 }
 
 // A process id may be used again, but not at the same time. A creation time of other days is no help: then the clock
@@ -45,10 +41,45 @@ bool startedAtAnotherTime(const EventRecord& event, const WatchedProcess& proces
   constexpr std::int64_t ticksTo1970 = 116'444'736'000'000'000;
   const std::string& text = event.field("ProcessCreationTime");
   const auto ticks = parseHex(text.empty() ? event.field("StartTime") : text);
-  const auto created =
-      ticks ? std::optional(Instant(Ticks(static_cast<std::int64_t>(*ticks) - ticksTo1970))) : std::nullopt;
-  return created && process.started && event.time && *created <= *event.time && *event.time - *created < days &&
-         std::chrono::abs(*created - *process.started) > tolerance;
+  if (!ticks || !process.started || !event.time) {
+    return false;
+  }
+  const Instant created(Ticks(static_cast<std::int64_t>(*ticks) - ticksTo1970));
+  return created <= *event.time && *event.time - created < days &&
+         std::chrono::abs(created - *process.started) > tolerance;
+}
+
+// A report names no process. It may be sent again later, under the same id; a process that ran on did not fail.
+Whose whoseReport(const Session& session, const LogEntry& entry, const WatchedProcess& process,
+                  const std::vector<Failure>& others) {
+  const std::string id = reportIdOf(eventOf(session, entry));
+  std::optional<Whose> whose;
+  for (const Failure& other : others) {
+    const EventRecord& event = eventOf(session, *other.entry);
+    if (!event.isReport() && tellOfTheSame(session, entry, *other.entry)) {
+      whose = std::max(whose.value_or(other.whose), other.whose);
+    } else if (event.isReport() && !id.empty() && id == reportIdOf(event) && *other.entry->time < *process.begin) {
+      return Whose::Nobody;
+    }
+  }
+  return whose.value_or(*entry.time >= *process.over - nearEnd ? Whose::Watched : Whose::Nobody);
+}
+
+Whose whoseFailure(const Session& session, const Failure& failure, const WatchedProcess& process,
+                   const std::vector<Failure>& others) {
+  const Instant time = *failure.entry->time;
+  const EventRecord& event = eventOf(session, *failure.entry);
+  if (!process.begin || time < *process.begin || time > *process.over + nearEnd) {
+    return Whose::Nobody;
+  }
+  if (event.isReport()) {
+    return whoseReport(session, *failure.entry, process, others);
+  }
+  const bool known = failure.process != 0 && process.id != 0;
+  if (known && (failure.process != process.id || startedAtAnotherTime(event, process))) {
+    return Whose::Other;
+  }
+  return known || time >= *process.over - nearEnd ? Whose::Watched : Whose::Nobody;
 }
 
 // Decimal in one event, hexadecimal in the others; 0 when there is none.
@@ -61,38 +92,19 @@ std::uint64_t stopCode(const EventRecord& event) {
 
 }  // namespace
 
-std::int64_t processOf(const EventRecord& event) {
-  return static_cast<std::int64_t>(parseHex(event.field("ProcessId")).value_or(0));
-}
-
-Whose whoseFailure(const Session& session, const LogEntry& entry, const WatchedProcess& process) {
-  if (!isFailure(entry.meaning) || !entry.event || !entry.time || !process.begin || *entry.time < *process.begin ||
-      *entry.time > *process.over + nearEnd) {
-    return Whose::None;
-  }
-  const EventRecord& event = eventOf(session, entry);
-  if (!isReport(entry)) {
-    const std::int64_t id = processOf(event);
-    const bool known = id != 0 && process.id != 0;
-    if (known && (id != process.id || startedAtAnotherTime(event, process))) {
-      return Whose::Other;
-    }
-    return known || *entry.time >= *process.over - nearEnd ? Whose::Watched : Whose::None;
-  }
-  // A report names no process. It may be sent again later, under the same id; a process that ran on did not fail.
-  const std::string id = reportIdOf(event);
-  std::optional<Whose> whose;
-  for (const LogEntry* const other : process.failures) {
-    if (isReport(*other)) {
-      if (!id.empty() && id == reportIdOf(eventOf(session, *other)) && *other->time < *process.begin) {
-        return Whose::None;
+std::vector<Failure> failuresOf(const Session& session, const WatchedProcess& process) {
+  std::vector<Failure> failures;
+  for (const bool reports : {false, true}) {
+    for (const LogEntry& entry : session.entries) {
+      if (isFailure(entry.meaning) && entry.time && eventOf(session, entry).isReport() == reports) {
+        const auto id = parseHex(eventOf(session, entry).field("ProcessId")).value_or(0);
+        Failure failure{&entry, Whose::Nobody, static_cast<std::int64_t>(id)};
+        failure.whose = whoseFailure(session, failure, process, failures);
+        failures.push_back(failure);
       }
-    } else if (tellOfTheSame(session, entry, *other)) {
-      const Whose of = whoseFailure(session, *other, process);
-      whose = of == Whose::Watched ? of : whose.value_or(of);
     }
   }
-  return whose.value_or(*entry.time >= *process.over - nearEnd ? Whose::Watched : Whose::None);
+  return failures;
 }
 
 Evidence evidenceOf(const Session& session, const LogEntry& entry) {
@@ -101,37 +113,34 @@ Evidence evidenceOf(const Session& session, const LogEntry& entry) {
     return evidence;
   }
   const EventRecord& event = eventOf(session, entry);
-  const bool failure = isFailure(entry.meaning);
-  evidence.canvixVersion = failure ? event.field("AppVersion") : "";
-  if (entry.meaning == Meaning::Crash || entry.meaning == Meaning::CrashReport) {
-    evidence.module = event.field("ModuleName");
-    evidence.moduleVersion = event.field("ModuleVersion");
-    evidence.exception = inHex(event.field("ExceptionCode"));
-    evidence.offset = inHex(event.field("FaultingOffset"));
-    evidence.exceptionWords = codeWords(CodeKind::Exception, parseHex(evidence.exception).value_or(0));
-  } else if (failure) {
-    evidence.hangKind = event.field("HangType") == "Unknown" ? "" : event.field("HangType");
-  }
+  const auto add = [&](const char* name, std::string_view text) {
+    if (!text.empty()) {
+      evidence.texts.emplace_back(name, text);
+    }
+  };
   if (entry.meaning == Meaning::SystemCrash) {
     const std::uint64_t code = stopCode(event);
-    evidence.stopCode = showHex(code);
-    evidence.stopWords = codeWords(CodeKind::Stop, code);
+    add("stopCode", showHex(code));
+    add("stopWords", codeWords(CodeKind::Stop, code));
     if (const std::string& dump = event.field("param2"); !dump.empty()) {
       evidence.dumps = {dump};
     }
   }
+  if (!isFailure(entry.meaning)) {
+    return evidence;
+  }
+  std::string hangKind = event.field("HangType") == "Unknown" ? "" : event.field("HangType");
+  const EventRecord* last = &event;  // That tells of it.
   for (const LogEntry& other : session.entries) {
-    if (!other.event || !failure || !(isReport(other) || &other == &entry) || !tellOfTheSame(session, entry, other)) {
+    if (!isFailure(other.meaning) || !other.time || !eventOf(session, other).isReport() ||
+        !tellOfTheSame(session, entry, other)) {
       continue;
     }
-    const EventRecord& report = eventOf(session, other);
-    if (report.field("EventName").find("XProc") != std::string::npos && evidence.hangKind.empty()) {
-      evidence.hangKind = "Cross-process";
+    last = &eventOf(session, other);
+    if (last->field("EventName").find("XProc") != std::string::npos && hangKind.empty()) {
+      hangKind = "Cross-process";
     }
-    evidence.reportId = reportIdOf(report);
-    evidence.bucket = report.field(report.field("HashedBucket").empty() ? "Bucket" : "HashedBucket");
-    evidence.reportPath = report.field("StorePath");
-    std::istringstream files(report.field("AttachedFiles"));
+    std::istringstream files(last->field("AttachedFiles"));
     for (std::string file; std::getline(files, file);) {
       file.erase(file.find_last_not_of("\r ") + 1);
       if (file.size() > 4 && equalIgnoringCase(file.substr(file.size() - 3), "dmp")) {
@@ -139,6 +148,20 @@ Evidence evidenceOf(const Session& session, const LogEntry& entry) {
       }
     }
   }
+  if (entry.meaning == Meaning::Crash) {
+    const std::string exception = inHex(event.field("ExceptionCode"));
+    add("module", event.field("ModuleName"));
+    add("moduleVersion", event.field("ModuleVersion"));
+    add("exception", exception);
+    add("exceptionWords", codeWords(CodeKind::Exception, parseHex(exception).value_or(0)));
+    add("offset", inHex(event.field("FaultingOffset")));
+  } else {
+    add("hangKind", hangKind);
+  }
+  add("canvixVersion", event.field("AppVersion"));
+  add("reportId", reportIdOf(*last));
+  add("bucket", last->field(last->field("HashedBucket").empty() ? "Bucket" : "HashedBucket"));
+  add("reportPath", last->field("StorePath"));
   return evidence;
 }
 

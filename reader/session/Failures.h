@@ -12,24 +12,26 @@ namespace sentiq {
 
 /// The process that the session watched, and the time in which a failure can be its own.
 struct WatchedProcess {
-  std::int64_t id = 0;                      // 0 when the logs do not tell.
-  std::optional<Instant> started;           // From its run time in the first record.
-  std::optional<Instant> begin;             // Of the session.
-  std::optional<Instant> over;              // The exit, or the last line when there is none.
-  std::vector<const LogEntry*> failures{};  // All in the logs that have a time and an event, of any time and process.
+  std::int64_t id = 0;             // 0 when the logs do not tell.
+  std::optional<Instant> started;  // From its run time in the first record.
+  std::optional<Instant> begin;    // Of the session.
+  std::optional<Instant> over;     // The exit, or the last line when there is none.
 };
 
 enum class Whose : std::uint8_t {
+  Nobody,  // Of another time.
+  Other,   // Of another instance of Canvix.
   Watched,
-  Other,  // Of another instance of Canvix.
-  None,   // Of another time, or no failure.
 };
 
-/// @param entry one of the process's failures, or any other entry.
-Whose whoseFailure(const Session& session, const LogEntry& entry, const WatchedProcess& process);
+struct Failure {
+  const LogEntry* entry = nullptr;  // Of the session.
+  Whose whose = Whose::Nobody;
+  std::int64_t process = 0;  // 0 when the event does not tell: a report never does.
+};
 
-/// In hexadecimal in the event; 0 when it does not tell.
-std::int64_t processOf(const EventRecord& event);
+/// All that have a time, in order of time; the events first, then the error reports, which tell less.
+std::vector<Failure> failuresOf(const Session& session, const WatchedProcess& process);
 
 /// @param entry a failure, or the end of the machine.
 Evidence evidenceOf(const Session& session, const LogEntry& entry);

@@ -1,19 +1,14 @@
 #include "reader/session/Judgement.h"
 
 #include <algorithm>
+#include <array>
 #include <charconv>
-#include <chrono>
-#include <cstddef>
-#include <cstdint>
 #include <initializer_list>
-#include <optional>
+#include <iterator>
 #include <set>
-#include <string>
-#include <string_view>
-#include <utility>
-#include <vector>
+#include <sstream>
+#include <tuple>
 
-#include "reader/input/CleanText.h"
 #include "reader/session/Failures.h"
 #include "reader/session/Surroundings.h"
 
@@ -34,50 +29,49 @@ constexpr std::chrono::hours soonRestarted{1};
 // All events that tell of the same fall of the machine are written within this time after its start.
 constexpr std::chrono::minutes sameBoot{15};
 
-bool isAnyOf(Meaning meaning, std::initializer_list<Meaning> meanings) {
-  return std::find(meanings.begin(), meanings.end(), meaning) != meanings.end();
-}
+using Meanings = std::initializer_list<Meaning>;
+// The machine goes down: without shutting down, or in any way.
+constexpr Meanings falls{Meaning::PowerLoss, Meaning::SystemCrash};
+constexpr Meanings ends{Meaning::PowerLoss, Meaning::SystemCrash, Meaning::ShutdownBegun, Meaning::ShutdownDone};
 
 std::string at(const LogEntry& entry) {
   return " at " + showTime(*entry.time, entry.offset);
 }
 
-// The times of which an event about an unexpected shutdown can speak: it has them as local text in the form of the
-// system's language, so that the order of day and month is open, and often the half of the day.
-std::vector<Instant> timesToldBy(const EventRecord& event, const LogEntry& entry) {
-  const auto numbersIn = [](std::string_view text) {
-    std::vector<int> numbers;
-    for (std::size_t digit = 0; (digit = text.find_first_of("0123456789")) != std::string_view::npos;) {
-      text.remove_prefix(digit);
-      const char* const end = std::from_chars(text.data(), text.data() + text.size(), numbers.emplace_back()).ptr;
-      text.remove_prefix(static_cast<std::size_t>(end - text.data()));
-    }
-    return numbers;
-  };
+std::vector<int> numbersIn(std::string text) {
+  std::replace_if(
+      text.begin(), text.end(), [](char c) { return c < '0' || c > '9'; }, ' ');
+  std::istringstream numbers(text);
+  return {std::istream_iterator<int>(numbers), {}};
+}
+
+// The first minute from that time on which an event about an unexpected shutdown can mean: it has it as local text in
+// the form of the system's language, so that the order of day and month is open, and often the half of the day.
+std::optional<Instant> timeToldBy(const EventRecord& event, const LogEntry& entry, Instant from) {
   const std::vector<int> clock = numbersIn(event.field("Time"));
-  std::vector<int> date = numbersIn(event.field("Date"));
+  const std::vector<int> date = numbersIn(event.field("Date"));
   if (clock.size() < 2 || date.size() != 3) {
-    return {};
+    return std::nullopt;
   }
-  std::sort(date.begin(), date.end());
-  constexpr std::chrono::days longAgo{30};
-  std::vector<Instant> times;
-  const auto lastDay = std::chrono::floor<std::chrono::days>(*entry.time + entry.offset);
-  for (auto day = lastDay; lastDay - day < longAgo; day -= std::chrono::days(1)) {
+  constexpr std::chrono::days longest{30};
+  const Instant until = std::min(*entry.time, Instant(from + longest)) + entry.offset;
+  for (auto minute = std::chrono::floor<std::chrono::minutes>(from + entry.offset); minute <= until; ++minute) {
+    const auto day = std::chrono::floor<std::chrono::days>(minute);
     const std::chrono::year_month_day parts(day);
+    const std::chrono::hh_mm_ss<std::chrono::minutes> time(minute - day);
+    const auto isDate = [&](int year) {
+      const std::array<int, 3> shown{year, static_cast<int>(static_cast<unsigned>(parts.month())),
+                                     static_cast<int>(static_cast<unsigned>(parts.day()))};
+      return std::is_permutation(date.begin(), date.end(), shown.begin());
+    };
+    const auto hour = time.hours().count();
+    const bool isHour = clock[0] == hour || (clock[0] <= 12 && clock[0] % 12 == hour % 12);
     const int year = static_cast<int>(parts.year());
-    for (const int shownYear : {year, year % 100}) {
-      std::vector<int> wanted{shownYear, static_cast<int>(static_cast<unsigned>(parts.month())),
-                              static_cast<int>(static_cast<unsigned>(parts.day()))};
-      std::sort(wanted.begin(), wanted.end());
-      for (const int hours : {clock[0], clock[0] + 12}) {
-        if (date == wanted && hours < 24) {
-          times.emplace_back(day + std::chrono::hours(hours) + std::chrono::minutes(clock[1]) - entry.offset);
-        }
-      }
+    if (clock[1] == time.minutes().count() && isHour && (isDate(year) || isDate(year % 100))) {
+      return minute - entry.offset;
     }
   }
-  return times;
+  return std::nullopt;
 }
 
 class Judge {
@@ -87,17 +81,18 @@ class Judge {
   Judgement judge();
 
  private:
-  enum class Which : std::uint8_t { First, Last };
-
-  const LogEntry* find(Which which, std::initializer_list<Meaning> meanings, std::optional<Instant> from = {},
-                       std::optional<Instant> to = {}) const;
+  std::vector<const LogEntry*> all(Meanings meanings, Instant from, Instant to) const;
+  const LogEntry* first(Meanings meanings, Instant from, Instant to = Instant::max()) const;
+  const LogEntry* last(Meanings meanings, Instant from, Instant to) const;
+  const EventRecord& eventOf(const LogEntry& entry) const { return session_.events[*entry.event]; }
   std::size_t indexOf(const LogEntry& entry) const;
-  void conclude(const char* outcome, Severity severity, std::string text, const LogEntry* entry);
+  void conclude(const char* outcome, Severity severity, std::string text, const LogEntry* entry = nullptr);
   void say(Severity severity, std::string text, const LogEntry& entry);
-  bool judgeFailure();
+  void judgeFailure();
   void judgeExit();
   bool judgeFall();
   void judgeStop();
+  const LogEntry* shutdownAbout(Instant time, Ticks begunBy, Ticks doneBy) const;
   const LogEntry* sleepAtLast() const;
   bool fellThen(const std::vector<const LogEntry*>& tellers) const;
   void sayOtherFailures();
@@ -107,6 +102,7 @@ class Judge {
   const Session& session_;
   SessionSpan span_;
   WatchedProcess process_;
+  std::vector<Failure> failures_;
   const LogEntry* exit_ = nullptr;
   const LogEntry* failure_ = nullptr;
   Judgement result_;
@@ -121,27 +117,32 @@ Judge::Judge(const Session& session) : session_(session), span_(sessionSpan(sess
       process_.started = record.time.instant - *ran;
     }
   }
-  for (const LogEntry& entry : session.entries) {
-    if (isFailure(entry.meaning) && entry.event && entry.time) {
-      process_.failures.push_back(&entry);
-    }
-  }
-  exit_ = find(Which::First, {Meaning::Exit});
   process_.begin = span_.begin;
   process_.over = span_.end;
   for (const LogEntry& entry : session.entries) {  // The records, where there are any, end with the process.
     process_.over = entry.role == LogRole::Session && entry.time ? entry.time : process_.over;
   }
+  exit_ = first({Meaning::Exit}, Instant::min());
   process_.over = exit_ != nullptr ? exit_->time : process_.over;
+  failures_ = failuresOf(session, process_);
+  // A crash is the cause of a hang beside it: the process does not answer while its dump is written.
+  for (const Meaning meaning : {Meaning::Hang, Meaning::Crash}) {
+    const auto found = std::find_if(failures_.begin(), failures_.end(), [meaning](const Failure& failure) {
+      return failure.whose == Whose::Watched && failure.entry->meaning == meaning;
+    });
+    failure_ = found != failures_.end() ? found->entry : failure_;
+  }
 }
 
 Judgement Judge::judge() {
-  if (!judgeFailure()) {
-    if (exit_ != nullptr) {
-      judgeExit();
-    } else if (!judgeFall()) {
-      judgeStop();
-    }
+  if (!process_.over) {
+    conclude("unknown", Severity::Notice, "How the session ended is unknown: its logs are missing");
+  } else if (failure_ != nullptr) {
+    judgeFailure();
+  } else if (exit_ != nullptr) {
+    judgeExit();
+  } else if (!judgeFall()) {
+    judgeStop();
   }
   sayOtherFailures();
   sayLater();
@@ -157,16 +158,25 @@ Judgement Judge::judge() {
   return std::move(result_);
 }
 
-const LogEntry* Judge::find(Which which, std::initializer_list<Meaning> meanings, std::optional<Instant> from,
-                            std::optional<Instant> to) const {
-  const LogEntry* found = nullptr;
+std::vector<const LogEntry*> Judge::all(Meanings meanings, Instant from, Instant to) const {
+  std::vector<const LogEntry*> found;
   for (const LogEntry& entry : session_.entries) {
-    if (entry.time && isAnyOf(entry.meaning, meanings) && (!from || *entry.time >= *from) &&
-        (!to || *entry.time <= *to) && (which == Which::Last || found == nullptr)) {
-      found = &entry;
+    const bool means = std::find(meanings.begin(), meanings.end(), entry.meaning) != meanings.end();
+    if (means && entry.time && *entry.time >= from && *entry.time <= to) {
+      found.push_back(&entry);
     }
   }
   return found;
+}
+
+const LogEntry* Judge::first(Meanings meanings, Instant from, Instant to) const {
+  const std::vector<const LogEntry*> found = all(meanings, from, to);
+  return found.empty() ? nullptr : found.front();
+}
+
+const LogEntry* Judge::last(Meanings meanings, Instant from, Instant to) const {
+  const std::vector<const LogEntry*> found = all(meanings, from, to);
+  return found.empty() ? nullptr : found.back();
 }
 
 std::size_t Judge::indexOf(const LogEntry& entry) const {
@@ -175,7 +185,7 @@ std::size_t Judge::indexOf(const LogEntry& entry) const {
 
 void Judge::conclude(const char* outcome, Severity severity, std::string text, const LogEntry* entry) {
   result_.outcome = outcome;
-  result_.verdict = {severity, std::move(text), {}};
+  result_.verdict = {severity, std::move(text)};
   if (entry != nullptr) {
     result_.verdict.entry = indexOf(*entry);
     result_.time = LogTime{*entry->time, entry->offset};
@@ -187,49 +197,40 @@ void Judge::say(Severity severity, std::string text, const LogEntry& entry) {
   result_.others.push_back({severity, std::move(text), indexOf(entry)});
 }
 
-// A crash is the cause of a hang beside it: the process does not answer while its dump is written.
-bool Judge::judgeFailure() {
-  for (const Meaning meaning : {Meaning::Crash, Meaning::CrashReport, Meaning::Hang, Meaning::HangReport}) {
-    const auto found = std::find_if(process_.failures.begin(), process_.failures.end(), [&](const LogEntry* entry) {
-      return entry->meaning == meaning && whoseFailure(session_, *entry, process_) == Whose::Watched;
-    });
-    if (found == process_.failures.end()) {
-      continue;
-    }
-    failure_ = *found;
-    const bool crash = meaning == Meaning::Crash || meaning == Meaning::CrashReport;
-    conclude(crash ? "crashed" : "hung", Severity::Error, "", failure_);
-    const Evidence& evidence = result_.evidence;
-    const auto known = [](const std::string& text) { return text.empty() ? std::string("unknown") : text; };
-    std::string& text = result_.verdict.text;
-    if (crash) {
-      text = "Canvix crashed" + at(*failure_) + ": module " + known(evidence.module) + ' ' +
-             known(evidence.moduleVersion) + ", exception " + known(evidence.exception) +
-             (evidence.exceptionWords.empty() ? "" : " (" + evidence.exceptionWords + ')') + ", offset " +
-             known(evidence.offset);
-    } else {
-      text = "Canvix stopped responding and was closed" + at(*failure_) +
-             (evidence.hangKind.empty() ? "" : ": " + evidence.hangKind);
-    }
-    result_.before = whatWentBefore(session_, *failure_->time, /*hangsToo=*/crash);
-    const Instant over = std::max(*failure_->time, *process_.over);
-    if (const LogEntry* const shutdown =
-            find(Which::First, {Meaning::ShutdownBegun}, *failure_->time - shutdownLead, over + lastSign)) {
-      say(Severity::Notice, "About then a shutdown or restart was asked for" + at(*shutdown) + ": " + shutdown->what,
-          *shutdown);
-    }
-    return true;
+void Judge::judgeFailure() {
+  const bool crash = failure_->meaning == Meaning::Crash;
+  conclude(crash ? "crashed" : "hung", Severity::Error, "", failure_);
+  const Evidence& evidence = result_.evidence;
+  const std::string more = evidence.text(crash ? "exceptionWords" : "hangKind");
+  if (crash) {
+    result_.verdict.text = "Canvix crashed" + at(*failure_) + ": module " + evidence.text("module", "unknown") + ' ' +
+                           evidence.text("moduleVersion", "unknown") + ", exception " +
+                           evidence.text("exception", "unknown") + (more.empty() ? "" : " (" + more + ')') +
+                           ", offset " + evidence.text("offset", "unknown");
+  } else {
+    result_.verdict.text =
+        "Canvix stopped responding and was closed" + at(*failure_) + (more.empty() ? "" : ": " + more);
   }
-  return false;
+  result_.before = whatWentBefore(session_, *failure_->time, /*hangsToo=*/crash);
+  const Instant over = std::max(*failure_->time, *process_.over);
+  if (const LogEntry* const shutdown =
+          first({Meaning::ShutdownBegun}, *failure_->time - shutdownLead, over + lastSign)) {
+    say(Severity::Notice, "About then a shutdown or restart was asked for" + at(*shutdown) + ": " + shutdown->what,
+        *shutdown);
+  }
+}
+
+// One that was begun shortly before that time; one of which only the end is known counts unless it was begun later.
+const LogEntry* Judge::shutdownAbout(Instant time, Ticks begunBy, Ticks doneBy) const {
+  const LogEntry* const begun = last({Meaning::ShutdownBegun}, time - shutdownLead, time + begunBy);
+  return begun == nullptr && first({Meaning::ShutdownBegun}, time, time + doneBy) == nullptr
+             ? first({Meaning::ShutdownDone}, time - sameTime, time + doneBy)
+             : begun;
 }
 
 void Judge::judgeExit() {
   const Instant time = *exit_->time;
-  const LogEntry* shutdown = find(Which::Last, {Meaning::ShutdownBegun}, time - shutdownLead, time + sameTime);
-  if (shutdown == nullptr && find(Which::First, {Meaning::ShutdownBegun}, time, time + shutdownDone) == nullptr) {
-    shutdown = find(Which::First, {Meaning::ShutdownDone}, time - sameTime, time + shutdownDone);
-  }
-  if (shutdown != nullptr) {
+  if (const LogEntry* const shutdown = shutdownAbout(time, sameTime, shutdownDone)) {
     conclude("shutdown", Severity::Notice,
              "Canvix ended" + at(*exit_) + " while the machine shut down: " + inSentence(shutdown->what), exit_);
   } else if (session_.applicationCopied && *session_.applicationCopied >= time + lateEnough) {
@@ -245,55 +246,40 @@ void Judge::judgeExit() {
 
 // The sleep after which nothing more was written.
 const LogEntry* Judge::sleepAtLast() const {
-  const LogEntry* const power = find(Which::Last, {Meaning::Sleep, Meaning::Resume}, {}, *span_.end + lastSign);
-  const bool sleep = power != nullptr && power->meaning == Meaning::Sleep && *power->time >= *process_.over - lastSign;
-  return sleep ? power : nullptr;
+  const LogEntry* const power =
+      last({Meaning::Sleep, Meaning::Resume}, *process_.over - lastSign, *span_.end + lastSign);
+  return power != nullptr && power->meaning == Meaning::Sleep ? power : nullptr;
 }
 
 // Whether the machine went down when the logs stop, and not hours later.
 bool Judge::fellThen(const std::vector<const LogEntry*>& tellers) const {
   constexpr std::chrono::minutes heartbeat{10};  // How exactly the system knows.
-  bool told = false;
   bool asleep = sleepAtLast() != nullptr;
   for (const LogEntry* const teller : tellers) {
-    const EventRecord& event = session_.events[*teller->event];
+    const EventRecord& event = eventOf(*teller);
     asleep = asleep || isSet(event, "SleepInProgress") || isSet(event, "ConnectedStandbyInProgress");
-    for (const Instant time : timesToldBy(event, *teller)) {
-      if (std::chrono::abs(time - *process_.over) <= heartbeat) {
-        return true;
-      }
-      told = told || time > *process_.over;
+    if (const auto told = timeToldBy(event, *teller, *process_.over - heartbeat)) {
+      return *told <= *process_.over + heartbeat;
     }
   }
-  return !told && (asleep || *tellers.front()->time - *process_.over <= soonRestarted);
+  return asleep || *tellers.front()->time - *process_.over <= soonRestarted;
 }
 
 bool Judge::judgeFall() {
-  if (!process_.over) {
+  const Instant over = *process_.over;
+  const LogEntry* const fall = first(falls, over - lastSign);
+  if (fall == nullptr || first({Meaning::ShutdownDone}, over, *fall->time) != nullptr ||
+      first({Meaning::Boot}, over, *fall->time - sameBoot) != nullptr) {
     return false;
   }
-  const LogEntry* const fall =
-      find(Which::First, {Meaning::PowerLoss, Meaning::SystemCrash}, *process_.over - lastSign);
-  if (fall == nullptr || find(Which::First, {Meaning::ShutdownDone}, process_.over, *fall->time) != nullptr ||
-      find(Which::First, {Meaning::Boot}, process_.over, *fall->time - sameBoot) != nullptr) {
-    return false;
-  }
-  std::vector<const LogEntry*> tellers;
-  for (const LogEntry& entry : session_.entries) {
-    if (entry.event && entry.time && isAnyOf(entry.meaning, {Meaning::PowerLoss, Meaning::SystemCrash}) &&
-        *entry.time >= *fall->time && *entry.time <= *fall->time + sameBoot) {
-      tellers.push_back(&entry);
-    }
-  }
+  const std::vector<const LogEntry*> tellers = all(falls, *fall->time, *fall->time + sameBoot);
   if (!fellThen(tellers)) {
     return false;
   }
   // The one that tells most: of a blue screen the one with a dump, else the one with the reason.
   const auto rank = [&](const LogEntry* entry) {
-    const EventRecord& event = session_.events[*entry->event];
-    return (entry->meaning == Meaning::SystemCrash ? 4 : 0) + (event.id == 41                  ? 1
-                                                               : event.field("param2").empty() ? 0
-                                                                                               : 2);
+    const EventRecord& event = eventOf(*entry);
+    return std::tuple(entry->meaning == Meaning::SystemCrash, !event.field("param2").empty(), event.id == 41);
   };
   const LogEntry* const best = *std::max_element(
       tellers.begin(), tellers.end(), [&](const LogEntry* a, const LogEntry* b) { return rank(a) < rank(b); });
@@ -302,50 +288,46 @@ bool Judge::judgeFall() {
            best->what + ", while Canvix ran" + (sleep != nullptr ? ", after it went to sleep" + at(*sleep) : "") +
                " (logged" + at(*best) + ')',
            best);
-  result_.before = whatWentBefore(session_, *process_.over, /*hangsToo=*/true);
+  result_.before = whatWentBefore(session_, over, /*hangsToo=*/true);
   return true;
 }
 
 // Nothing says that Canvix or the machine failed.
 void Judge::judgeStop() {
-  if (!process_.over) {
-    conclude("unknown", Severity::Notice, "How the session ended is unknown: its logs are missing", nullptr);
-    return;
-  }
-  const Instant over = *process_.over;
-  const LogEntry* const begun = find(Which::First, {Meaning::ShutdownBegun}, over - shutdownLead, over + lastSign);
-  const LogEntry* const shutdown =
-      begun != nullptr ? begun : find(Which::First, {Meaning::ShutdownDone}, over - sameTime, over + lastSign);
-  if (shutdown != nullptr) {
+  if (const LogEntry* const shutdown = shutdownAbout(*process_.over, lastSign, lastSign)) {
     conclude("shutdown", Severity::Notice,
              "The machine was shut down while Canvix ran: " + shutdown->what + at(*shutdown), shutdown);
   } else if (const LogEntry* const sleep = sleepAtLast()) {
     conclude("asleep", Severity::Warning, "The machine went to sleep" + at(*sleep) + ", and the logs end there", sleep);
   } else {
-    conclude("unknown", Severity::Notice, "How the session ended is unknown: the logs stop while Canvix runs", nullptr);
+    conclude("unknown", Severity::Notice, "How the session ended is unknown: the logs stop while Canvix runs");
   }
 }
 
 void Judge::sayOtherFailures() {
   std::set<std::int64_t> told;
-  for (const LogEntry& entry : session_.entries) {
-    if (!entry.event || !entry.time) {
-      continue;
-    }
-    const EventRecord& event = session_.events[*entry.event];
-    const bool hang = isAnyOf(entry.meaning, {Meaning::Hang, Meaning::HangReport});
-    const Whose whose = whoseFailure(session_, entry, process_);
-    if (whose == Whose::Other && processOf(event) != 0 && told.insert(processOf(event)).second) {
+  for (const Failure& other : failures_) {
+    if (other.whose == Whose::Other && other.process != 0 && told.insert(other.process).second) {
       say(Severity::Notice,
-          "Another Canvix, process " + std::to_string(processOf(event)) +
-              (hang ? ", stopped responding" : ", crashed") + at(entry) + ": " + entry.what,
-          entry);
-    } else if (whose == Whose::Watched && hang && failure_ != nullptr && *entry.time > *failure_->time &&
-               isAnyOf(failure_->meaning, {Meaning::Crash, Meaning::CrashReport}) && told.insert(-1).second) {
-      say(Severity::Notice, "It also stopped responding" + at(entry), entry);
-    } else if (isAnyOf(entry.meaning, {Meaning::Recovered, Meaning::Leak}) && span_.contains(*entry.time) &&
-               told.insert(entry.meaning == Meaning::Leak ? -2 : -3).second) {
-      say(Severity::Notice, entry.what + at(entry), entry);
+          "Another Canvix, process " + std::to_string(other.process) +
+              (other.entry->meaning == Meaning::Hang ? ", stopped responding" : ", crashed") + at(*other.entry) + ": " +
+              other.entry->what,
+          *other.entry);
+    }
+  }
+  const auto hang = std::find_if(failures_.begin(), failures_.end(), [&](const Failure& other) {
+    return other.whose == Whose::Watched && other.entry->meaning == Meaning::Hang &&
+           *other.entry->time > *failure_->time;
+  });
+  if (hang != failures_.end() && failure_->meaning == Meaning::Crash) {
+    say(Severity::Notice, "It also stopped responding" + at(*hang->entry), *hang->entry);
+  }
+  for (const Meaning meaning : {Meaning::Recovered, Meaning::Leak}) {
+    for (const LogEntry* const entry : all({meaning}, Instant::min(), Instant::max())) {
+      if (span_.contains(*entry->time)) {
+        say(Severity::Notice, entry->what + at(*entry), *entry);
+        break;
+      }
     }
   }
 }
@@ -357,14 +339,8 @@ void Judge::sayLater() {
   if (told || !process_.over) {
     return;
   }
-  const Instant from = *process_.over + sameTime;
-  const Instant to = *process_.over + soonEnough;
-  const LogEntry* const later =
-      failure_ != nullptr
-          ? find(Which::First, {Meaning::PowerLoss, Meaning::SystemCrash}, from, to)
-          : find(Which::First,
-                 {Meaning::PowerLoss, Meaning::SystemCrash, Meaning::ShutdownBegun, Meaning::ShutdownDone}, from, to);
-  if (later != nullptr) {
+  if (const LogEntry* const later =
+          first(failure_ != nullptr ? falls : ends, *process_.over + sameTime, *process_.over + soonEnough)) {
     say(Severity::Notice,
         "Later, " + showDuration(*later->time - *process_.over) + " after the end: " + inSentence(later->what), *later);
   }
@@ -373,10 +349,8 @@ void Judge::sayLater() {
 // What befell Canvix and the machine before the session, newest first: one line each.
 void Judge::sayTimeBefore() {
   const Instant until = span_.begin ? *span_.begin - Ticks(1) : Instant::max();
-  const LogEntry* found[]{
-      find(Which::Last, {Meaning::Crash, Meaning::CrashReport, Meaning::Hang, Meaning::HangReport}, {}, until),
-      find(Which::Last, {Meaning::PowerLoss, Meaning::SystemCrash, Meaning::ShutdownBegun, Meaning::ShutdownDone}, {},
-           until)};
+  const LogEntry* found[]{last({Meaning::Crash, Meaning::Hang}, Instant::min(), until),
+                          last(ends, Instant::min(), until)};
   if (found[0] != nullptr && found[1] != nullptr && *found[0]->time < *found[1]->time) {
     std::swap(found[0], found[1]);
   }
@@ -388,6 +362,11 @@ void Judge::sayTimeBefore() {
 }
 
 }  // namespace
+
+std::string Evidence::text(std::string_view name, const std::string& otherwise) const {
+  const auto found = std::find_if(texts.begin(), texts.end(), [&](const auto& named) { return named.first == name; });
+  return found != texts.end() ? found->second : otherwise;
+}
 
 bool SessionSpan::contains(Instant time) const {
   constexpr std::chrono::minutes afterEnd{5};  // The second copy of the event log follows the exit by two minutes.

@@ -6,6 +6,8 @@
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <string_view>
+#include <utility>
 #include <vector>
 
 #include "reader/session/EventTable.h"
@@ -26,19 +28,12 @@ SessionSpan sessionSpan(const Session& session);
 
 /// What the events say about a failure, as far as they do; codes in one form (0xc0000005).
 struct Evidence {
-  std::string module;
-  std::string moduleVersion;
-  std::string exception;
-  std::string exceptionWords;
-  std::string offset;
-  std::string hangKind;
-  std::string stopCode;  // Of a blue screen.
-  std::string stopWords;
-  std::string canvixVersion;
-  std::string reportId;
-  std::string bucket;
-  std::string reportPath;
+  /// Name and text: module, moduleVersion, exception, exceptionWords and offset of a crash, hangKind of a hang,
+  /// canvixVersion, reportId, bucket and reportPath of both; stopCode and stopWords of a blue screen. None is empty.
+  std::vector<std::pair<std::string, std::string>> texts;
   std::vector<std::string> dumps;
+
+  std::string text(std::string_view name, const std::string& otherwise = {}) const;
 };
 
 /// Something within minutes before a crash, a hang or a power loss, which need not be its cause.

@@ -23,7 +23,7 @@ constexpr BeforeRow beforeRows[] = {
     BeforeRow{Meaning::Disk, true, "disk"},        BeforeRow{Meaning::Hardware, true, "hardware"},
     BeforeRow{Meaning::Battery, false, "battery"}, BeforeRow{Meaning::Leak, false, "leak"},
     BeforeRow{Meaning::Resume, false, "resume"},   BeforeRow{Meaning::Recovered, false, "hang"},
-    BeforeRow{Meaning::Hang, false, "hang"},       BeforeRow{Meaning::HangReport, false, "hang"},
+    BeforeRow{Meaning::Hang, false, "hang"},
 };
 
 constexpr std::chrono::minutes shortlyBefore{10};

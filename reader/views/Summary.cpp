@@ -233,16 +233,8 @@ Json evidenceJson(const Judgement& judgement) {
   }
   object["time"] = isoTime(judgement.time->instant, judgement.time->offset);
   const Evidence& evidence = judgement.evidence;
-  for (const auto& [key, text] :
-       {std::pair("module", &evidence.module), std::pair("moduleVersion", &evidence.moduleVersion),
-        std::pair("exception", &evidence.exception), std::pair("exceptionWords", &evidence.exceptionWords),
-        std::pair("offset", &evidence.offset), std::pair("hangKind", &evidence.hangKind),
-        std::pair("stopCode", &evidence.stopCode), std::pair("stopWords", &evidence.stopWords),
-        std::pair("canvixVersion", &evidence.canvixVersion), std::pair("reportId", &evidence.reportId),
-        std::pair("bucket", &evidence.bucket), std::pair("reportPath", &evidence.reportPath)}) {
-    if (!text->empty()) {
-      object[key] = *text;
-    }
+  for (const auto& [name, text] : evidence.texts) {
+    object[name] = text;
   }
   if (!evidence.dumps.empty()) {
     object["dumps"] = evidence.dumps;

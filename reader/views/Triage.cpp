@@ -37,17 +37,17 @@ constexpr OutcomeRow outcomeRows[] = {
 
 std::string signatureOf(const Judgement& judgement) {
   const Evidence& evidence = judgement.evidence;
-  const auto known = [](const std::string& text) { return text.empty() ? std::string("unknown") : text; };
   if (judgement.outcome == "crashed") {
-    return "crashed in " + known(evidence.module) + ": " +
-           known(evidence.exceptionWords.empty() ? evidence.exception : evidence.exceptionWords) + " at " +
-           known(evidence.offset);
+    return "crashed in " + evidence.text("module", "unknown") + ": " +
+           evidence.text("exceptionWords", evidence.text("exception", "unknown")) + " at " +
+           evidence.text("offset", "unknown");
   }
   if (judgement.outcome == "hung") {
-    return evidence.hangKind.empty() ? "hung" : "hung: " + evidence.hangKind;
+    const std::string kind = evidence.text("hangKind");
+    return kind.empty() ? "hung" : "hung: " + kind;
   }
   if (judgement.outcome == "bluescreen") {
-    return "blue screen: " + known(evidence.stopWords.empty() ? evidence.stopCode : evidence.stopWords);
+    return "blue screen: " + evidence.text("stopWords", evidence.text("stopCode"));
   }
   return judgement.outcome;
 }
@@ -108,7 +108,7 @@ std::string versionsOf(const Group& group) {
   constexpr std::size_t versionsShown = 4;
   std::set<std::string, std::greater<>> versions;
   for (const TriagedSession* const session : group) {
-    versions.insert(session->judgement.evidence.canvixVersion);
+    versions.insert(session->judgement.evidence.text("canvixVersion"));
   }
   versions.erase("");
   std::string text;
