@@ -70,27 +70,39 @@ std::string lastDay(const Group& group) {
   return group.empty() ? std::string{} : dayOf(*group.back());
 }
 
-// In how many sessions of a group.
-using Counts = std::map<std::string, std::size_t>;
+using Names = std::set<std::string>;
 
-struct Adapters {
-  Counts counts;
-  std::size_t sessions = 0;  // That name any.
-};
-
-Adapters adaptersOf(const Group& group) {
-  Adapters adapters;
-  for (const TriagedSession* const session : group) {
-    std::set<std::string> names;
-    for (const std::string& adapter : session->judgement.adapters) {
-      names.insert(adapter.substr(0, adapter.rfind(" (")));  // Its memory may differ from one machine to the next.
-    }
-    for (const std::string& name : names) {
-      ++adapters.counts[name];
-    }
-    adapters.sessions += names.empty() ? 0 : 1;
+Names adaptersOf(const TriagedSession& session) {
+  Names names;
+  for (const std::string& adapter : session.judgement.adapters) {
+    names.insert(adapter.substr(0, adapter.rfind(" (")));  // Its memory may differ from one machine to the next.
   }
-  return adapters;
+  return names;
+}
+
+Names kindsBefore(const TriagedSession& session) {
+  Names kinds;
+  for (const Before& fact : session.judgement.before) {
+    kinds.insert(fact.kind);
+  }
+  return kinds;
+}
+
+// In how many sessions of the group each name is.
+using Counts = std::map<std::string, std::size_t>;
+Counts countsOf(const Group& group, Names (*namesOf)(const TriagedSession& session)) {
+  Counts counts;
+  for (const TriagedSession* const session : group) {
+    for (const std::string& name : namesOf(*session)) {
+      ++counts[name];
+    }
+  }
+  return counts;
+}
+
+std::size_t withAdapters(const Group& group) {
+  return static_cast<std::size_t>(std::count_if(
+      group.begin(), group.end(), [](const auto* session) { return !session->judgement.adapters.empty(); }));
 }
 
 std::string percent(std::size_t part, std::size_t whole) {
@@ -106,7 +118,7 @@ void append(std::string& text, const std::string& separator, const std::string& 
 
 std::string versionsOf(const Group& group) {
   constexpr std::size_t versionsShown = 4;
-  std::set<std::string, std::greater<>> versions;
+  std::set<std::string, std::greater<>> versions;  // The newest first.
   for (const TriagedSession* const session : group) {
     versions.insert(session->judgement.evidence.text("canvixVersion"));
   }
@@ -121,31 +133,19 @@ std::string versionsOf(const Group& group) {
 
 // An adapter is named when ten sessions of the group have it, and its share there is twice that in all sessions:
 // below that, chance makes such differences in one group or another.
-std::string detailsOf(const Group& group, const Adapters& ofAll) {
+std::string detailsOf(const Group& group, const Group& all, const Counts& allAdapters) {
   constexpr std::size_t fewSessions = 10;
-  std::string text;
-  if (const std::string versions = versionsOf(group); !versions.empty()) {
-    text = "Canvix " + versions;
-  }
-  const Adapters adapters = adaptersOf(group);
-  for (const auto& [adapter, count] : adapters.counts) {
-    const std::size_t countOfAll = ofAll.counts.at(adapter);
-    if (count >= fewSessions && count * ofAll.sessions >= 2 * countOfAll * adapters.sessions) {
-      append(
-          text, "; ",
-          adapter + ": " + percent(count, adapters.sessions) + " (of all " + percent(countOfAll, ofAll.sessions) + ")");
+  const std::string versions = versionsOf(group);
+  std::string text = versions.empty() ? "" : "Canvix " + versions;
+  for (const auto& [adapter, count] : countsOf(group, adaptersOf)) {
+    const std::size_t whole = withAdapters(group);
+    const std::size_t countOfAll = allAdapters.at(adapter);
+    if (count >= fewSessions && count * withAdapters(all) >= 2 * countOfAll * whole) {
+      append(text, "; ",
+             adapter + ": " + percent(count, whole) + " (of all " + percent(countOfAll, withAdapters(all)) + ")");
     }
   }
-  Counts before;
-  for (const TriagedSession* const session : group) {
-    std::set<std::string> kinds;
-    for (const Before& fact : session->judgement.before) {
-      kinds.insert(fact.kind);
-    }
-    for (const std::string& kind : kinds) {
-      ++before[kind];
-    }
-  }
+  const Counts before = countsOf(group, kindsBefore);
   const auto most =
       std::max_element(before.begin(), before.end(), [](const auto& a, const auto& b) { return a.second < b.second; });
   if (most != before.end()) {
@@ -201,7 +201,7 @@ std::string triageText(const std::vector<TriagedSession>& sessions, std::size_t 
   std::vector<std::pair<std::string, Group>> groups(bySignature.begin(), bySignature.end());
   std::stable_sort(groups.begin(), groups.end(),
                    [](const auto& a, const auto& b) { return a.second.size() > b.second.size(); });
-  const Adapters adapters = adaptersOf(all);
+  const Counts adapters = countsOf(all, adaptersOf);
   std::string text = headline(all) + '\n';
   const auto line = [&](const std::string& whole) {
     constexpr std::size_t ellipsis = 1;
@@ -216,7 +216,7 @@ std::string triageText(const std::vector<TriagedSession>& sessions, std::size_t 
     const auto& [signature, group] = groups[i];
     line(rowOf(std::to_string(group.size()), percent(group.size(), all.size()), firstDay(group), lastDay(group),
                signature));
-    if (const std::string details = detailsOf(group, adapters); !details.empty()) {
+    if (const std::string details = detailsOf(group, all, adapters); !details.empty()) {
       line("          " + details);
     }
     text += "          " + group.back()->folder + '\n';  // Whole, to be copied.
