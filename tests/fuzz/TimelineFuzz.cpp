@@ -20,9 +20,15 @@ static void requireJsonLines(const std::string& text, std::size_t lines) {
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   using namespace sentiq;
-  std::istringstream in(std::string(data, data + size));
-  Progress progress(nullptr);
-  const LogSet logs = readLogs({{"-"}}, in, progress, Keep::RawLines);
+  const auto read = [&](Keep keep) {
+    std::istringstream in(std::string(data, data + size));
+    Progress progress(nullptr);
+    return readLogs({{"-"}}, in, progress, keep);
+  };
+  const LogSet logs = read(Keep::RawLines);
+  for (const Session& session : read(Keep::Judgement).sessions) {
+    require(!judge(session).outcome.empty());
+  }
 
   std::ostringstream text, json, table, records, page;
   TimelineOptions options;

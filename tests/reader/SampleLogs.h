@@ -13,14 +13,16 @@
 
 namespace sentiq {
 
-/// A folder of its own, gone at the end. File names and paths are UTF-8.
+/// A folder of its own, gone at the end. File names and paths are UTF-8; folders in them are made.
 class SampleFolder {
  public:
   std::string file(const std::string& name) const { return textFromPath(folder_ / pathFromText(name)); }
   std::string write(const std::string& name, const std::string& bytes,
                     std::ios::openmode mode = std::ios::trunc) const {
-    std::ofstream(folder_ / pathFromText(name), std::ios::binary | std::ios::out | mode) << bytes;
-    return file(name);
+    const std::filesystem::path path = folder_ / pathFromText(name);
+    std::filesystem::create_directories(path.parent_path());
+    std::ofstream(path, std::ios::binary | std::ios::out | mode) << bytes;
+    return textFromPath(path);
   }
 
  private:
@@ -55,8 +57,13 @@ inline std::string recordLine(const std::string& time, int freeDisk = 100) {
          R"(","totalDiskSpace":1000,"totalSwapMemory":60})";
 }
 
+/// @param before what stands before each of its lines.
+inline std::string header(const std::string& id, const std::string& processId, const std::string& before = "") {
+  return before + "OrbelSessionID: " + id + "\n" + before + "ProcessID: " + processId + "\n";
+}
+
 inline std::string sessionLog(const std::vector<std::string>& lines) {
-  std::string log = "OrbelSessionID: session-1\nProcessID: 4242\n";
+  std::string log = header("session-1", "4242");
   for (const std::string& line : lines) {
     log += encodedLine(line);
   }
@@ -65,8 +72,7 @@ inline std::string sessionLog(const std::vector<std::string>& lines) {
 
 /// A watchdog log of the same session.
 inline std::string watchdogLog(const std::string& lines) {
-  const std::string head = "2025-01-31T12:59:50.000+0100 [SYSTEM] [INFO]: ";
-  return head + "OrbelSessionID: session-1\n" + head + "ProcessID: 4242\n" + lines;
+  return header("session-1", "4242", "2025-01-31T12:59:50.000+0100 [SYSTEM] [INFO]: ") + lines;
 }
 
 /// Reads the texts as the files of one session.

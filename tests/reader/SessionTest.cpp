@@ -38,13 +38,12 @@ TEST(Summary, NamesGapsDamageAndWhatIsMissing) {
 }
 
 TEST(Sessions, AreTakenApartByTheirHeaders) {
-  const std::string other = "OrbelSessionID: session-2\nProcessID: 7\n";
   const std::string head = "2025-01-31T13:10:00.000+0100 [SYSTEM] [INFO]: ";
   const LogSet logs = readTexts(
-      {encodedLine(first) + sessionLog({first, exitLine}) + other + recordLine("2025-01-31T13:10:00.000+0100") + "\n",
+      {encodedLine(first) + sessionLog({first, exitLine}) + header("session-2", "7") +
+           recordLine("2025-01-31T13:10:00.000+0100") + "\n",
        watchdogLog(crash(during) + "\n"),
-       head + "OrbelSessionID: session-1\n" + head + "ProcessID: 7\n" + head + "Starting initial metric collection.\n" +
-           crash(during) + "\n"});
+       header("session-1", "7", head) + head + "Starting initial metric collection.\n" + crash(during) + "\n"});
   std::vector<std::string> seen;
   for (const Session& session : logs.sessions) {
     const Summary summary = summarize(logs, session);

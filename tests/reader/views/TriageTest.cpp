@@ -11,14 +11,11 @@ namespace {
 
 const std::string watch = "2025-01-31T13:05:00.000+0100 [SYSTEM] [INFO]: ";
 
-std::string headerOf(const std::string& id, const std::string& pid) {
-  return watch + "OrbelSessionID: " + id + "\n" + watch + "ProcessID: " + pid + "\n";
-}
-
 std::string recordsOf(const std::string& id, const std::string& adapter) {
   std::string record = recordLine("2025-01-31T13:00:00.000+0100");
   record.insert(1, R"("gpuInfo":[{"gpuName":")" + adapter + R"(","gpuMemoryUsage":8}],)");
-  return "OrbelSessionID: " + id + "\nProcessID: 4242\n" + record + "\n";
+  return header(id, "4242") + recordLine("2025-01-31T12:59:40.000+0100") + "\n" +
+         recordLine("2025-01-31T12:59:50.000+0100", 70) + "\n" + record + "\n";
 }
 
 struct Triaged {
@@ -35,10 +32,6 @@ Triaged triage(const std::string& folder, bool json = false, bool stopped = fals
   return {code, out.str(), messages.str()};
 }
 
-void makeFolder(const SampleFolder& folder, const std::string& name) {
-  std::filesystem::create_directories(pathFromText(folder.file(name)));
-}
-
 TEST(Triage, GroupsSessionsOfAllFoldersByWhatEndedThem) {
   const SampleFolder folder;
   const std::string crash = eventLine("Application Error", 1000, "2025-01-31T12:00:02Z",
@@ -46,16 +39,14 @@ TEST(Triage, GroupsSessionsOfAllFoldersByWhatEndedThem) {
   for (int i = 0; i < 40; ++i) {
     const std::string id = "session-" + std::to_string(i);
     const std::string place = std::to_string(i % 4) + "/" + id;
-    makeFolder(folder, place);
     const bool crashed = i % 4 == 0;
     folder.write(place + "/a.log", recordsOf(id, crashed ? "Rare" : "Usual"));
-    folder.write(place + "/b.log", headerOf(id, "4242") + (crashed ? crash + "\n" : ""));
+    folder.write(place + "/b.log", header(id, "4242", watch) + (crashed ? crash + "\n" : ""));
     folder.write(place + "/other.log", "nothing of ours\n");
   }
   // That one session lost power, only the log of the next one tells, in a folder of its own.
-  makeFolder(folder, "next");
   folder.write("next/initial.log",
-               headerOf("session-1", "7") + watch + "Starting initial metric collection.\n" +
+               header("session-1", "7", watch) + watch + "Starting initial metric collection.\n" +
                    eventLine("Microsoft-Windows-Kernel-Power", 41, "2025-01-31T12:30:00Z", {"0"}, "System") + "\n");
   const Triaged table = triage(folder.file(""));
   EXPECT_EQ(table.exitCode, exitGood) << table.messages;
@@ -66,7 +57,8 @@ TEST(Triage, GroupsSessionsOfAllFoldersByWhatEndedThem) {
             HasSubstr("and 1 more groups"), Not(HasSubstr("Usual"))));
   const std::string objects = triage(folder.file(""), /*json=*/true).out;
   EXPECT_THAT(objects, HasSubstr(R"("id":"session-1","processId":"4242","begin":"2025-01-31T)"));
-  EXPECT_THAT(objects, AllOf(HasSubstr(R"("outcome":"power-loss")"), HasSubstr(R"("module":"gfx.dll")")));
+  EXPECT_THAT(objects, AllOf(HasSubstr(R"("outcome":"power-loss")"), HasSubstr(R"("module":"gfx.dll")"),
+                             HasSubstr(R"("lowestDiskMiB":70)")));
 }
 
 TEST(Triage, SaysWhatItCouldNotRead) {
