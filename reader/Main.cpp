@@ -15,7 +15,7 @@
 #include "reader/console/Console.h"
 #include "reader/input/Progress.h"
 #include "reader/session/LogSet.h"
-#include "reader/views/DecodeCommand.h"
+#include "reader/views/Decode.h"
 #include "reader/views/HtmlReport.h"
 #include "reader/views/MetricsTable.h"
 #include "reader/views/Summary.h"
