@@ -32,96 +32,87 @@ constexpr std::string_view kernelPower = "Microsoft-Windows-Kernel-Power";
 constexpr std::string_view kernelGeneral = "Microsoft-Windows-Kernel-General";
 constexpr std::string_view errorReporting = "Windows Error Reporting";
 
+using enum Meaning;
+using enum Severity;
 constexpr EventRow eventRows[] = {
-    EventRow{1000, Meaning::Crash, Severity::Error, "Application Error",
+    EventRow{1000, Crash, Error, "Application Error",
              "{AppName} {AppVersion} crashed in {ModuleName} {ModuleVersion}: exception {ExceptionCode:exception} at "
              "offset {FaultingOffset:hex}"},
-    EventRow{1002, Meaning::Hang, Severity::Error, "Application Hang",
+    EventRow{1002, Hang, Error, "Application Hang",
              "{AppName} {AppVersion} stopped responding and was closed{: |HangType}"},
-    EventRow{1001, Meaning::Other, Severity::Notice, errorReporting,
-             "Error report {EventName}, sent again: {AppName} {AppVersion}", "Rechecking"},
-    EventRow{1001, Meaning::Crash, Severity::Error, errorReporting,
+    EventRow{1001, Other, Notice, errorReporting, "Error report {EventName}, sent again: {AppName} {AppVersion}",
+             "Rechecking"},
+    EventRow{1001, Crash, Error, errorReporting,
              "Error report {EventName}: {AppName} {AppVersion} crashed{ in |ModuleName}{ |ModuleVersion}"
              "{: exception |ExceptionCode:exception}{ at offset |FaultingOffset:hex}",
              "EventName=APPCRASH|BEX|CLR20r3|InPageError|MoAppCrash|MoBEX"},
-    EventRow{1001, Meaning::Recovered, Severity::Notice, errorReporting,
+    EventRow{1001, Recovered, Notice, errorReporting,
              "Error report {EventName}: {AppName} {AppVersion} did not respond for a while and recovered",
              "EventName=AppHangTransient|MoAppHangTransient"},
-    EventRow{1001, Meaning::Hang, Severity::Error, errorReporting,
-             "Error report {EventName}: {AppName} {AppVersion} stopped responding", "EventName=AppHang|MoAppHang"},
-    EventRow{1001, Meaning::Leak, Severity::Notice, errorReporting,
+    EventRow{1001, Hang, Error, errorReporting, "Error report {EventName}: {AppName} {AppVersion} stopped responding",
+             "EventName=AppHang|MoAppHang"},
+    EventRow{1001, Leak, Notice, errorReporting,
              "Error report {EventName}: {AppName} {AppVersion} uses more and more memory", "EventName=RADAR_PRE_LEAK"},
-    EventRow{1001, Meaning::SystemCrash, Severity::Error, errorReporting,
+    EventRow{1001, SystemCrash, Error, errorReporting,
              "The machine crashed with the blue screen {P1:stop}, says its error report", "EventName=BlueScreen"},
-    EventRow{1001, Meaning::Hardware, Severity::Warning, errorReporting,
-             "Error report {EventName}: the kernel met {P1:stop} and went on", "EventName=LiveKernelEvent"},
-    EventRow{1001, Meaning::Other, Severity::Notice, errorReporting,
-             "Error report {EventName}: {P1} {P2}{, |P4}{, |P7}{ |P8}"},
-    EventRow{1001, Meaning::SystemCrash, Severity::Error, "Microsoft-Windows-WER-SystemErrorReporting|BugCheck",
+    EventRow{1001, Hardware, Warning, errorReporting, "Error report {EventName}: the kernel met {P1:stop} and went on",
+             "EventName=LiveKernelEvent"},
+    EventRow{1001, Other, Notice, errorReporting, "Error report {EventName}: {P1} {P2}{, |P4}{, |P7}{ |P8}"},
+    EventRow{1001, SystemCrash, Error, "Microsoft-Windows-WER-SystemErrorReporting|BugCheck",
              "The machine crashed with the blue screen {param1:stop}{, dump |param2}"},
-    EventRow{41, Meaning::SystemCrash, Severity::Error, kernelPower,
+    EventRow{41, SystemCrash, Error, kernelPower,
              "The machine crashed with the blue screen {BugcheckCode:decimal stop}", "BugcheckCode"},
-    EventRow{41, Meaning::PowerLoss, Severity::Error, kernelPower, "The machine lost power during sleep",
+    EventRow{41, PowerLoss, Error, kernelPower, "The machine lost power during sleep",
              "SleepInProgress|ConnectedStandbyInProgress"},
-    EventRow{41, Meaning::PowerLoss, Severity::Error, kernelPower,
-             "The power button was held until the machine went off",
+    EventRow{41, PowerLoss, Error, kernelPower, "The power button was held until the machine went off",
              "PowerButtonTimestamp|LongPowerButtonPressDetected"},
-    EventRow{41, Meaning::PowerLoss, Severity::Error, kernelPower,
+    EventRow{41, PowerLoss, Error, kernelPower,
              "The machine lost power or froze, and restarted without shutting down first"},
-    EventRow{6008, Meaning::PowerLoss, Severity::Error, "EventLog", "The shutdown at {Time} on {Date} was unexpected"},
-    EventRow{1074, Meaning::ShutdownBegun, Severity::Warning, "User32",
-             "{param1} began a {param5} for {param7}: {param3}{, |param6}"},
-    EventRow{109, Meaning::ShutdownDone, Severity::Notice, kernelPower,
+    EventRow{6008, PowerLoss, Error, "EventLog", "The shutdown at {Time} on {Date} was unexpected"},
+    EventRow{1074, ShutdownBegun, Warning, "User32", "{param1} began a {param5} for {param7}: {param3}{, |param6}"},
+    EventRow{109, ShutdownDone, Notice, kernelPower,
              "The kernel began to {ShutdownActionType:action}{: |ShutdownReason:reason}"},
-    EventRow{6006, Meaning::ShutdownDone, Severity::Notice, "EventLog", "The event log stopped: a clean shutdown"},
-    EventRow{13, Meaning::ShutdownDone, Severity::Notice, kernelGeneral, "Windows shut down at {StopTime}"},
-    EventRow{6005, Meaning::Boot, Severity::Notice, "EventLog", "The event log started: Windows came up"},
-    EventRow{12, Meaning::Boot, Severity::Notice, kernelGeneral, "Windows started at {StartTime}"},
-    EventRow{1, Meaning::Clock, Severity::Info, kernelGeneral, "The clock was set from {OldTime} to {NewTime}"},
-    EventRow{42, Meaning::Sleep, Severity::Notice, kernelPower, "The machine hibernates{: |Reason:reason}",
-             "EffectiveState=5"},
-    EventRow{42, Meaning::Sleep, Severity::Notice, kernelPower, "The machine goes to sleep{: |Reason:reason}"},
-    EventRow{107, Meaning::Resume, Severity::Notice, kernelPower, "The machine has resumed from sleep"},
-    EventRow{1, Meaning::Resume, Severity::Notice, "Microsoft-Windows-Power-Troubleshooter",
+    EventRow{6006, ShutdownDone, Notice, "EventLog", "The event log stopped: a clean shutdown"},
+    EventRow{13, ShutdownDone, Notice, kernelGeneral, "Windows shut down at {StopTime}"},
+    EventRow{6005, Boot, Notice, "EventLog", "The event log started: Windows came up"},
+    EventRow{12, Boot, Notice, kernelGeneral, "Windows started at {StartTime}"},
+    EventRow{1, Clock, Info, kernelGeneral, "The clock was set from {OldTime} to {NewTime}"},
+    EventRow{42, Sleep, Notice, kernelPower, "The machine hibernates{: |Reason:reason}", "EffectiveState=5"},
+    EventRow{42, Sleep, Notice, kernelPower, "The machine goes to sleep{: |Reason:reason}"},
+    EventRow{107, Resume, Notice, kernelPower, "The machine has resumed from sleep"},
+    EventRow{1, Resume, Notice, "Microsoft-Windows-Power-Troubleshooter",
              "The machine slept from {SleepTime} to {WakeTime}{, woken by |WakeSourceText}"},
-    EventRow{506, Meaning::Standby, Severity::Notice, kernelPower, "Modern standby began{: |Reason:standby}"},
-    EventRow{507, Meaning::Standby, Severity::Notice, kernelPower, "Modern standby ended{: |Reason:standby}"},
-    EventRow{105, Meaning::Battery, Severity::Notice, kernelPower, "The machine ran on its battery", "AcOnline=false"},
-    EventRow{105, Meaning::Other, Severity::Notice, kernelPower, "The machine runs on mains", "AcOnline=true"},
-    EventRow{4101, Meaning::Display, Severity::Warning, "Display",
-             "The display driver {Driver} stopped responding and was restarted"},
-    EventRow{0, Meaning::Display, Severity::Warning,
-             "nvlddmkm|amdkmdag|amdwddmg|amduw23*|atikmdag|igfx*|igdkmd*|dxgkrnl", "The graphics driver reported: {*}"},
-    EventRow{2004, Meaning::Memory, Severity::Warning, "Microsoft-Windows-Resource-Exhaustion-Detector",
+    EventRow{506, Standby, Notice, kernelPower, "Modern standby began{: |Reason:standby}"},
+    EventRow{507, Standby, Notice, kernelPower, "Modern standby ended{: |Reason:standby}"},
+    EventRow{105, Battery, Notice, kernelPower, "The machine ran on its battery", "AcOnline=false"},
+    EventRow{105, Other, Notice, kernelPower, "The machine runs on mains", "AcOnline=true"},
+    EventRow{4101, Display, Warning, "Display", "The display driver {Driver} stopped responding and was restarted"},
+    EventRow{0, Display, Warning, "nvlddmkm|amdkmdag|amdwddmg|amduw23*|atikmdag|igfx*|igdkmd*|dxgkrnl",
+             "The graphics driver reported: {*}"},
+    EventRow{2004, Memory, Warning, "Microsoft-Windows-Resource-Exhaustion-Detector",
              "The machine ran low on virtual memory{; used most by |ProcessInfo.Process_1.Name}"
              "{ |ProcessInfo.Process_1.CommitCharge:size}{, |ProcessInfo.Process_2.Name}"
              "{ |ProcessInfo.Process_2.CommitCharge:size}{, |ProcessInfo.Process_3.Name}"
              "{ |ProcessInfo.Process_3.CommitCharge:size}"},
-    EventRow{7, Meaning::Disk, Severity::Warning, "disk", "A disk has a bad block: {*}"},
-    EventRow{11, Meaning::Disk, Severity::Warning, "disk", "A disk's controller reported an error: {*}"},
-    EventRow{51, Meaning::Disk, Severity::Warning, "disk", "An error came up while paging to a disk: {*}"},
-    EventRow{153, Meaning::Disk, Severity::Warning, "disk", "A disk operation was tried again: {*}"},
-    EventRow{129, Meaning::Disk, Severity::Warning, "stornvme|storahci|iaStor*|stor*",
-             "A disk did not answer and was reset: {*}"},
-    EventRow{0, Meaning::Disk, Severity::Warning, "disk|stornvme|storahci|iaStor*|Ntfs|Microsoft-Windows-Ntfs|volmgr",
+    EventRow{7, Disk, Warning, "disk", "A disk has a bad block: {*}"},
+    EventRow{11, Disk, Warning, "disk", "A disk's controller reported an error: {*}"},
+    EventRow{51, Disk, Warning, "disk", "An error came up while paging to a disk: {*}"},
+    EventRow{153, Disk, Warning, "disk", "A disk operation was tried again: {*}"},
+    EventRow{129, Disk, Warning, "stornvme|storahci|iaStor*|stor*", "A disk did not answer and was reset: {*}"},
+    EventRow{0, Disk, Warning, "disk|stornvme|storahci|iaStor*|Ntfs|Microsoft-Windows-Ntfs|volmgr",
              "A disk or its file system reported: {*}"},
-    EventRow{0, Meaning::Hardware, Severity::Warning, "Microsoft-Windows-WHEA-Logger",
-             "The hardware reported an error: {*}"},
+    EventRow{0, Hardware, Warning, "Microsoft-Windows-WHEA-Logger", "The hardware reported an error: {*}"},
 };
 
 // Calls until one says yes for the parts between bars.
 template <typename Check>
 bool anyPart(std::string_view parts, const Check& check) {
-  for (;;) {
-    const std::size_t bar = parts.find('|');
+  for (std::size_t bar = 0; (bar = parts.find('|')) != std::string_view::npos; parts.remove_prefix(bar + 1)) {
     if (check(parts.substr(0, bar))) {
       return true;
     }
-    if (bar == std::string_view::npos) {
-      return false;
-    }
-    parts.remove_prefix(bar + 1);
   }
+  return check(parts);
 }
 
 bool mayFit(const EventRow& row, const EventHead& event) {

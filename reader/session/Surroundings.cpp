@@ -5,10 +5,8 @@
 #include <cstddef>
 #include <cstdint>
 #include <iterator>
-#include <optional>
-#include <string>
 #include <string_view>
-#include <vector>
+#include <utility>
 
 namespace sentiq {
 namespace {
@@ -28,33 +26,29 @@ constexpr BeforeRow beforeRows[] = {
 
 constexpr std::chrono::minutes shortlyBefore{10};
 
-std::string fullText(const char* what, std::int64_t free, std::int64_t total, std::int64_t leastMib) {
-  const bool full = free < std::max(total / 100, std::min(leastMib, total / 10));
-  return full ? std::string(what) + " nearly full: " + std::to_string(free) + " of " + std::to_string(total) +
-                    " MiB free"
-              : std::string{};
-}
-
 // What the last record says, and which it is.
 void addFromRecords(const Session& session, Instant until, std::vector<Before>& before) {
-  for (std::size_t i = session.entries.size(); i-- > 0;) {
-    const LogEntry& entry = session.entries[i];
-    if (!entry.metric || !entry.time || *entry.time > until || until - *entry.time > shortlyBefore) {
-      continue;
-    }
-    const MetricSample& record = session.metrics[*entry.metric];
-    constexpr int nearlyEmpty = 5;
-    const std::string battery = record.battery.value_or(100) <= nearlyEmpty
-                                    ? "the battery was at " + std::to_string(*record.battery) + " %"
-                                    : std::string{};
-    for (const std::string& text : {fullText("the disk was", record.freeDisk, record.totalDisk, 1024),
-                                    fullText("the page file was", record.freeSwap, record.totalSwap, 512), battery}) {
-      if (!text.empty()) {
-        before.push_back(
-            {text == battery ? "battery" : "full", *entry.time, entry.offset, until - *entry.time, text, i});
-      }
-    }
+  const auto entry = std::find_if(session.entries.rbegin(), session.entries.rend(), [&](const LogEntry& e) {
+    return e.metric && e.time && *e.time <= until && until - *e.time <= shortlyBefore;
+  });
+  if (entry == session.entries.rend()) {
     return;
+  }
+  const MetricSample& record = session.metrics[*entry->metric];
+  const auto add = [&](const char* kind, std::string text) {
+    const auto index = static_cast<std::size_t>(session.entries.rend() - entry) - 1;
+    before.push_back({kind, *entry->time, entry->offset, until - *entry->time, std::move(text), index});
+  };
+  const auto addIfFull = [&](const char* what, std::int64_t free, std::int64_t total, std::int64_t leastMib) {
+    if (free < std::max(total / 100, std::min(leastMib, total / 10))) {
+      add("full", what + std::to_string(free) + " of " + std::to_string(total) + " MiB free");
+    }
+  };
+  addIfFull("the disk was nearly full: ", record.freeDisk, record.totalDisk, 1024);
+  addIfFull("the page file was nearly full: ", record.freeSwap, record.totalSwap, 512);
+  constexpr int nearlyEmpty = 5;
+  if (record.battery.value_or(100) <= nearlyEmpty) {
+    add("battery", "the battery was at " + std::to_string(*record.battery) + " %");
   }
 }
 
@@ -66,22 +60,18 @@ bool isClose(Instant a, Instant b) {
 // The system tells each program at once how its display is, and standby events tell of standby themselves.
 std::size_t displayChanges(const Session& session, const SessionSpan& span) {
   constexpr std::chrono::seconds atStart{15};
-  std::optional<Instant> first;  // Line of the watchdog log.
-  std::size_t changes = 0;
-  for (const LogEntry& entry : session.entries) {
-    if (!entry.time || entry.event || entry.role != LogRole::Watchdog) {
-      continue;
-    }
-    first = first.value_or(*entry.time);
-    const bool change =
-        entry.meaning == Meaning::Standby && span.contains(*entry.time) && *entry.time - *first > atStart;
-    const bool told =
-        change && std::any_of(session.entries.begin(), session.entries.end(), [&](const LogEntry& other) {
-          return other.meaning == Meaning::Standby && other.event && other.time && isClose(*other.time, *entry.time);
-        });
-    changes += change && !told ? 1 : 0;
-  }
-  return changes;
+  const std::vector<LogEntry>& entries = session.entries;
+  const auto isLine = [](const LogEntry& entry) {
+    return entry.time && !entry.event && entry.role == LogRole::Watchdog;
+  };
+  const auto first = std::find_if(entries.begin(), entries.end(), isLine);
+  return static_cast<std::size_t>(std::count_if(first, entries.end(), [&](const LogEntry& entry) {
+    return isLine(entry) && entry.meaning == Meaning::Standby && span.contains(*entry.time) &&
+           *entry.time - *first->time > atStart &&
+           std::none_of(entries.begin(), entries.end(), [&](const LogEntry& other) {
+             return other.event && other.meaning == Meaning::Standby && other.time && isClose(*other.time, *entry.time);
+           });
+  }));
 }
 
 }  // namespace
@@ -163,16 +153,15 @@ std::vector<Statement> machineStatements(const Session& session, const SessionSp
   std::vector<Statement> statements;
   const auto state = [&](const char* what, std::size_t times) {
     if (times > 0) {
-      statements.push_back(
-          {Severity::Notice, std::string(what) + std::to_string(times) + (times == 1 ? " time" : " times")});
+      statements.push_back({Severity::Notice, what + std::to_string(times) + (times == 1 ? " time" : " times")});
     }
   };
+  const auto standbys = std::count_if(session.entries.begin(), session.entries.end(), [&](const LogEntry& entry) {
+    return entry.meaning == Meaning::Standby && entry.event && session.events[*entry.event].id == 506 && entry.time &&
+           span.contains(*entry.time);
+  });
   state("The machine slept ", sleepsOf(session, span).size());
-  state("Modern standby began ", static_cast<std::size_t>(std::count_if(
-                                     session.entries.begin(), session.entries.end(), [&](const LogEntry& entry) {
-                                       return entry.meaning == Meaning::Standby && entry.event && entry.time &&
-                                              span.contains(*entry.time) && session.events[*entry.event].id == 506;
-                                     })));
+  state("Modern standby began ", static_cast<std::size_t>(standbys));
   state("The display went on or off, or standby began or ended, ", displayChanges(session, span));
   for (std::size_t i = 0; i < session.entries.size(); ++i) {
     constexpr std::chrono::seconds worthALine{10};
