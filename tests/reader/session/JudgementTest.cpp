@@ -18,22 +18,22 @@ std::string utc(const std::string& time) {
 }
 
 std::string crash(const std::string& time, const std::string& pid = "1092", const std::string& created = "",
-                  const std::string& program = "Canvix.exe", const std::string& id = "r-1") {
+                  const std::string& program = "Canvix.exe") {
   return eventLine(
       "Application Error", 1000, utc(time),
-      {program, "29.5", "1", "gfx.dll", "3.1", "2", "c0000374", "00000000000a1b2", pid, created, "", "", id});
+      {program, "29.5", "1", "gfx.dll", "3.1", "2", "c0000374", "00000000000a1b2", pid, created, "", "", "r-1"});
 }
 
-std::string hang(const std::string& time, const Data& data = {"CANVIX.EXE", "29.5", "1092"}) {
-  return eventLine("application hang", 1002, utc(time), data);
+std::string hang(const std::string& time, const std::string& kind = "") {
+  return eventLine("application hang", 1002, utc(time), {"CANVIX.EXE", "29.5", "1092", "", "", "", "", "", "", kind});
 }
 
 std::string report(const std::string& time, const std::string& kind, const std::string& program = "Canvix.exe",
-                   const std::string& id = "r-1", const std::string& rechecking = "0") {
+                   const std::string& rechecking = "0") {
   return eventLine("Windows Error Reporting", 1001, utc(time),
                    {"",           "0",   kind,       "",         "0",    program, "29.5", "1",
-                    "Canvix.exe", "3.1", "2",        "c0000005", "a1b2", "",      "",     "\nC:\\a.tmp.dmp\nC:\\b.xml",
-                    "C:\\Report", "",    rechecking, id,         "4",    "hash"});
+                    "gfx.dll",    "3.1", "2",        "c0000005", "a1b2", "",      "",     "\nC:\\a.tmp.dmp\nC:\\b.xml",
+                    "C:\\Report", "",    rechecking, "r-1",      "4",    "hash"});
 }
 
 std::string restarted(const std::string& time, const Data& data = {"BugcheckCode=0", "SleepInProgress=0"}) {
@@ -78,85 +78,76 @@ TEST(Judgement, SaysHowASessionEnded) {
   copiedAtExit.replace(copiedAtExit.find("13:05:00"), 8, "13:00:06");
   const Data button{"BugcheckCode=0", "PowerButtonTimestamp=134278556317579862"};
   const Data asleep{"BugcheckCode=0", "ConnectedStandbyInProgress=true"};
-  const struct {
+  const std::string dumped =
+      eventLine("BugCheck", 1001, utc("12:30:09"), {"0x0000003b (0x1, 0x2)", "C:\\M.DMP"}, "System");
+  struct Case {
     Data watchdog;
-    bool exited;
     const char* outcome;
     const char* words;       // In the first line.
     const char* other = "";  // In another.
-  } cases[]{
-      // Whose crash, and when.
-      {{crash("12:00:02")},
-       true,
-       "crashed",
-       "at 2025-01-31 13:00:02.000: module gfx.dll 3.1, exception 0xc0000374 (heap corruption), offset 0xa1b2"},
-      {{crash("12:02:00", "0x1092")}, true, "crashed", "13:02:00"},
-      {{crash("12:00:02", "1092", "01db73c6e3cad000")}, true, "ended", "normally", "Another Canvix, process 4242"},
-      {{crash("11:00:00")}, true, "ended", "normally", "Before this session: Canvix.exe 29.5 crashed"},
-      {{crash("12:00:02", "1")}, true, "ended", "normally", "Another Canvix, process 1, crashed"},
-      {{crash("12:00:02", "1092", "", "Other.exe")}, true, "ended", "normally"},
-      {{hang("11:59:50"), crash("12:00:02"), shutdown("12:00:01")},
-       true,
-       "crashed",
-       "gfx.dll",
-       "CANVIX.EXE 29.5 stopped"},
-      {{crash("12:00:02"), shutdown("12:00:01")}, true, "crashed", "gfx.dll", "About then a shutdown or restart"},
-      {{hang("12:00:02", {"Canvix.exe", "29.5", "1092", "", "", "", "", "", "", "Cross-thread"})},
-       true,
-       "hung",
-       "closed at 2025-01-31 13:00:02.000: Cross-thread"},
-      // A report alone, or of something else.
-      {{report("12:00:06", "APPCRASH")}, true, "crashed", "exception 0xc0000005 (access violation), offset 0xa1b2"},
-      {{report("12:00:06", "BEX64")}, true, "crashed", "exception 0xa1b2, offset 0xc0000005"},
-      {{report("12:00:06", "AppHangXProcB1")}, true, "hung", "Cross-process"},
-      {{report("12:00:02", "AppHangTransient"), copied}, true, "ended", "normally", "for a while and recovered"},
-      {{report("12:00:02", "RADAR_PRE_LEAK_64"), copied}, true, "ended", "normally"},
-      {{report("12:00:06", "APPCRASH", "Other.exe"), copied}, true, "ended", "normally"},
-      {{report("12:00:06", "APPCRASH", "Canvix.exe", "r-1", "1"), copied}, true, "ended", "normally"},
-      {{report("11:00:00", "APPCRASH"), report("12:00:06", "APPCRASH")}, true, "ended", "normally"},
-      {{crash("11:00:00"), report("12:00:06", "APPCRASH")}, true, "ended", "normally"},
-      {{crash("12:00:01", "1"), report("12:00:06", "APPCRASH")}, true, "ended", "normally", "process 1"},
-      // The end of Canvix and of the machine.
-      {{copiedAtExit}, true, "ended", "whether normally is unknown"},
-      {{shutdown("12:00:01")}, true, "shutdown", "a.exe began a restart for me: Planned"},
-      {{shutdown("12:00:09")}, true, "shutdown", "began a restart"},
-      {{stopped("12:00:15")}, true, "shutdown", "a clean shutdown"},
-      {{shutdown("12:01:00"), stopped("12:01:05"), copied}, true, "ended", "normally", "Later, 55 s after"},
-      {{shutdown("12:00:03"), restarted("12:30:00")}, false, "power-loss", "lost power or froze"},
-      {{shutdown("12:00:03"), stopped("12:00:09"), restarted("12:30:00")}, false, "shutdown", "began a restart"},
-      {{shutdown("15:00:00")}, false, "unknown", "the logs stop while Canvix runs", "Later, 3 h 0 min"},
-      {{restarted("12:30:00", button)}, false, "power-loss", "power button was held"},
-      {{restarted("20:00:00")}, false, "unknown", "the logs stop", "Later, 8 h 0 min"},
-      {{restarted("20:00:00"), unexpected("20:00:05", "12:55:04 PM", "\u200E1/\u200E31/\u200E2025")},
-       false,
-       "power-loss",
-       "lost power or froze"},
-      {{restarted("12:30:00"), unexpected("12:30:05", "13:25:04", "31.01.2025")}, false, "unknown", "the logs stop"},
-      {{restarted("11:00:00")}, false, "unknown", "the logs stop", "Before this session: the machine lost power"},
-      {{restarted("20:00:00", asleep)}, false, "power-loss", "lost power during sleep"},
-      {{restarted("12:30:00"), unexpected("12:30:05", "x", ""), restarted("12:30:01", {"BugcheckCode=313"})},
-       false,
-       "bluescreen",
-       "0x139 KERNEL_SECURITY_CHECK_FAILURE"},
-      {{restarted("12:30:00"),
-        eventLine("BugCheck", 1001, utc("12:30:09"), {"0x0000003b (0x1, 0x2)", "C:\\M.DMP"}, "System")},
-       false,
-       "bluescreen",
-       "0x3b SYSTEM_SERVICE_EXCEPTION, dump C:\\M.DMP"},
-      {{eventLine("Windows Error Reporting", 1001, utc("12:30:00"), {"", "0", "BlueScreen", "", "0", "50"})},
-       false,
-       "bluescreen",
-       "0x50 PAGE_FAULT_IN_NONPAGED_AREA"},
-      {{marker("13:00:01", "System Will Sleep")}, false, "asleep", "went to sleep at 2025-01-31 13:00:01.000"},
-      {{marker("12:59:55", "System Will Sleep"), marker("13:00:01", "System Resume")}, false, "unknown", "logs stop"},
   };
-  for (const auto& c : cases) {
-    const LogSet logs = logsOf(c.watchdog, session(c.exited));
-    ASSERT_EQ(logs.sessions.size(), 1);
-    EXPECT_EQ(judge(logs.sessions.front()).outcome, c.outcome) << summaryText(logs, /*colour=*/false);
-    const std::string text = summaryText(logs, /*colour=*/false);
-    EXPECT_THAT(text.substr(0, text.find('\n')), HasSubstr(c.words));
-    EXPECT_THAT(text, HasSubstr(c.other));
+  const std::vector<Case> exited{
+      // Whose crash, and when.
+      {{crash("12:00:02")}, "crashed", "module gfx.dll 3.1, exception 0xc0000374 (heap corruption), offset 0xa1b2"},
+      {{crash("12:02:00", "0x1092")}, "crashed", "13:02:00"},
+      {{crash("12:00:02", "1092", "01db73c6e3cad000")}, "ended", "normally", "Another Canvix, process 4242"},
+      {{crash("11:00:00")}, "ended", "normally", "Before this session: Canvix.exe 29.5 crashed"},
+      {{crash("12:00:02", "1")}, "ended", "normally", "Another Canvix, process 1, crashed"},
+      {{crash("12:00:02", "1092", "", "Other.exe")}, "ended", "normally"},
+      {{hang("11:59:50"), crash("12:00:02"), shutdown("12:00:01")}, "crashed", "gfx.dll", "CANVIX.EXE 29.5 stopped"},
+      {{crash("12:00:02"), shutdown("12:00:01")}, "crashed", "gfx.dll", "About then a shutdown or restart"},
+      {{hang("12:00:02", "Cross-thread")}, "hung", "closed at 2025-01-31 13:00:02.000: Cross-thread"},
+      {{crash("12:00:01"), hang("12:00:02")}, "crashed", "gfx.dll", "It also stopped responding"},
+      // A report alone, or of something else.
+      {{report("12:00:06", "APPCRASH")}, "crashed", "exception 0xc0000005 (access violation), offset 0xa1b2"},
+      {{report("12:00:06", "BEX64")}, "crashed", "exception 0xa1b2, offset 0xc0000005"},
+      {{report("12:00:06", "MoAppCrash", "Canvix_1")}, "crashed", "module 3.1 2, exception 0xa1b2, offset unknown"},
+      {{report("12:00:06", "AppHangXProcB1")}, "hung", "Cross-process"},
+      {{report("12:00:02", "AppHangTransient"), copied}, "ended", "normally", "for a while and recovered"},
+      {{report("12:00:02", "RADAR_PRE_LEAK_64"), copied}, "ended", "normally", "more and more memory"},
+      {{report("12:00:06", "APPCRASH", "Other.exe"), copied}, "ended", "normally"},
+      {{report("12:00:06", "APPCRASH", "Canvix.exe", "1"), copied}, "ended", "normally"},
+      {{report("11:00:00", "APPCRASH"), report("12:00:06", "APPCRASH")}, "ended", "normally"},
+      {{crash("11:00:00"), report("12:00:06", "APPCRASH")}, "ended", "normally"},
+      {{crash("12:00:01", "1"), report("12:00:06", "APPCRASH")}, "ended", "normally", "process 1"},
+      // The end of Canvix and of the machine.
+      {{copiedAtExit}, "ended", "whether normally is unknown"},
+      {{shutdown("12:00:01")}, "shutdown", "a.exe began a restart for me: Planned"},
+      {{shutdown("12:00:09")}, "shutdown", "began a restart"},
+      {{stopped("12:00:15")}, "shutdown", "a clean shutdown"},
+      {{shutdown("12:00:20"), stopped("12:00:25"), copied}, "ended", "normally", "Later, 15 s after"},
+      {{shutdown("12:01:00"), stopped("12:01:05"), copied}, "ended", "normally", "Later, 55 s after"},
+  };
+  const std::vector<Case> running{
+      {{shutdown("12:00:03"), restarted("12:30:00")}, "power-loss", "lost power or froze"},
+      {{shutdown("12:00:03"), stopped("12:00:09"), restarted("12:30:00")}, "shutdown", "began a restart"},
+      {{shutdown("15:00:00")}, "unknown", "the logs stop while Canvix runs", "Later, 3 h 0 min"},
+      {{restarted("12:30:00", button)}, "power-loss", "power button was held"},
+      {{restarted("20:00:00")}, "unknown", "the logs stop", "Later, 8 h 0 min"},
+      {{restarted("20:00:00"), unexpected("20:00:05", "12:55:04 PM", "\u200E1/31/\u200E2025")},
+       "power-loss",
+       "lost power"},
+      {{restarted("20:00:00"), unexpected("20:00:05", "01.02.03", "25-01-31")}, "power-loss", "lost power or froze"},
+      {{restarted("12:30:00"), unexpected("12:30:05", "13:25:04", "31.01.2025")}, "unknown", "the logs stop"},
+      {{restarted("11:00:00")}, "unknown", "the logs stop", "Before this session: the machine lost power"},
+      {{restarted("20:00:00", asleep)}, "power-loss", "lost power during sleep"},
+      {{unexpected("12:30:05", "x", ""), restarted("12:30:01", {"BugcheckCode=313"})},
+       "bluescreen",
+       "0x139 KERNEL_SEC"},
+      {{restarted("12:30:00"), dumped}, "bluescreen", "0x3b SYSTEM_SERVICE_EXCEPTION, dump C:\\M.DMP"},
+      {{report("12:30:00", "BlueScreen", "50")}, "bluescreen", "0x50 PAGE_FAULT_IN_NONPAGED_AREA"},
+      {{marker("13:00:01", "System Will Sleep")}, "asleep", "went to sleep at 2025-01-31 13:00:01.000"},
+      {{marker("12:59:55", "System Will Sleep"), marker("13:00:01", "System Resume")}, "unknown", "logs stop"},
+  };
+  for (const auto* const cases : {&exited, &running}) {
+    for (const Case& c : *cases) {
+      const LogSet logs = logsOf(c.watchdog, session(cases == &exited));
+      ASSERT_EQ(logs.sessions.size(), 1);
+      const std::string text = summaryText(logs, /*colour=*/false);
+      EXPECT_EQ(judge(logs.sessions.front()).outcome, c.outcome) << text;
+      EXPECT_THAT(text.substr(0, text.find('\n')), HasSubstr(c.words));
+      EXPECT_THAT(text, HasSubstr(c.other));
+    }
   }
   EXPECT_EQ(judge(Session{}).outcome, "unknown");
 }
@@ -179,10 +170,9 @@ TEST(Judgement, SaysInOrderWhatWentBefore) {
             "disk: Before it: a disk operation was tried again: \\Device\\Harddisk0, 5 min 2 s earlier\n"
             "display: Before it: the graphics driver reported: \\Device\\Video3, Error 0x2, 5 s earlier\n"
             "display: Before it: the display driver nvlddmkm stopped responding and was restarted, 4 s earlier\n");
-  const auto evidence = nlohmann::json::parse(summaryJson(summarize(logs, logs.sessions.front())))["evidence"];
-  EXPECT_EQ(evidence["reportPath"], "C:\\Report");
-  EXPECT_EQ(evidence["bucket"], "hash");
-  EXPECT_EQ(evidence["dumps"], nlohmann::json::array({"C:\\a.tmp.dmp"}));
+  EXPECT_EQ(judgement.evidence.text("reportPath"), "C:\\Report");
+  EXPECT_EQ(judgement.evidence.text("bucket"), "hash");
+  EXPECT_THAT(judgement.evidence.dumps, testing::ElementsAre("C:\\a.tmp.dmp"));
 }
 
 TEST(Judgement, CountsASleepOnceAndMakesNoGapOfAClockThatWasSet) {
