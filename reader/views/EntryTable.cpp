@@ -18,7 +18,7 @@ struct Row {
 
 // A day, or as much of it as one table holds.
 struct Day {
-  std::string date;
+  std::string title;
   bool beforeSession;
   std::vector<Row> rows;
 };
@@ -46,11 +46,11 @@ std::vector<Day> daysOf(const Session& session, const SessionSpan& span, const s
     if (entry.metric) {
       continue;
     }
-    const std::string date = entry.time ? localTime(entry).substr(0, 10) : "Without a time";
     const bool before = entry.time && span.begin && *entry.time < *span.begin;
-    if (days.empty() || days.back().date != date || days.back().beforeSession != before ||
-        days.back().rows.size() == mostRows) {
-      days.push_back({date, before, {}});
+    const std::string title =
+        (entry.time ? localTime(entry).substr(0, 10) : "Without a time") + (before ? ", before the session" : "");
+    if (days.empty() || days.back().title != title || days.back().rows.size() == mostRows) {
+      days.push_back({title, before, {}});
       kinds.clear();
     }
     std::vector<Row>& rows = days.back().rows;
@@ -107,8 +107,7 @@ void writeEntries(const Session& session, const SessionSpan& span, const std::se
          "<button type=\"button\" aria-pressed=\"false\">Older, too</button>"
          "<span role=\"status\"></span></div>\n";
   for (const Day& day : days) {
-    const std::string title = day.date + (day.beforeSession ? ", before the session" : "");
-    out << "<section class=\"day" << (day.beforeSession ? " older" : "") << "\"><h3>" << title
+    out << "<section class=\"day" << (day.beforeSession ? " older" : "") << "\"><h3>" << day.title
         << "</h3><table><thead><tr><th scope=\"col\">Local time<th scope=\"col\">Source<th scope=\"col\">Severity"
            "<th scope=\"col\">Provider, id<th scope=\"col\">What<tbody>\n";
     for (const Row& row : day.rows) {

@@ -23,8 +23,7 @@ struct Column {
   Json (*value)(const MetricSample&);
 };
 
-template <typename Number>
-Json orNull(const std::optional<Number>& number) {
+Json orNull(const auto& number) {
   return number ? Json(*number) : Json();
 }
 

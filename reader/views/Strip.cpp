@@ -26,7 +26,6 @@ struct Item {
   std::string name;
   Severity severity = Severity::Info;
   std::optional<std::size_t> entry{};
-  Meaning meaning = Meaning::Other;
   std::vector<std::pair<Instant, Instant>> spans{};  // A point where both are one.
 };
 
@@ -70,11 +69,11 @@ std::vector<Item> momentsOf(const Session& session, Instant from, Instant to) {
     }
     const bool isExit = entry.meaning == Meaning::Exit;
     const auto told = std::find_if(moments.begin(), moments.end(), [&](const Item& other) {
-      return isExit ? other.meaning == Meaning::Exit && *entry.time - other.time < sameMoment
+      return isExit ? session.entries[*other.entry].meaning == Meaning::Exit && *entry.time - other.time < sameMoment
                     : other.name == entry.what;
     });
     if (told == moments.end()) {
-      moments.push_back({*entry.time, entry.what, entry.severity, i, entry.meaning, {{*entry.time, *entry.time}}});
+      moments.push_back({*entry.time, entry.what, entry.severity, i, {{*entry.time, *entry.time}}});
     } else if (!isExit) {
       told->entry = i;  // The newest: there the table shows the others, too.
       told->time = *entry.time;
@@ -105,7 +104,6 @@ std::vector<Item> sleepItems(const Session& session, const SessionSpan& span, In
                      (sleep.begin ? "The machine sleeps" : "The machine resumes") + duration,
                      Severity::Notice,
                      static_cast<std::size_t>(entry - session.entries.begin()),
-                     Meaning::Sleep,
                      {{from, to}}});
   }
   return items;
@@ -158,8 +156,8 @@ std::set<std::size_t> writeStrip(const Session& session, const SessionSpan& span
   const Instant end = endOf(session, span, judgement);
   const Instant first = std::max(*span.begin, Instant(end - shownBefore));
   const TimeAxis axis(first, std::min(std::max(*span.end, end), Instant(end + shownAfter)), span.offset);
-  std::vector<Item> items{{*span.begin, "Canvix runs for " + showDuration(end - *span.begin)}};
-  items.front().spans.emplace_back(*span.begin, end);
+  const std::string runs = "Canvix runs for " + showDuration(end - *span.begin);
+  std::vector<Item> items{{*span.begin, runs, Severity::Info, {}, {{*span.begin, end}}}};
   if (!session.metrics.empty()) {
     items.push_back(recordsOf(session));
   }

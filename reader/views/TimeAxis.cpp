@@ -9,22 +9,18 @@
 namespace sentiq {
 namespace {
 
-using std::chrono::days;
-using std::chrono::hours;
-using std::chrono::minutes;
-using std::chrono::seconds;
+using namespace std::chrono_literals;
 
 constexpr int mostTicks = 6;
-constexpr seconds steps[] = {seconds(1), seconds(2), seconds(5),  seconds(10), seconds(30), minutes(1),
-                             minutes(2), minutes(5), minutes(10), minutes(30), hours(1),    hours(2),
-                             hours(4),   hours(12),  days(1),     days(2),     days(7)};
+constexpr std::chrono::seconds steps[] = {1s,    2s, 5s, 10s, 30s, 1min, 2min, 5min, 10min,
+                                          30min, 1h, 2h, 4h,  12h, 24h,  48h,  168h};
 
 }  // namespace
 
 TimeAxis::TimeAxis(Instant first, Instant last, std::chrono::minutes offset)
-    : first_(first), last_(std::max(last, first + seconds(1))), offset_(offset), step_(last_ - first_) {
+    : first_(first), last_(std::max(last, Instant(first + 1s))), offset_(offset), step_(last_ - first_) {
   const auto* const found =
-      std::find_if(std::begin(steps), std::end(steps), [this](seconds step) { return step_ / step <= mostTicks; });
+      std::find_if(std::begin(steps), std::end(steps), [this](auto step) { return step_ / step <= mostTicks; });
   step_ = found != std::end(steps) ? *found : step_;
   const Ticks local = first_.time_since_epoch() + offset_;
   for (Instant time = first_ + (step_ - local % step_) % step_; time <= last_; time += step_) {
@@ -64,7 +60,7 @@ void TimeAxis::writeTimes(std::string_view y, std::ostream& out) const {
   for (const Instant time : rounds_) {
     const std::string text = showTime(time, offset_);
     out << R"(<text x=")" << at(time) << R"(" y=")" << y << R"(" text-anchor="middle">)"
-        << (step_ >= days(1) ? text.substr(5, 5) : text.substr(11, step_ < minutes(1) ? 8 : 5)) << "</text>";
+        << (step_ >= 24h ? text.substr(5, 5) : text.substr(11, step_ < 1min ? 8 : 5)) << "</text>";
   }
 }
 

@@ -60,9 +60,9 @@ TEST(Report, ShowsTheNewestFirstAndFoldsWhatIsRepeated) {
               watchdogLog(crash(data) + other("2025-01-31T12:00:01Z", "one") + other("2025-01-31T12:00:03Z", "one") +
                           other("2025-01-30T12:00:00Z", "three") + other("2025-01-29T12:00:00Z", "four"))});
   EXPECT_THAT(found(page, "<h3>([^<]*)<"),
-              testing::ElementsAre("2025-01-31", "2025-01-30, before the session", "2025-01-29, before the session"));
+              ElementsAre("2025-01-31", "2025-01-30, before the session", "2025-01-29, before the session"));
   EXPECT_THAT(found(page, "<summary>([^<]*more[^<]*)</summary>13:00:01.000\n"),
-              testing::ElementsAre("1 more, the first at 13:00:01.000"));
+              ElementsAre("1 more, the first at 13:00:01.000"));
   EXPECT_LT(page.find("<td class=\"time\">13:00:05.000"), page.find("<td class=\"time\">13:00:02.000"));
 }
 
@@ -74,7 +74,7 @@ TEST(Report, DrawsChangesAndGapsInTheUnitThatReadsBest) {
   EXPECT_THAT(page, AllOf(HasSubstr("245.1 GiB at first, 243.2 GiB at last, lowest 243.2 GiB at 12:09:00. The axis "
                                     "begins at 243 GiB, not at 0."),
                           HasSubstr("Battery"), Not(HasSubstr("Threads of Canvix"))));
-  EXPECT_THAT(found(page, "path d=\"(M[^M]*M[^ML]*)\""), testing::SizeIs(3)) << "a line is broken where records miss";
+  EXPECT_THAT(found(page, "path d=\"(M[^M]*M[^ML]*)\""), SizeIs(3)) << "a line is broken where records miss";
   EXPECT_THAT(pageOf({}), HasSubstr("How the session ended is unknown"));
 }
 
@@ -88,8 +88,8 @@ TEST(Report, OfSeveralSessionsHasATargetForEveryLink) {
   const std::set<std::string> targets(ids.begin(), ids.end());
   EXPECT_EQ(targets.size(), ids.size());
   EXPECT_THAT(found(page, "href=\"#([^\"]*)\""),
-              AllOf(testing::Contains("s0"), testing::Contains("s1"),
-                    testing::Each(testing::Truly([&](const std::string& link) { return targets.contains(link); }))));
+              AllOf(Contains("s0"), Contains("s1"),
+                    Each(Truly([&](const std::string& link) { return targets.contains(link); }))));
   EXPECT_LT(page.find("<summary id=\"s1\">Session session-2"), page.find("<summary id=\"s0\">Session session-1"));
 }
 
