@@ -66,6 +66,14 @@ std::optional<EventRecord> eventOf(std::string_view text) {
 LogFileReader::LogFileReader(LogFileInfo& file, std::size_t index, Keep keep)
     : file_(file), index_(index), keep_(keep) {}
 
+void LogFileReader::feed(std::string_view bytes) {
+  splitter_.feed(bytes, [this](const Line& line) { take(line); });
+}
+
+void LogFileReader::finish() {
+  splitter_.finish([this](const Line& line) { take(line); });
+}
+
 void LogFileReader::take(const Line& line) {
   if (line.number == line_) {  // A further piece of an overlong line.
     keepRaw(line.text);
@@ -203,13 +211,16 @@ void LogFileReader::takeMessage(std::string_view message) {
   if (tagged) {
     message.remove_prefix(tags + 3);
   }
-  if (message.starts_with(eventHead)) {
+  const bool event = message.starts_with(eventHead);
+  if (tagged && !event) {
+    takeHeader(message);
+  }
+  if ((tagged || event) && part().role != LogRole::Initial) {
+    part().role = LogRole::Watchdog;
+  }
+  if (event) {
     takeEvent(message);
     return;
-  }
-  if (tagged) {
-    takeHeader(message);
-    part().role = part().role == LogRole::Initial ? LogRole::Initial : LogRole::Watchdog;
   }
   if (tagged && message.empty()) {
     add("An event that the system did not render").severity = Severity::Warning;
@@ -243,7 +254,6 @@ void LogFileReader::takeEvent(std::string_view text) {
     }
   }
   lastContinues_ = false;
-  part().role = part().role == LogRole::Initial ? LogRole::Initial : LogRole::Watchdog;
   std::optional<Instant>& copied = part().session.applicationCopied;
   if (head && head->channel == "Application" && time_ && part().role != LogRole::Initial) {
     copied = std::max(copied.value_or(time_->instant), time_->instant);

@@ -31,7 +31,10 @@ class LogFileReader {
   /// @param file counted in and described; must outlive this object. @param index its place in the set.
   LogFileReader(LogFileInfo& file, std::size_t index, Keep keep);
 
-  void take(const Line& line);
+  void feed(std::string_view bytes);
+
+  /// The file ends here: takes what has no line end.
+  void finish();
 
   /// What came since the last call, or ever, in the file's order; none for a file without any entry. When reading goes
   /// on, the next part begins with the last one's role and names.
@@ -46,6 +49,7 @@ class LogFileReader {
     std::string text;
   };
 
+  void take(const Line& line);
   SessionPart& part();
   void beginPart();
   LogEntry& add(std::string_view what);
@@ -61,6 +65,7 @@ class LogFileReader {
   void takeHeader(std::string_view message);
   void keepRaw(std::string_view text);
 
+  LineSplitter splitter_;
   LogFileInfo& file_;
   std::size_t index_;
   Keep keep_;

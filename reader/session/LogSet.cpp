@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <chrono>
 #include <filesystem>
+#include <set>
 #include <unordered_map>
 #include <unordered_set>
 #include <utility>
@@ -15,25 +16,23 @@ namespace sentiq {
 namespace {
 
 void findIn(const std::filesystem::path& folder, std::vector<LogInput>& files) {
-  std::vector<std::string> logs;
-  std::vector<std::filesystem::path> folders;
+  std::set<std::filesystem::path> logs;
+  std::set<std::filesystem::path> folders;
   std::error_code error;
   for (std::filesystem::directory_iterator item(folder, error); !error && item != end(item); item.increment(error)) {
     std::error_code unknown;
     if (item->is_directory(unknown) && !item->is_symlink(unknown)) {
-      folders.push_back(item->path());
+      folders.insert(item->path());
     } else if (item->path().extension() == ".log" && item->is_regular_file(unknown)) {
-      logs.push_back(textFromPath(item->path()));
+      logs.insert(item->path());
     }
   }
   if (error) {
     files.push_back({textFromPath(folder)});
   }
-  std::sort(logs.begin(), logs.end());
-  for (std::string& log : logs) {
-    files.push_back({std::move(log), /*fromFolder=*/true});
+  for (const std::filesystem::path& log : logs) {
+    files.push_back({textFromPath(log), /*fromFolder=*/true});
   }
-  std::sort(folders.begin(), folders.end());
   for (const std::filesystem::path& inner : folders) {
     findIn(inner, files);
   }
@@ -167,11 +166,8 @@ LogSet readLogs(const std::vector<LogInput>& files, std::istream& standardInput,
     LogFileInfo& file = set.files.emplace_back();
     file.name = input.name;
     LogFileReader reader(file, set.files.size() - 1, keep);
-    LineSplitter splitter;
-    const LineSplitter::Visit visit = [&](const Line& line) { reader.take(line); };
-    file.readable =
-        readInput(input.name, standardInput, progress, [&](std::string_view bytes) { splitter.feed(bytes, visit); });
-    splitter.finish(visit);
+    file.readable = readInput(input.name, standardInput, progress, [&](std::string_view bytes) { reader.feed(bytes); });
+    reader.finish();
     std::vector<SessionPart> found = reader.takeOut();
     if (input.fromFolder && file.readable && file.role == LogRole::Unknown) {  // Another program's log.
       set.leftOut.push_back(input.name);

@@ -14,7 +14,6 @@
 #include "reader/console/Console.h"
 #include "reader/input/CleanText.h"
 #include "reader/input/FollowedFile.h"
-#include "reader/input/LineSplitter.h"
 #include "reader/session/LogFileReader.h"
 #include "reader/views/TextStyle.h"
 
@@ -75,7 +74,6 @@ struct FollowedLog {
   LogInput input;
   LogFileInfo info;
   FollowedFile file;
-  LineSplitter splitter{};
   std::optional<LogFileReader> reader{};
 };
 
@@ -112,13 +110,12 @@ void followTimeline(const std::vector<std::string>& inputs, const TimelineOption
       }
     }
     for (FollowedLog& log : logs) {
-      const LineSplitter::Visit take = [&log](const Line& line) { log.reader->take(line); };
       const auto read = [&](std::string_view bytes) {
-        log.splitter.feed(bytes, take);
+        log.reader->feed(bytes);
         show(log);
       };
       const auto startAnew = [&] {
-        log.splitter.finish(take);
+        log.reader->finish();
         show(log);
         log.reader.emplace(log.info, 0, Keep::AllEvents);
       };

@@ -19,7 +19,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   }
   static_cast<void>(parseElapsed(bytes));
   // It looks into texts only that begin and end as an event does.
-  if (const auto head = readEventHead(R"({"xmlData":"<Event )" + bytes + R"(</Event>"})")) {
+  const std::string line = R"({"xmlData":"<Event )" + bytes + R"(</Event>"})";
+  if (const auto head = readEventHead(line)) {
     require(!head->provider.empty());
     static_cast<void>(mayMatter(*head));
   }
