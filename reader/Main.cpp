@@ -32,7 +32,7 @@ struct Request {
   bool json = false;
   bool csv = false;
   std::string output;
-  std::optional<bool> names;
+  DecodeOptions decode;
   TimelineOptions timeline;
   TriageOptions triage;
   int exitCode = exitGood;
@@ -51,23 +51,24 @@ void needFiles(const std::vector<std::string>& files) {
 
 void addDecode(CLI::App& app, Request& request) {
   CLI::App* const command = app.add_subcommand("decode", "Write logs as plain text, line by line");
-  command->add_option("FILE", request.inputs, "Logs; none or - is standard input");
+  DecodeOptions& options = request.decode;
+  command->add_option("FILE", options.files, "Logs; none or - is standard input");
   command->add_flag("-f,--follow", request.follow, "Go on as the files grow, are emptied or appear; end with Ctrl-C");
   command->add_flag_function(
-      "--names,!--no-names", [&request](std::int64_t given) { request.names = given > 0; },
+      "--names,!--no-names", [&options](std::int64_t given) { options.names = given > 0; },
       "Begin each line with its file's name (default: with more than one file)");
   command->footer(
       "Examples:\n"
       "  sentiq-logs decode CanvixWatchdogInfoSession.log | less\n"
       "  sentiq-logs decode --follow logs/CanvixSentiqSession.log logs/CanvixWatchdogInfoSession.log");
-  command->callback([&request] {
+  command->callback([&request, &options] {
     Progress progress = progressFor(/*outputIsText=*/true);
-    DecodeOptions options{request.inputs, nullptr, request.names, colourWanted()};
+    options.colour = colourWanted();
     if (request.follow) {
-      needFiles(request.inputs);
+      needFiles(options.files);
       options.follow = &stopRequested();  // Else Ctrl-C ends the process by itself.
     }
-    request.exitCode = decodeLogs(std::move(options), std::cin, std::cout, std::cerr, progress);
+    request.exitCode = decodeLogs(options, std::cin, std::cout, std::cerr, progress);
   });
 }
 
@@ -80,10 +81,8 @@ int exitCodeOf(const LogSet& logs) {
   for (const LogFileInfo& file : logs.files) {
     if (!file.readable) {
       std::cerr << "sentiq-logs: " << file.name << ": cannot be read\n";
-      code = exitFailed;
-    } else if (file.damagedLines > 0 && code == exitGood) {
-      code = exitDamaged;
     }
+    code = std::max<int>(code, !file.readable ? exitFailed : file.damagedLines > 0 ? exitDamaged : exitGood);
   }
   return code;
 }

@@ -135,24 +135,28 @@ bool decodesToBeginning(std::string_view line) {
 
 }  // namespace
 
-LineDecoder::Result LineDecoder::decode(std::string_view line, char* out) {
-  if (const std::optional<std::size_t> size = decodeLine(line, out)) {
-    return decoded({out, *size});
-  }
-  return {kindAsItStands(line), 0};
+LineKind LineDecoder::decode(std::string_view line, std::string& out) {
+  constexpr std::size_t wholeWords = 8;  // Words are stored whole, beyond the text's end.
+  const std::size_t begin = out.size();
+  out.resize(begin + line.size() + wholeWords);
+  const std::optional<std::size_t> size = decodeLine(line, out.data() + begin);
+  const LineKind kind = size ? kindDecoded({out.data() + begin, *size}) : kindAsItStands(line);
+  out.resize(begin + (kind == LineKind::Encoded ? *size : 0));
+  out += kind == LineKind::Encoded ? "" : line;
+  return kind;
 }
 
-LineDecoder::Result LineDecoder::decoded(std::string_view text) {
+LineKind LineDecoder::kindDecoded(std::string_view text) {
   if (beginsEntry(text)) {
     if (!text.starts_with(separatorHead)) {  // Encoded in a plain log, too.
       manner_ = Manner::Encoded;
     }
-    return {LineKind::Encoded, text.size()};
+    return LineKind::Encoded;
   }
   if (manner_ != Manner::Plain && isCleanText(text)) {
-    return {LineKind::Encoded, text.size()};
+    return LineKind::Encoded;
   }
-  return {manner_ == Manner::Encoded ? LineKind::Damaged : LineKind::Plain, 0};
+  return manner_ == Manner::Encoded ? LineKind::Damaged : LineKind::Plain;
 }
 
 LineKind LineDecoder::kindAsItStands(std::string_view line) {

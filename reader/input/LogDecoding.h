@@ -1,8 +1,8 @@
 // Undoes the encoding of log lines, and tells plain, encoded and damaged lines apart by what they hold.
 #pragma once
 
-#include <cstddef>
 #include <cstdint>
+#include <string>
 #include <string_view>
 
 namespace sentiq {
@@ -20,22 +20,14 @@ enum class LineKind : std::uint8_t { Plain, Encoded, Damaged };
 ///    decodes to text. What is left is plain, or damaged after an encoded entry and when it is not text.
 class LineDecoder {
  public:
-  struct Result {
-    LineKind kind;
-    std::size_t size;  // Bytes of decoded text; 0 unless Encoded.
-  };
-
-  /// What decode() may write for a line of so many bytes, whatever its kind.
-  static constexpr std::size_t roomFor(std::size_t lineSize) { return lineSize + 8; }
-
   /// @param line without its line end. Any bytes; nothing is thrown.
-  /// @param out room for roomFor(line.size()) bytes; holds the text when the line is encoded.
-  Result decode(std::string_view line, char* out);
+  /// @param out gets the text at its end, and a line that is not encoded as it stands.
+  LineKind decode(std::string_view line, std::string& out);
 
  private:
   enum class Manner : std::uint8_t { Unknown, Plain, Encoded };
 
-  Result decoded(std::string_view text);
+  LineKind kindDecoded(std::string_view text);
   LineKind kindAsItStands(std::string_view line);
 
   Manner manner_ = Manner::Unknown;  // That of the last entry.

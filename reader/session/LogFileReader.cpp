@@ -81,12 +81,10 @@ void LogFileReader::take(const Line& line) {
   }
   line_ = line.number;
   file_.lines = line.number;
-  room_.resize(std::max(room_.size(), LineDecoder::roomFor(line.text.size())));
-  const LineDecoder::Result result = decoder_.decode(line.text, room_.data());
-  const std::string_view text =
-      result.kind == LineKind::Encoded ? std::string_view(room_.data(), result.size) : line.text;
+  text_.clear();
+  const bool good = decoder_.decode(line.text, text_) != LineKind::Damaged && line.whole;
+  const std::string_view text = text_;
   keepRaw(text);
-  const bool good = result.kind != LineKind::Damaged && line.whole;
   if (keep_ == Keep::Judgement && good && isRecord(text)) {
     keepRecord(text);
     return;

@@ -74,7 +74,7 @@ class LogFileReader {
   // a million share a hash of 64 bits is one chance in 30 million.
   std::unordered_set<std::size_t> seen_;
   LineDecoder decoder_;
-  std::string room_;
+  std::string text_;  // Of the line at hand.
   std::uint64_t line_ = 0;
   std::optional<LogTime> time_;   // Of the last line that had one.
   bool lastContinues_ = false;    // Whether a line without time stamp belongs to the last entry.

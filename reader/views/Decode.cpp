@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <array>
 #include <chrono>
-#include <cstddef>
 #include <istream>
 #include <ostream>
 #include <thread>
@@ -92,14 +91,10 @@ void DecodeStream::write(const Line& line) {
     block += out_.lineIsOpen ? "\n" : "";
     block += prefix_;
   }
-  LineDecoder::Result result{LineKind::Damaged, 0};
+  LineKind kind = LineKind::Damaged;
   if (line.whole) {
-    const std::size_t begin = block.size();
-    block.resize(begin + LineDecoder::roomFor(line.text.size()));
-    result = decoder_.decode(line.text, block.data() + begin);
-    block.resize(begin + result.size);
-  }
-  if (result.kind != LineKind::Encoded) {
+    kind = decoder_.decode(line.text, block);
+  } else {
     block += line.text;
   }
   block += line.end;
@@ -107,7 +102,7 @@ void DecodeStream::write(const Line& line) {
   if (constexpr std::size_t enough = 64U << 10; block.size() >= enough) {
     out_.flush();
   }
-  if (result.kind == LineKind::Damaged && !furtherPiece) {
+  if (kind == LineKind::Damaged && !furtherPiece) {
     damaged_ = true;
     // One piece, since standard error is written through piece by piece.
     messages_ << "sentiq-logs: " + name_ + ':' + std::to_string(line.number) +
