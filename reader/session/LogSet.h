@@ -32,7 +32,8 @@ struct LogSet {
 
 /// How much of the logs is kept, from little to all.
 enum class Keep : std::uint8_t {
-  Judgement,    // What follows, but of the records only a session's first, last and lowest ones.
+  // What follows, but of records in a row only the first, the last and the lowest ones, and other events not at all.
+  Judgement,
   WhatMatters,  // Events that the table does not know are only counted, and records are not put into words.
   AllEvents,
   RawLines,

@@ -51,6 +51,12 @@ inline std::string eventLine(const std::string& provider, int id, const std::str
          nlohmann::json(xml + "</EventData></Event>").dump() + '}';
 }
 
+/// That of Canvix, process 4242, in gfx.dll.
+inline std::string crashLine(const std::string& time) {
+  return eventLine("Application Error", 1000, time,
+                   {"Canvix.exe", "29.5", "1", "gfx.dll", "3.1", "2", "c0000005", "a1b2", "0x1092"});
+}
+
 inline std::string recordLine(const std::string& time, int freeDisk = 100) {
   return R"({"appStartTime":"0 00:00:10","batteryPercentage":57,"freeDiskSpace":)" + std::to_string(freeDisk) +
          R"(,"freeSwapMemory":50,"processId":4242,"status":"Running","timestamp":")" + time +

@@ -14,12 +14,7 @@ namespace {
 const std::string first = recordLine("2025-01-31T12:59:50.000+0100");
 const std::string exitLine = "2025-01-31T13:00:05.000+0100 Exit Status - Canvix is no longer alive";
 const std::string during = "2025-01-31T12:00:02.0000001Z";  // 13:00:02 local time.
-const std::vector<std::string> crashData{"Canvix.exe", "29.5",     "1",    "gfx.dll", "3.1",
-                                         "2",          "c0000005", "a1b2", "0x1092"};
-
-std::string crash(const std::string& time, const std::vector<std::string>& data = crashData) {
-  return eventLine("Application Error", 1000, time, data);
-}
+const std::string crash = crashLine(during) + "\n";
 
 std::string timelineOf(const LogSet& logs, const TimelineOptions& options = {}) {
   std::ostringstream out;
@@ -42,8 +37,7 @@ TEST(Sessions, AreTakenApartByTheirHeaders) {
   const LogSet logs = readTexts(
       {encodedLine(first) + sessionLog({first, exitLine}) + header("session-2", "7") +
            recordLine("2025-01-31T13:10:00.000+0100") + "\n",
-       watchdogLog(crash(during) + "\n"),
-       header("session-1", "7", head) + head + "Starting initial metric collection.\n" + crash(during) + "\n"});
+       watchdogLog(crash), header("session-1", "7", head) + head + "Starting initial metric collection.\n" + crash});
   std::vector<std::string> seen;
   for (const Session& session : logs.sessions) {
     const Summary summary = summarize(logs, session);
@@ -82,8 +76,7 @@ TEST(Summary, OfLogsThatTheProgramWrote) {
 
 TEST(Timeline, ShowsOneCopyOfAnEventAtItsOwnTimeAndFilters) {
   const std::string plain = "2025-01-31T13:05:00.000+0100 [SYSTEM] [INFO]: two\nlines\n";
-  const LogSet logs =
-      readTexts({sessionLog({first}), watchdogLog(plain + crash(during) + "\n" + encodedLine(crash(during)))});
+  const LogSet logs = readTexts({sessionLog({first}), watchdogLog(plain + crash + encodedLine(crashLine(during)))});
   ASSERT_EQ(logs.sessions.size(), 1);
   EXPECT_EQ(logs.sessions.front().eventCopies, 1);
   const std::string all = timelineOf(logs);

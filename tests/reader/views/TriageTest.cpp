@@ -34,8 +34,7 @@ Triaged triage(const std::string& folder, bool json = false, bool stopped = fals
 
 TEST(Triage, GroupsSessionsOfAllFoldersByWhatEndedThem) {
   const SampleFolder folder;
-  const std::string crash = eventLine("Application Error", 1000, "2025-01-31T12:00:02Z",
-                                      {"Canvix.exe", "29.5", "1", "gfx.dll", "3.1", "2", "c0000005", "a1b2", "0x1092"});
+  const std::string crash = crashLine("2025-01-31T12:00:02Z");
   for (int i = 0; i < 40; ++i) {
     const std::string id = "session-" + std::to_string(i);
     const std::string place = std::to_string(i % 4) + "/" + id;
