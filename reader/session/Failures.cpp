@@ -17,10 +17,6 @@ namespace {
 // The error report of a crash may come later than the exit, and the exit later than the crash.
 constexpr std::chrono::minutes nearEnd{5};
 
-const EventRecord& eventOf(const Session& session, const LogEntry& entry) {
-  return session.events[*entry.event];
-}
-
 std::string reportIdOf(const EventRecord& event) {
   const std::string& own = event.field("ReportId");
   return own.empty() ? event.field("IntegratorReportId") : own;
@@ -29,8 +25,8 @@ std::string reportIdOf(const EventRecord& event) {
 // Crash and report tell of the same failure: by their id, or, where ids do not help, because one soon follows the
 // other.
 bool tellOfTheSame(const Session& session, const LogEntry& a, const LogEntry& b) {
-  const std::string id = reportIdOf(eventOf(session, a));
-  return (!id.empty() && id == reportIdOf(eventOf(session, b))) || std::chrono::abs(*a.time - *b.time) < nearEnd;
+  const std::string id = reportIdOf(session.eventOf(a));
+  return (!id.empty() && id == reportIdOf(session.eventOf(b))) || std::chrono::abs(*a.time - *b.time) < nearEnd;
 }
 
 // A process id may be used again, but not at the same time. A creation time of other days is no help: then the clock
@@ -52,10 +48,10 @@ bool startedAtAnotherTime(const EventRecord& event, const WatchedProcess& proces
 // A report names no process. It may be sent again later, under the same id; a process that ran on did not fail.
 Whose whoseReport(const Session& session, const LogEntry& entry, const WatchedProcess& process,
                   const std::vector<Failure>& others) {
-  const std::string id = reportIdOf(eventOf(session, entry));
+  const std::string id = reportIdOf(session.eventOf(entry));
   std::optional<Whose> whose;
   for (const Failure& other : others) {
-    const EventRecord& event = eventOf(session, *other.entry);
+    const EventRecord& event = session.eventOf(*other.entry);
     if (!event.isReport() && tellOfTheSame(session, entry, *other.entry)) {
       whose = std::max(whose.value_or(other.whose), other.whose);
     } else if (event.isReport() && !id.empty() && id == reportIdOf(event) && *other.entry->time < *process.begin) {
@@ -68,7 +64,7 @@ Whose whoseReport(const Session& session, const LogEntry& entry, const WatchedPr
 Whose whoseFailure(const Session& session, const Failure& failure, const WatchedProcess& process,
                    const std::vector<Failure>& others) {
   const Instant time = *failure.entry->time;
-  const EventRecord& event = eventOf(session, *failure.entry);
+  const EventRecord& event = session.eventOf(*failure.entry);
   if (!process.begin || time < *process.begin || time > *process.over + nearEnd) {
     return Whose::Nobody;
   }
@@ -96,8 +92,8 @@ std::vector<Failure> failuresOf(const Session& session, const WatchedProcess& pr
   std::vector<Failure> failures;
   for (const bool reports : {false, true}) {
     for (const LogEntry& entry : session.entries) {
-      if (isFailure(entry.meaning) && entry.time && eventOf(session, entry).isReport() == reports) {
-        const auto id = parseHex(eventOf(session, entry).field("ProcessId")).value_or(0);
+      if (isFailure(entry.meaning) && entry.time && session.eventOf(entry).isReport() == reports) {
+        const auto id = parseHex(session.eventOf(entry).field("ProcessId")).value_or(0);
         Failure failure{&entry, Whose::Nobody, static_cast<std::int64_t>(id)};
         failure.whose = whoseFailure(session, failure, process, failures);
         failures.push_back(failure);
@@ -112,7 +108,7 @@ Evidence evidenceOf(const Session& session, const LogEntry& entry) {
   if (!entry.event) {
     return evidence;
   }
-  const EventRecord& event = eventOf(session, entry);
+  const EventRecord& event = session.eventOf(entry);
   const auto add = [&](const char* name, std::string_view text) {
     if (!text.empty()) {
       evidence.texts.emplace_back(name, text);
@@ -132,11 +128,11 @@ Evidence evidenceOf(const Session& session, const LogEntry& entry) {
   std::string hangKind = event.field("HangType") == "Unknown" ? "" : event.field("HangType");
   const EventRecord* last = &event;  // That tells of it.
   for (const LogEntry& other : session.entries) {
-    if (!isFailure(other.meaning) || !other.time || !eventOf(session, other).isReport() ||
+    if (!isFailure(other.meaning) || !other.time || !session.eventOf(other).isReport() ||
         !tellOfTheSame(session, entry, other)) {
       continue;
     }
-    last = &eventOf(session, other);
+    last = &session.eventOf(other);
     if (last->field("EventName").find("XProc") != std::string::npos && hangKind.empty()) {
       hangKind = "Cross-process";
     }

@@ -84,10 +84,9 @@ class Judge {
   std::vector<const LogEntry*> all(Meanings meanings, Instant from, Instant to) const;
   const LogEntry* first(Meanings meanings, Instant from, Instant to = Instant::max()) const;
   const LogEntry* last(Meanings meanings, Instant from, Instant to) const;
-  const EventRecord& eventOf(const LogEntry& entry) const { return session_.events[*entry.event]; }
   std::size_t indexOf(const LogEntry& entry) const;
   void conclude(const char* outcome, Severity severity, std::string text, const LogEntry* entry = nullptr);
-  void say(Severity severity, std::string text, const LogEntry& entry);
+  void say(std::string text, const LogEntry& entry, Severity severity = Severity::Notice);
   void judgeFailure();
   void judgeExit();
   bool judgeFall();
@@ -193,7 +192,7 @@ void Judge::conclude(const char* outcome, Severity severity, std::string text, c
   }
 }
 
-void Judge::say(Severity severity, std::string text, const LogEntry& entry) {
+void Judge::say(std::string text, const LogEntry& entry, Severity severity) {
   result_.others.push_back({severity, std::move(text), indexOf(entry)});
 }
 
@@ -215,8 +214,7 @@ void Judge::judgeFailure() {
   const Instant over = std::max(*failure_->time, *process_.over);
   if (const LogEntry* const shutdown =
           first({Meaning::ShutdownBegun}, *failure_->time - shutdownLead, over + lastSign)) {
-    say(Severity::Notice, "About then a shutdown or restart was asked for" + at(*shutdown) + ": " + shutdown->what,
-        *shutdown);
+    say("About then a shutdown or restart was asked for" + at(*shutdown) + ": " + shutdown->what, *shutdown);
   }
 }
 
@@ -256,7 +254,7 @@ bool Judge::fellThen(const std::vector<const LogEntry*>& tellers) const {
   constexpr std::chrono::minutes heartbeat{10};  // How exactly the system knows.
   bool asleep = sleepAtLast() != nullptr;
   for (const LogEntry* const teller : tellers) {
-    const EventRecord& event = eventOf(*teller);
+    const EventRecord& event = session_.eventOf(*teller);
     asleep = asleep || isSet(event, "SleepInProgress") || isSet(event, "ConnectedStandbyInProgress");
     if (const auto told = timeToldBy(event, *teller, *process_.over - heartbeat)) {
       return *told <= *process_.over + heartbeat;
@@ -278,7 +276,7 @@ bool Judge::judgeFall() {
   }
   // The one that tells most: of a blue screen the one with a dump, else the one with the reason.
   const auto rank = [&](const LogEntry* entry) {
-    const EventRecord& event = eventOf(*entry);
+    const EventRecord& event = session_.eventOf(*entry);
     return std::tuple(entry->meaning == Meaning::SystemCrash, !event.field("param2").empty(), event.id == 41);
   };
   const LogEntry* const best = *std::max_element(
@@ -307,27 +305,25 @@ void Judge::judgeStop() {
 void Judge::sayOtherFailures() {
   std::set<std::int64_t> told;
   for (const Failure& other : failures_) {
+    const LogEntry& entry = *other.entry;
+    const bool hang = entry.meaning == Meaning::Hang;
     if (other.whose == Whose::Other && other.process != 0 && told.insert(other.process).second) {
-      say(Severity::Notice,
-          "Another Canvix, process " + std::to_string(other.process) +
-              (other.entry->meaning == Meaning::Hang ? ", stopped responding" : ", crashed") + at(*other.entry) + ": " +
-              other.entry->what,
-          *other.entry);
+      say("Another Canvix, process " + std::to_string(other.process) + (hang ? ", stopped responding" : ", crashed") +
+              at(entry) + ": " + entry.what,
+          entry);
+    }
+    // 0 is no process.
+    if (other.whose == Whose::Watched && hang && failure_->meaning == Meaning::Crash && *entry.time > *failure_->time &&
+        told.insert(0).second) {
+      say("It also stopped responding" + at(entry), entry);
     }
   }
-  const auto hang = std::find_if(failures_.begin(), failures_.end(), [&](const Failure& other) {
-    return other.whose == Whose::Watched && other.entry->meaning == Meaning::Hang &&
-           *other.entry->time > *failure_->time;
-  });
-  if (hang != failures_.end() && failure_->meaning == Meaning::Crash) {
-    say(Severity::Notice, "It also stopped responding" + at(*hang->entry), *hang->entry);
-  }
   for (const Meaning meaning : {Meaning::Recovered, Meaning::Leak}) {
-    for (const LogEntry* const entry : all({meaning}, Instant::min(), Instant::max())) {
-      if (span_.contains(*entry->time)) {
-        say(Severity::Notice, entry->what + at(*entry), *entry);
-        break;
-      }
+    const std::vector<const LogEntry*> found = all({meaning}, Instant::min(), Instant::max());
+    const auto entry =
+        std::find_if(found.begin(), found.end(), [&](const LogEntry* e) { return span_.contains(*e->time); });
+    if (entry != found.end()) {
+      say((*entry)->what + at(**entry), **entry);
     }
   }
 }
@@ -341,8 +337,7 @@ void Judge::sayLater() {
   }
   if (const LogEntry* const later =
           first(failure_ != nullptr ? falls : ends, *process_.over + sameTime, *process_.over + soonEnough)) {
-    say(Severity::Notice,
-        "Later, " + showDuration(*later->time - *process_.over) + " after the end: " + inSentence(later->what), *later);
+    say("Later, " + showDuration(*later->time - *process_.over) + " after the end: " + inSentence(later->what), *later);
   }
 }
 
@@ -356,7 +351,7 @@ void Judge::sayTimeBefore() {
   }
   for (const LogEntry* const entry : found) {
     if (entry != nullptr) {
-      say(entry->severity, "Before this session: " + inSentence(entry->what) + " (logged" + at(*entry) + ')', *entry);
+      say("Before this session: " + inSentence(entry->what) + " (logged" + at(*entry) + ')', *entry, entry->severity);
     }
   }
 }

@@ -93,7 +93,7 @@ std::vector<Sleep> sleepsOf(const Session& session, const SessionSpan& span) {
         sleeps.push_back({entry.time, std::nullopt});
       }
     } else if (entry.meaning == Meaning::Resume) {
-      const auto told = entry.event ? parseTime(session.events[*entry.event].field("SleepTime")) : std::nullopt;
+      const auto told = entry.event ? parseTime(session.eventOf(entry).field("SleepTime")) : std::nullopt;
       const bool same = last != nullptr && (!last->end || isClose(*last->end, *entry.time) ||
                                             (told && last->begin && isClose(*last->begin, told->instant)));
       if (same) {
@@ -157,7 +157,7 @@ std::vector<Statement> machineStatements(const Session& session, const SessionSp
     }
   };
   const auto standbys = std::count_if(session.entries.begin(), session.entries.end(), [&](const LogEntry& entry) {
-    return entry.meaning == Meaning::Standby && entry.event && session.events[*entry.event].id == 506 && entry.time &&
+    return entry.meaning == Meaning::Standby && entry.event && session.eventOf(entry).id == 506 && entry.time &&
            span.contains(*entry.time);
   });
   state("The machine slept ", sleepsOf(session, span).size());
@@ -169,7 +169,7 @@ std::vector<Statement> machineStatements(const Session& session, const SessionSp
     if (entry.meaning != Meaning::Clock || !entry.time || !span.contains(*entry.time)) {
       continue;
     }
-    const Ticks change = clockChange(session.events[*entry.event]).value_or(Ticks{});
+    const Ticks change = clockChange(session.eventOf(entry)).value_or(Ticks{});
     if (std::chrono::abs(change) >= worthALine) {
       statements.push_back(
           {Severity::Notice,
