@@ -62,9 +62,9 @@ if(WIN32 AND NOT MSVC)
   set(sentiq_test_link_options -fno-lto -Wl,--allow-multiple-definition)
 endif()
 
-# sentiq_library(NAME SOURCE...): one folder's library.
+# sentiq_library(NAME SOURCE...): one folder's library, built when something that is built links it.
 function(sentiq_library name)
-  add_library(${name} STATIC ${ARGN})
+  add_library(${name} STATIC EXCLUDE_FROM_ALL ${ARGN})
   target_link_libraries(${name} PUBLIC sentiq_options)
   target_compile_options(${name} PRIVATE ${sentiq_shipped_options})
 endfunction()
