@@ -1,24 +1,10 @@
 #include "capture/DataCapture.h"
 
-#include <atomic>
-#include <chrono>
-#include <cstdint>
 #include <exception>
-#include <memory>
-#include <mutex>
-#include <string>
-#include <thread>
 #include <utility>
 
-#include "capture/CaptureSettings.h"
-#include "capture/MetricCode.h"
 #include "capture/MetricRecord.h"
-#include "capture/ProcessMetrics.h"
-#include "capture/SentiqSystem.h"
-#include "capture/SystemMetrics.h"
-#include "capture/TargetProcess.h"
 #include "logging/LogFile.h"
-#include "logging/SessionFileWriter.h"
 #include "logging/TextConversion.h"
 #include "logging/TimeText.h"
 

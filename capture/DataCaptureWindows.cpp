@@ -1,4 +1,3 @@
-#include <memory>
 
 #include "capture/DataCapture.h"
 #include "capture/SystemInfoWindows.h"

@@ -1,17 +1,12 @@
 #include "capture/MetricRecord.h"
 
-#include <chrono>
 #include <cstdint>
 #include <cstdio>
 #include <exception>
-#include <string>
 
 #include <nlohmann/json.hpp>
 
-#include "capture/MetricCode.h"
-#include "capture/ProcessMetrics.h"
 #include "capture/SentiqSystem.h"
-#include "capture/SystemMetrics.h"
 #include "logging/TimeText.h"
 
 namespace sentiq {

@@ -6,16 +6,13 @@
 
 #include <algorithm>
 #include <cstddef>
-#include <cstdint>
 #include <ctime>
 #include <iterator>
 #include <stdexcept>
 #include <string>
 #include <string_view>
 #include <utility>
-#include <vector>
 
-#include "capture/SentiqSystem.h"
 #include "logging/TextConversion.h"
 #include "logging/UniqueHandle.h"
 

@@ -6,8 +6,6 @@
 #include <tlhelp32.h>
 
 #include <array>
-#include <cstdint>
-#include <string>
 
 #include "logging/UniqueHandle.h"
 

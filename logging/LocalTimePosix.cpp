@@ -1,7 +1,3 @@
-#include <cstdint>
-#include <ctime>
-#include <optional>
-#include <string>
 
 #include "logging/LocalTime.h"
 

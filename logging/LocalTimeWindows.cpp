@@ -1,10 +1,5 @@
 #include <windows.h>
 
-#include <cstdint>
-#include <ctime>
-#include <optional>
-#include <string>
-
 #include "logging/LocalTime.h"
 #include "logging/TextConversion.h"
 

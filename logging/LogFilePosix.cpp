@@ -1,6 +1,4 @@
 #include <cstddef>
-#include <filesystem>
-#include <string_view>
 #include <system_error>
 
 #include <fcntl.h>

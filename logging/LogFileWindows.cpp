@@ -2,9 +2,6 @@
 
 #include <algorithm>
 #include <cstddef>
-#include <filesystem>
-#include <string>
-#include <string_view>
 #include <system_error>
 
 #include "logging/LogFile.h"

@@ -1,13 +1,9 @@
 #include "logging/SessionFileWriter.h"
 
 #include <exception>
-#include <mutex>
 #include <stdexcept>
-#include <string>
-#include <string_view>
 
 #include "logging/LogEncoding.h"
-#include "logging/LogFile.h"
 #include "logging/TextConversion.h"
 #include "logging/TimeText.h"
 

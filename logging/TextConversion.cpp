@@ -1,10 +1,7 @@
 #include "logging/TextConversion.h"
 
-#include <filesystem>
 #include <locale>
 #include <stdexcept>
-#include <string>
-#include <string_view>
 #include <type_traits>
 
 #include "logging/Utf8Facet.h"

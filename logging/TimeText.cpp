@@ -1,16 +1,13 @@
 #include "logging/TimeText.h"
 
 #include <chrono>
-#include <cstdint>
 #include <cstdio>
 #include <cstdlib>
-#include <ctime>
 #include <iomanip>
 #include <locale>
 #include <optional>
 #include <ratio>
 #include <sstream>
-#include <string>
 
 #include "logging/LocalTime.h"
 

@@ -1,11 +1,7 @@
 #include "logging/WatchdogLog.h"
 
 #include <atomic>
-#include <cstdint>
-#include <filesystem>
 #include <mutex>
-#include <string>
-#include <string_view>
 
 #include "logging/LogEncoding.h"
 #include "logging/LogFile.h"

@@ -1,7 +1,5 @@
 #include "startup/CallGuard.h"
 
-#include <cstdint>
-
 // With GCC on x64, catch (...) sees only exceptions that GCC itself has thrown. A frame with a handler of its own sees
 // those of Visual C++, too: it is like that compiler's __try { function(context); } __except (<it is a C++ exception>)
 // around the call, in that the system's own handler reads the table of what is guarded and unwinds to where it says.

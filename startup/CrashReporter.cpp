@@ -1,7 +1,5 @@
 #include "startup/CrashReporter.h"
 
-#include <cstdint>
-
 #include "startup/CallGuard.h"
 #include "startup/Tarnwick.h"
 

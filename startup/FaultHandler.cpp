@@ -2,9 +2,6 @@
 
 #include <windows.h>
 
-#include <cstdint>
-#include <unordered_set>
-
 namespace sentiq {
 
 std::unordered_set<std::uint32_t>& recordedExceptionCodes() {

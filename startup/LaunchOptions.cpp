@@ -1,9 +1,6 @@
 #include "startup/LaunchOptions.h"
 
-#include <cstdint>
 #include <locale>
-#include <string>
-#include <vector>
 
 #include <boost/program_options.hpp>
 

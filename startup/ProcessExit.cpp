@@ -1,7 +1,5 @@
 #include "startup/ProcessExit.h"
 
-#include <cstdint>
-
 // The interface with child moved into a folder and a namespace of its own.
 #if __has_include(<boost/process/v1/child.hpp>)
 #include <boost/process/v1/child.hpp>

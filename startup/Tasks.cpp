@@ -8,7 +8,6 @@
 #include "capture/CaptureSettings.h"
 #include "capture/DataCapture.h"
 #include "capture/MetricCode.h"
-#include "startup/LaunchOptions.h"
 #include "startup/ProcessExit.h"
 #include "watchdog/Watchdog.h"
 #include "watchdog/WatchdogSettings.h"

@@ -6,18 +6,15 @@
 
 #include <algorithm>
 #include <array>
-#include <cstdint>
 #include <exception>
 #include <iostream>
 #include <memory>
 #include <new>
-#include <string>
 
 #include <nlohmann/json.hpp>
 
 #include "logging/TextConversion.h"
 #include "logging/UniqueHandle.h"
-#include "logging/WatchdogLog.h"
 
 namespace sentiq {
 namespace {

@@ -3,7 +3,6 @@
 #include <chrono>
 #include <cstdint>
 #include <mutex>
-#include <string>
 #include <thread>
 
 #include "logging/WatchdogLog.h"

@@ -2,9 +2,6 @@
 
 #include <windows.h>
 
-#include <chrono>
-#include <thread>
-
 #include "logging/UniqueHandle.h"
 
 namespace sentiq {
