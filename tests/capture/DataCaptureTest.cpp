@@ -1,41 +1,68 @@
-// The capture on providers that answer what the test says.
+// The capture on a machine and a process that answer what the test says.
 #include "capture/DataCapture.h"
 #include "logging/TimeText.h"
 #include "tests/support/Test.h"
 
 namespace sentiq {
 
-struct MockSystem : SentiqSystem {
-  MOCK_METHOD(bool, getDiskSpace, (std::uint64_t&, std::uint64_t&, std::uint64_t&), (override));
-  MOCK_METHOD(void, getGpuInfo, (std::vector<GpuInfo>&), (override));
-  MOCK_METHOD(std::int32_t, getBatteryPercentage, (), (override));
-  MOCK_METHOD(bool, getSwapMemory, (std::uint64_t&, std::uint64_t&, std::uint64_t&), (override));
-  MOCK_METHOD(std::int64_t, getSystemStartTime, (), (override));
+// What a capture is answered, and what it asked.
+struct Answers {
+  std::string asked;
+  std::vector<std::uint32_t> processIds;
+  std::int64_t systemStart = -1, processStart = 0;
+  std::uint64_t figures = 0;
+  int failures = 0;              // Samples that are still to fail.
+  std::atomic<int> samples = 0;  // Counted at the last question of each.
 };
+static Answers* answers;
 
-struct MockProcess : TargetProcess {
-  MOCK_METHOD(void, setProcessId, (std::uint32_t), (override));
-  MOCK_METHOD(std::string, getProcessName, (), (override));
-  MOCK_METHOD(std::uint32_t, getProcessId, (), (override));
-  MOCK_METHOD(std::uint64_t, getMemoryUsage, (), (override));
-  MOCK_METHOD(double, getCpuUsage, (), (override));
-  MOCK_METHOD(std::string, getStatus, (), (override));
-  MOCK_METHOD(std::int64_t, getStartTime, (), (override));
-  MOCK_METHOD(std::int32_t, getFileDescriptorCount, (), (override));
-  MOCK_METHOD(std::uint32_t, getThreadCount, (), (override));
+static auto answer(const char* question, auto value) {
+  answers->asked += std::string(question) + ' ';
+  return value;
+}
+
+static bool figures(const char* question, std::uint64_t& total, std::uint64_t& used, std::uint64_t& free) {
+  for (std::uint64_t* const figure : {&total, &used, &free}) {
+    *figure = ++answers->figures << 20;
+  }
+  return answer(question, true);
+}
+
+struct Fake : SentiqSystem, TargetProcess {
+  bool getDiskSpace(std::uint64_t& a, std::uint64_t& b, std::uint64_t& c) override { return figures("disk", a, b, c); }
+  void getGpuInfo(std::vector<GpuInfo>& adapters) override { adapters.resize(answer("gpu", 1)); }
+  std::int32_t getBatteryPercentage() override {
+    return answers->failures-- > 0 ? throw std::runtime_error("no figures") : answer("battery", 57);
+  }
+  bool getSwapMemory(std::uint64_t& a, std::uint64_t& b, std::uint64_t& c) override { return figures("swap", a, b, c); }
+  std::int64_t getSystemStartTime() override { return answer("boot", answers->systemStart); }
+
+  void setProcessId(std::uint32_t pid) override { answers->processIds.push_back(pid); }
+  std::string getProcessName() override { return answer("name", "Canvix.exe"); }
+  std::uint32_t getProcessId() override { return answer("id", 4242u); }
+  std::uint64_t getMemoryUsage() override { return answer("memory", 8u << 20); }
+  double getCpuUsage() override { return answer("cpu", 0.5); }
+  std::string getStatus() override {
+    ++answers->samples;
+    answers->samples.notify_all();
+    return answer("status", "Running");
+  }
+  std::int64_t getStartTime() override { return answer("start", answers->processStart); }
+  std::int32_t getFileDescriptorCount() override { return answer("descriptors", -1); }
+  std::uint32_t getThreadCount() override { return answer("threads", 9u); }
 };
 
 static const std::string stopped = "T Sentiq Data Capture and Reporting stopped";
 static const std::string gone = "T Exit Status - Canvix is no longer alive";
 
-class Capture {
+class Capture : public Answers {
  public:
   explicit Capture(std::chrono::milliseconds interval = 1ms)
-      : capture(std::unique_ptr<MockSystem>(system), std::unique_ptr<MockProcess>(process), interval) {
+      : capture(std::make_unique<Fake>(), std::make_unique<Fake>(), interval) {
+    answers = this;
     settings.analyticsIdentifier = "session-1";
     settings.processId = 4242;
     settings.sessionLogPath = file.wstring();
-    ON_CALL(*process, getStatus()).WillByDefault([this] { return ++samples, samples.notify_all(), "Running"; });
   }
 
   void start(int untilSamples) {
@@ -56,9 +83,6 @@ class Capture {
   const TempFolder folder;
   const std::filesystem::path file = folder / "session.log";
   CaptureSettings settings;
-  std::atomic<int> samples = 0;  // Counted at the last question of each.
-  NiceMock<MockSystem>* const system = new NiceMock<MockSystem>;
-  NiceMock<MockProcess>* const process = new NiceMock<MockProcess>;
   DataCapture capture;
 };
 
@@ -78,28 +102,26 @@ TEST(DataCapture, HeaderStandsPlainAndOncePerProgramRun) {
 TEST(DataCapture, EachStopWritesOneLineHoweverSoonItComes) {
   Capture c;
   c.capture.stop(/*processGone=*/true);
-  EXPECT_CALL(*c.process, setProcessId(4242)).Times(50);
-  EXPECT_CALL(*c.process, setProcessId(7)).Times(50);
+  CaptureSettings other = c.settings;
+  other.processId = 7;
+  other.sessionLogPath += L".other";
   Lines expected;
   for (int run = 0; run < 50; ++run) {
     c.start(run % 10 == 0 ? 1 : 0);
-    CaptureSettings other = c.settings;
-    other.processId = 7;
-    other.sessionLogPath += L".other";
     c.capture.start(other);
+    EXPECT_EQ(std::exchange(c.processIds, {}), (std::vector{4242u, 7u}));
     c.capture.stop(/*processGone=*/run % 2 == 0);
     c.capture.stop(/*processGone=*/false);
     expected.push_back(run % 2 == 0 ? gone : stopped);
   }
   EXPECT_EQ(c.otherLines(), expected);
-  EXPECT_EQ(std::distance(std::filesystem::directory_iterator(c.folder / ""), {}), 1);
+  EXPECT_FALSE(std::filesystem::exists(other.sessionLogPath));
 }
 
 TEST(DataCapture, FileThatCannotBeOpenedIsTriedThreeTimesAndEndsTheCapture) {
   auto shortest = std::chrono::steady_clock::duration::max();
   for (int run = 0; run < 3; ++run) {  // On a busy machine one may take long.
     Capture c;
-    EXPECT_CALL(*c.process, getStatus()).Times(0);
     c.settings.sessionLogPath = (c.folder / "missing" / "session.log").wstring();
     const auto begin = std::chrono::steady_clock::now();
     c.start(0);
@@ -107,6 +129,7 @@ TEST(DataCapture, FileThatCannotBeOpenedIsTriedThreeTimesAndEndsTheCapture) {
     shortest = std::min(shortest, std::chrono::steady_clock::now() - begin);
     std::filesystem::create_directory(c.folder / "missing");
     c.start(0);  // It still counts as running.
+    EXPECT_EQ(c.asked, "");
   }
   EXPECT_THAT(shortest, AllOf(Ge(300ms), Lt(600ms)));
 }
@@ -114,9 +137,7 @@ TEST(DataCapture, FileThatCannotBeOpenedIsTriedThreeTimesAndEndsTheCapture) {
 TEST(DataCapture, FailedSamplesAreReportedAndRepeatedWithoutAPause) {
   Capture c(500ms);
   c.settings.encodeLogs = true;
-  ON_CALL(*c.system, getBatteryPercentage()).WillByDefault([calls = 0]() mutable {
-    return ++calls <= 50 ? throw std::runtime_error("no figures") : 57;
-  });
+  c.failures = 50;
   const auto begin = std::chrono::steady_clock::now();
   c.start(1);
   EXPECT_LT(std::chrono::steady_clock::now() - begin, 20s);
@@ -129,57 +150,32 @@ TEST(DataCapture, FailedSamplesAreReportedAndRepeatedWithoutAPause) {
 
 TEST(DataCapture, CollectsWhatIsSelectedInAFixedOrderAndStartTimesOnce) {
   Capture c(2s);  // One sample for each start, on a busy machine, too.
-  const auto figures = [](std::uint64_t total, std::uint64_t used, std::uint64_t free) {
-    return DoAll(SetArgReferee<0>(total << 20), SetArgReferee<1>(used << 20), SetArgReferee<2>(free << 20),
-                 Return(true));
-  };
-  ON_CALL(*c.process, getThreadCount()).WillByDefault(Return(9));
-  ON_CALL(*c.process, getFileDescriptorCount()).WillByDefault(Return(-1));
-  const MetricSelection selections[] = {{MetricCode::All}, defaultMetricSelection()};
-  {
-    const InSequence fixed;
-    EXPECT_CALL(*c.system, getSystemStartTime()).WillOnce(Return(-1));
-    EXPECT_CALL(*c.process, getProcessName());
-    EXPECT_CALL(*c.process, getProcessId()).WillOnce(Return(4242));
-    EXPECT_CALL(*c.process, getStartTime());
-    EXPECT_CALL(*c.process, getMemoryUsage()).WillOnce(Return(8 << 20));
-    EXPECT_CALL(*c.process, getCpuUsage()).WillOnce(Return(0.5));
-    for (const int all : {1, 0}) {
-      EXPECT_CALL(*c.system, getGpuInfo).WillOnce(SetArgReferee<0>(std::vector<GpuInfo>(all)));
-      EXPECT_CALL(*c.system, getDiskSpace).WillOnce(figures(3, 2, 1));
-      EXPECT_CALL(*c.system, getBatteryPercentage()).WillOnce(Return(57));
-      EXPECT_CALL(*c.system, getSwapMemory).WillOnce(figures(6, 5, 4));
-      EXPECT_CALL(*c.process, getThreadCount()).Times(all);
-      EXPECT_CALL(*c.process, getFileDescriptorCount()).Times(all);
-      EXPECT_CALL(*c.process, getStatus());
-    }
-  }
-  for (const MetricSelection& selection : selections) {
+  for (const MetricSelection& selection : {MetricSelection{MetricCode::All}, defaultMetricSelection()}) {
     c.settings.metrics = selection;
     c.start(1);
     c.capture.stop(/*processGone=*/false);
   }
-  std::string record = readFile(c.file);
-  record.erase(0, record.find('{'));
-  record.erase(record.find_first_of("\r\n"));
-  const std::size_t time = record.find("\"timestamp\":\"") + 13;
-  EXPECT_EQ(masked(record.substr(time, 28) + " "), "T ");
-  EXPECT_EQ(record.erase(time, 28),
-            R"({"appStartTime":"","batteryPercentage":57,"cpuUsage":0.5,"fgProcessName":"","fileDescriptors":-1,)"
-            R"("freeDiskSpace":1,"freeSwapMemory":4,"gpuInfo":[{"gpuMemoryUsage":0,"gpuName":""}],"memoryUsage":8,)"
-            R"("processId":4242,"status":"Running","systemStartTime":"","systemUpTime":"","threadCount":9,)"
-            R"("timestamp":"","totalDiskSpace":3,"totalSwapMemory":6,"usedDiskSpace":2,"usedSwapMemory":5})");
+  EXPECT_EQ(c.asked,
+            "boot name id start memory cpu gpu disk battery swap threads descriptors status "
+            "gpu disk battery swap status ");
+  EXPECT_THAT(
+      readFile(c.file),
+      AllOf(HasSubstr(R"({"appStartTime":"","batteryPercentage":57,"cpuUsage":0.5,"fgProcessName":"",)"
+                      R"("fileDescriptors":-1,"freeDiskSpace":3,"freeSwapMemory":6,)"
+                      R"("gpuInfo":[{"gpuMemoryUsage":0,"gpuName":""}],"memoryUsage":8,"processId":4242,)"
+                      R"("status":"Running","systemStartTime":"","systemUpTime":"","threadCount":9,"timestamp":"20)"),
+            HasSubstr(R"(00","totalDiskSpace":1,"totalSwapMemory":4,"usedDiskSpace":2,"usedSwapMemory":5})")));
 }
 
 TEST(DataCapture, StartTimesBecomeTexts) {
   Capture c;
-  const std::int64_t now = std::time(nullptr), start = 1'599'307'200;  // Of a day with one digit.
-  ON_CALL(*c.system, getSystemStartTime()).WillByDefault(Return(start));
-  ON_CALL(*c.process, getStartTime()).WillByDefault(Return(now - 90'061));
+  const std::int64_t now = std::time(nullptr);
+  c.systemStart = 1'599'307'200;  // Of a day with one digit.
+  c.processStart = now - 90'061;
   c.start(2);  // The first record is whole; the capture ends with its object.
   for (const std::string& part :
-       Lines{"appStartTime\":\"1 01:01:0", "systemStartTime\":\"" + formatLocalTime(start, "%b %d %H:%M:%S") + "\"",
-             "systemUpTime\":\"" + std::to_string((now - start) / 86'400) + " "}) {
+       Lines{"appStartTime\":\"1 01:01:0", "\"" + formatLocalTime(c.systemStart, "%b %d %H:%M:%S") + "\"",
+             "systemUpTime\":\"" + std::to_string((now - c.systemStart) / 86'400) + " "}) {
     EXPECT_THAT(readFile(c.file), HasSubstr(part));
   }
 }

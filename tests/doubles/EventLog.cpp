@@ -3,21 +3,18 @@
 //   SENTIQ_EVENTS_FAULT=call:n:e   the n-th EvtNext or EvtRender of a query, or every EvtQuery (n is 0), fails with
 //   error e,
 //                                  or throws when e is no number; EvtRendered: it succeeds, and e is the last error
-// In an event, {CONTROL} becomes every control character, {LONE} a lone surrogate, {MEGABYTE} a million characters.
+// In an event, {LONE} becomes a lone surrogate, which no file of UTF-8 can hold.
 #include <windows.h>
 
 #include <winevt.h>
 
-#include <algorithm>
 #include <atomic>
 #include <cstdlib>
+#include <deque>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
-#include <numeric>
-#include <sstream>
 #include <string>
-#include <vector>
 
 #include <pugixml.hpp>
 
@@ -26,11 +23,13 @@
 static std::atomic<int> openHandles = 0;
 
 struct Handle {
-  std::vector<std::string> events;  // Those that a query still has to give, the next one last; of an event, itself.
-  Handle* query = nullptr;
+  std::deque<std::string> events;  // Those that a query still has to give; of an event, itself.
+  Handle* query;
   int nexts = 0, renders = 0;
 
-  Handle() { ++openHandles; }
+  explicit Handle(std::deque<std::string> given = {}, Handle* from = nullptr) : events(given), query(from) {
+    ++openHandles;
+  }
   ~Handle() { --openHandles; }
 };
 
@@ -40,29 +39,10 @@ static std::wstring environment(const wchar_t* name) {
   return value;
 }
 
-static std::nullptr_t fail(DWORD error) {
-  SetLastError(error);
-  return nullptr;
-}
-
-// The error that this call is to end with; 0 without one.
-static DWORD faultOf(const std::wstring& call, int number) {
+// The error that this call is to end with; the other one when it is to go well.
+static DWORD faultOf(const std::wstring& call, int number, DWORD other = 0) {
   const std::wstring fault = environment(L"SENTIQ_EVENTS_FAULT"), wanted = call + L":" + std::to_wstring(number) + L":";
-  return fault.starts_with(wanted) ? std::stoul(fault.substr(wanted.size())) : 0;
-}
-
-static std::wstring rendered(const std::string& event) {
-  std::wstring text = sentiq::toWide(event), controls(31, L' ');
-  std::iota(controls.begin(), controls.end(), wchar_t{1});
-  const auto replace = [&](const std::wstring& marker, const auto& by) {
-    if (const auto at = text.find(marker); at != std::wstring::npos) {
-      text.replace(at, marker.size(), by());
-    }
-  };
-  replace(L"{CONTROL}", [&] { return controls; });
-  replace(L"{LONE}", [] { return L"\xD800"; });
-  replace(L"{MEGABYTE}", [] { return std::wstring(1'000'000, L'm'); });
-  return text;
+  return fault.starts_with(wanted) ? std::stoul(fault.substr(wanted.size())) : other;
 }
 
 extern "C" {
@@ -73,44 +53,32 @@ __declspec(dllexport) int openEventHandles() {
 
 EVT_HANDLE WINAPI EvtQuery(EVT_HANDLE, LPCWSTR channel, LPCWSTR query, DWORD flags) {
   std::ifstream file(std::filesystem::path(environment(L"SENTIQ_EVENTS")) / channel += L".xml", std::ios::binary);
-  if (const DWORD error = faultOf(L"EvtQuery", 0)) {
-    return fail(error);
+  const bool found = (flags & EvtQueryChannelPath) != 0 && file;
+  if (const DWORD error = faultOf(L"EvtQuery", 0, found ? 0 : ERROR_EVT_CHANNEL_NOT_FOUND)) {
+    SetLastError(error);
+    return nullptr;
   }
-  if ((flags & EvtQueryChannelPath) == 0 || !file) {
-    return fail(ERROR_EVT_CHANNEL_NOT_FOUND);
-  }
-  std::string text{std::istreambuf_iterator<char>(file), {}};
-  const std::string end = "</Event>";
-  auto handle = std::make_unique<Handle>();
-  try {
-    const pugi::xpath_query wanted(sentiq::toUtf8(query).c_str());
-    for (auto at = text.find("<Event "); at != std::string::npos; at = text.find("<Event ", at + 1)) {
-      const std::string event = text.substr(at, text.find(end, at) + end.size() - at);
-      pugi::xml_document document;
-      document.load_string(event.c_str());
-      if (wanted.evaluate_boolean(document)) {
-        handle->events.push_back(event);
-      }
+  const std::string text{std::istreambuf_iterator<char>(file), {}}, end = "</Event>";
+  const pugi::xpath_query wanted(sentiq::toUtf8(query).c_str());  // Throws when it is none.
+  auto* const handle = new Handle;
+  for (auto at = text.find("<Event "); at != std::string::npos; at = text.find("<Event ", at + 1)) {
+    const std::string event = text.substr(at, text.find(end, at) + end.size() - at);
+    pugi::xml_document document;
+    document.load_string(event.c_str());
+    if (wanted.evaluate_boolean(document)) {
+      handle->events.insert((flags & EvtQueryReverseDirection) != 0 ? handle->events.begin() : handle->events.end(),
+                            event);
     }
-  } catch (const pugi::xpath_exception&) {
-    return fail(ERROR_EVT_INVALID_QUERY);
   }
-  if ((flags & EvtQueryReverseDirection) == 0) {
-    std::reverse(handle->events.begin(), handle->events.end());
-  }
-  return handle.release();
+  return handle;
 }
 
 BOOL WINAPI EvtNext(EVT_HANDLE query, DWORD size, EVT_HANDLE* events, DWORD, DWORD, DWORD* returned) {
   auto& opened = *static_cast<Handle*>(query);
-  *returned = 0;
   const DWORD error = faultOf(L"EvtNext", ++opened.nexts);
-  for (; error == 0 && *returned < size && !opened.events.empty(); ++*returned) {
-    auto* const event = new Handle;
-    event->events = {opened.events.back()};
-    event->query = &opened;
-    opened.events.pop_back();
-    events[*returned] = event;
+  for (*returned = 0; error == 0 && *returned < size && !opened.events.empty(); ++*returned) {
+    events[*returned] = new Handle({opened.events.front()}, &opened);
+    opened.events.pop_front();
   }
   SetLastError(error != 0 ? error : ERROR_NO_MORE_ITEMS);
   return *returned > 0;
@@ -118,16 +86,22 @@ BOOL WINAPI EvtNext(EVT_HANDLE query, DWORD size, EVT_HANDLE* events, DWORD, DWO
 
 BOOL WINAPI EvtRender(EVT_HANDLE, EVT_HANDLE event, DWORD flags, DWORD size, void* buffer, DWORD* used, DWORD*) {
   const auto& opened = *static_cast<Handle*>(event);
-  const int number = ++opened.query->renders;
-  const std::wstring text = rendered(opened.events.front());
-  *used = static_cast<DWORD>((text.size() + 1) * sizeof(wchar_t));
-  if (const DWORD error = faultOf(L"EvtRender", number); error != 0 || size < *used || flags != EvtRenderEventXml) {
-    SetLastError(error != 0 ? error : flags == EvtRenderEventXml ? ERROR_INSUFFICIENT_BUFFER : ERROR_INVALID_PARAMETER);
-    return FALSE;
+  std::wstring text = sentiq::toWide(opened.events.front());
+  if (const auto at = text.find(L"{LONE}"); at != std::wstring::npos) {
+    text.replace(at, 6, L"\xD800");
   }
-  std::copy_n(text.c_str(), text.size() + 1, static_cast<wchar_t*>(buffer));
-  SetLastError(faultOf(L"EvtRendered", number));
-  return TRUE;
+  *used = static_cast<DWORD>((text.size() + 1) * sizeof(wchar_t));
+  const int number = ++opened.query->renders;
+  const DWORD usual = flags != EvtRenderEventXml ? ERROR_INVALID_PARAMETER
+                      : size < *used             ? ERROR_INSUFFICIENT_BUFFER
+                                                 : 0;
+  const DWORD error = faultOf(L"EvtRender", number, usual);
+  if (error == 0) {
+    text.copy(static_cast<wchar_t*>(buffer), text.size());
+    static_cast<wchar_t*>(buffer)[text.size()] = 0;
+  }
+  SetLastError(error != 0 ? error : faultOf(L"EvtRendered", number));
+  return error == 0;
 }
 
 BOOL WINAPI EvtClose(EVT_HANDLE handle) {

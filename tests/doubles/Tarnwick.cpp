@@ -11,11 +11,12 @@
 #include <string>
 
 template <typename... Parts>
-static void record(const Parts&... parts) {
+static void record(const char* call, const Parts&... parts) {
   if (const char* const path = std::getenv("TARNWICK_RECORD")) {
     std::ofstream file(path, std::ios::app);
-    file << std::boolalpha;
-    (file << ... << parts) << '\n';
+    file << call << std::boolalpha;
+    ((file << ' ' << parts), ...);
+    file << '\n';
   }
 }
 
@@ -25,8 +26,7 @@ bool CrashReporterInitialize(std::uintptr_t p1, const char* product, const char*
                              std::uintptr_t p5, std::uintptr_t p6, std::uintptr_t p7, std::uintptr_t p8,
                              std::uintptr_t p9, std::uintptr_t p10, std::uintptr_t p11, bool p12, std::uintptr_t p13,
                              bool p14) {
-  record("CrashReporterInitialize ", p1, ' ', product, ' ', version, ' ', build, ' ', p5, ' ', p6, ' ', p7, ' ', p8,
-         ' ', p9, ' ', p10, ' ', p11, ' ', p12, ' ', p13, ' ', p14);
+  record("CrashReporterInitialize", p1, product, version, build, p5, p6, p7, p8, p9, p10, p11, p12, p13, p14);
   const char* const given = std::getenv("TARNWICK_FAULT");
   const std::string fault = given == nullptr ? "" : given;
   if (const auto code = std::strtoul(fault.c_str(), nullptr, 0)) {
@@ -46,7 +46,7 @@ std::uint32_t GetCRLastErrorCode() {
 }
 
 void VexaCrashReporterTerminate(std::uintptr_t p1) {
-  record("VexaCrashReporterTerminate ", p1);
+  record("VexaCrashReporterTerminate", p1);
 }
 
 }  // extern "C"

@@ -1,7 +1,6 @@
 // Reads a log as the tests compare it.
 #pragma once
 
-#include <algorithm>
 #include <filesystem>
 #include <string>
 #include <string_view>
@@ -36,18 +35,16 @@ inline bool isEncoded(const std::string& line) {
 /// The line with "T" in place of its time stamp; "[SYSTEM] text" and "[PROCESS] text" when it is one of level INFO, and
 /// for an event its record number as the text.
 inline std::string masked(std::string line) {
-  constexpr std::string_view stamp = "0000-00-00T00:00:00.000+0000 ";
-  const auto fits = [](char expected, char c) {
-    return expected == '0' ? c >= '0' && c <= '9' : c == expected || (expected == '+' && c == '-');
-  };
-  if (line.size() < stamp.size() || !std::equal(stamp.begin(), stamp.end(), line.begin(), fits)) {
+  std::string stamp = line.substr(0, 29);
+  for (char& c : stamp) {
+    c = c >= '0' && c <= '9' ? '0' : c == '+' ? '-' : c;
+  }
+  if (stamp != "0000-00-00T00:00:00.000-0000 ") {
     return line;
   }
   line.replace(0, stamp.size(), "T ");
-  for (const std::string tag : {"[SYSTEM] ", "[PROCESS] "}) {
-    if (line.starts_with("T " + tag + "[INFO]: ")) {
-      line.replace(0, tag.size() + 10, tag);
-    }
+  if (const std::size_t tag = line.find("] [INFO]: "); tag < 11) {
+    line.erase(tag + 2, 8).erase(0, 2);
   }
   const std::size_t number = line.find("<EventRecordID>") + 15;
   const bool isEvent = line.starts_with("[PROCESS] {\"xmlData\":\"<Event ") && line.ends_with("</Event>\"}");
