@@ -10,8 +10,9 @@
 
 // A COM object is a pointer to a table of its functions. One table, with those that are called, serves factory and
 // adapters.
+struct Table;
 struct ComObject {
-  const void* const* table;
+  const Table* table;
   HRESULT handedOut, described;
   std::wstring name;
 };
@@ -34,16 +35,14 @@ static HRESULT STDMETHODCALLTYPE getDesc(ComObject* adapter, DXGI_ADAPTER_DESC* 
   adapter->name.copy(description->Description, 128);
   return adapter->described;
 }
-static const void* const table[] = {nullptr,
-                                    nullptr,
-                                    reinterpret_cast<void*>(release),
-                                    nullptr,
-                                    nullptr,
-                                    nullptr,
-                                    nullptr,
-                                    reinterpret_cast<void*>(enumAdapters),
-                                    reinterpret_cast<void*>(getDesc)};
-static ComObject factory = {table, S_OK, S_OK, L""};
+struct Table {
+  const void* inherited[2] = {};
+  const void* released = reinterpret_cast<void*>(release);
+  const void* ofObjects[4] = {};
+  const void* own[2] = {reinterpret_cast<void*>(enumAdapters), reinterpret_cast<void*>(getDesc)};
+};
+static const Table table;
+static ComObject factory = {&table, S_OK, S_OK, L""};
 
 static BOOL answers = TRUE;  // Whether disk, page file and power can be asked.
 static SYSTEM_POWER_STATUS battery;
@@ -91,12 +90,12 @@ TEST(SystemInfoWindows, BatteryIsAPercentageOrSaysWhyNot) {
 }
 
 TEST(SystemInfoWindows, EveryAdapterThatDescribesItselfIsListed) {
-  adapters = {{table, S_OK, S_OK, L"A \u00FC\U0001F600"},
-              {table, S_OK, E_FAIL, L"mute"},
-              {table, E_FAIL, S_OK, L"not handed out"},
-              {table, S_OK, S_OK, std::wstring(L"B\0hidden", 8)},
-              {table, S_OK, S_OK, std::wstring(128, L'x')},  // Fills the field: no terminating zero.
-              {table, S_OK, S_OK, L"\xD800"}};
+  adapters = {{&table, S_OK, S_OK, L"A \u00FC\U0001F600"},
+              {&table, S_OK, E_FAIL, L"mute"},
+              {&table, E_FAIL, S_OK, L"not handed out"},
+              {&table, S_OK, S_OK, std::wstring(L"B\0hidden", 8)},
+              {&table, S_OK, S_OK, std::wstring(128, L'x')},  // Fills the field: no terminating zero.
+              {&table, S_OK, S_OK, L"\xD800"}};
   std::vector<GpuInfo> found(1);  // Appended to what is there.
   SystemInfoWindows().getGpuInfo(found);
   adapters.clear();

@@ -45,7 +45,10 @@ TEST(FullRun, EveryLineOfEveryLog) {
                     events(41213, 41212) + events(41207, 41207) +
                     Lines{"[PROCESS] Reading last app termination details in System logs",
                           "[SYSTEM] Initial metric collection done.", separator}));
-  ASSERT_TRUE(run.watchdogRuns(sentiq));
+  const Lines started = {"[PROCESS] Inside  monitor app exit", "[SYSTEM] inside power thread",
+                         "[SYSTEM] Done with start of Watchdog application"};
+  ASSERT_TRUE(
+      eventually([&] { return powerWindowOf(sentiq.pid()) && Value(readLog(run.watchdog), IsSupersetOf(started)); }));
   lines = readLog(run.watchdog);
   lines.resize(5);
   EXPECT_EQ(lines, header("session-\u00FC", canvix, lines) + Lines{"[SYSTEM] Starting Watchdog application"});

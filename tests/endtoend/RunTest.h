@@ -13,8 +13,11 @@ inline void useSampleEvents() {
   SetEnvironmentVariableW(L"SENTIQ_EVENTS", (programFolder() / "events").c_str());
 }
 
-/// The paths that Canvix hands over. Names with every kind of character, since they must all work.
+/// The paths that Canvix hands over, with every kind of character in their names, since they must all work; and the
+/// calls of the crash client.
 struct RunFolder {
+  RunFolder() { SetEnvironmentVariableW(L"TARNWICK_RECORD", (folder / "calls.txt").c_str()); }
+
   TempFolder folder;
   std::filesystem::path session = folder / L"CanvixSentiqSession \u00FC\u65E5\U0001F600.log";
   std::filesystem::path watchdog = folder / L"CanvixWatchdogInfoSession \u00FC.log";
@@ -23,16 +26,6 @@ struct RunFolder {
   std::wstring options() const {
     return L" --sentiq-logs-path \"" + session.wstring() + L"\" --watchdog-logs-path \"" + watchdog.wstring() +
            L"\" --watchdog-initial-logs-path \"" + initial.wstring() + L"\"";
-  }
-
-  // Whether the watchdog has started all its threads and they have said so.
-  bool watchdogRuns(const ChildProcess& sentiq) const {
-    return eventually([&] {
-      return powerWindowOf(sentiq.pid()) &&
-             Value(readLog(watchdog),
-                   IsSupersetOf({"[PROCESS] Inside  monitor app exit", "[SYSTEM] inside power thread",
-                                 "[SYSTEM] Done with start of Watchdog application"}));
-    });
   }
 };
 

@@ -8,7 +8,6 @@ namespace sentiq {
 // A run that ends before it begins leaves no file and does not touch the crash client.
 TEST(ShortRuns, ExitCodesOfTheCommandLine) {
   const RunFolder run;
-  SetEnvironmentVariableW(L"TARNWICK_RECORD", (run.folder / "calls.txt").c_str());
   const std::pair<std::wstring, DWORD> cases[] = {{L"", 0},
                                                   {L"--help" + run.options(), 0},
                                                   {run.options(), 1},
@@ -17,7 +16,6 @@ TEST(ShortRuns, ExitCodesOfTheCommandLine) {
   for (const auto& [arguments, code] : cases) {
     EXPECT_EQ(ChildProcess(program, arguments).wait(60s), code) << std::filesystem::path(arguments);
   }
-  SetEnvironmentVariableW(L"TARNWICK_RECORD", nullptr);
   EXPECT_TRUE(std::filesystem::is_empty(run.folder / ""));
 }
 
@@ -34,14 +32,12 @@ TEST(ShortRuns, CallsOfTheCrashClient) {
       {L"", L"0xC0000005", {initialize}, 0xC0000005},  // An access violation is the system's.
   };
   for (const auto& [option, fault, calls, code] : cases) {
-    const TempFolder folder;
-    SetEnvironmentVariableW(L"TARNWICK_RECORD", (folder / "calls.txt").c_str());
+    const RunFolder run;
     SetEnvironmentVariableW(L"TARNWICK_FAULT", fault);
     const ChildProcess canvix(L"Canvix.exe", L"2");
     EXPECT_EQ(ChildProcess(program, pidOption(canvix) + option).wait(60s), code);
-    EXPECT_EQ(linesOf(readFile(folder / "calls.txt")), calls);
+    EXPECT_EQ(linesOf(readFile(run.folder / "calls.txt")), calls);
   }
-  SetEnvironmentVariableW(L"TARNWICK_RECORD", nullptr);
   SetEnvironmentVariableW(L"TARNWICK_FAULT", nullptr);
 }
 
@@ -77,14 +73,12 @@ TEST(ShortRuns, AProcessThatDoesNotExist) {
     const RunFolder run;
     std::ofstream(run.folder / "Application.xml") << "<Event xmlns='x'>{LONE}</Event>";
     SetEnvironmentVariableW(L"SENTIQ_EVENTS", (run.folder / "").c_str());
-    SetEnvironmentVariableW(L"TARNWICK_RECORD", (run.folder / "calls.txt").c_str());
     EXPECT_EQ(ChildProcess(program, L"--pid 999999" + run.options()).wait(3s), 0u);
     EXPECT_TRUE(("\n" + readFile(run.session)).ends_with('\n') && readFile(run.watchdog).ends_with('\n'));
     EXPECT_THAT(readFile(run.folder / "calls.txt"), Not(HasSubstr("Terminate")));
     EXPECT_THAT(readLog(run.watchdog), AllOf(Contains("[SYSTEM] Starting Watchdog application"),
                                              Not(Contains("[SYSTEM] Attempting to stop Watchdog."))));
   }
-  SetEnvironmentVariableW(L"TARNWICK_RECORD", nullptr);
 }
 
 }  // namespace sentiq

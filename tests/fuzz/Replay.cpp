@@ -1,20 +1,16 @@
 // Stands in for libFuzzer where there is none: takes a target through the files of the given folders and for a second
 // through damaged variants of them, the same in every run.
-#include <chrono>
-#include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <random>
 
 #include "tests/fuzz/Fuzz.h"
+#include "tests/support/TestFiles.h"
 
 int main(int argc, char** argv) {
   std::vector<std::string> inputs;
   for (const std::string folder : std::vector(argv + 1, argv + argc)) {
     for (const auto& file : std::filesystem::recursive_directory_iterator(folder)) {
       if (file.is_regular_file()) {
-        std::ifstream in(file.path(), std::ios::binary);
-        inputs.emplace_back(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
+        inputs.push_back(sentiq::test::readFile(file.path()));
       }
     }
   }

@@ -70,13 +70,13 @@ TEST_F(WatchdogLog, WithoutAFileNothingHappens) {
   EXPECT_TRUE(std::filesystem::is_empty(folder_ / ""));
 }
 
-// Lines of eight threads on both files, of which one is emptied meanwhile: each line whole, none lost on the other.
+// Lines of six threads on both files, of which one is emptied meanwhile: each line whole, none lost on the other.
 TEST_F(WatchdogLog, ThreadsTearNoLineAndLoseNone) {
   const std::string dots(200, '.');
   {
     std::vector<std::jthread> writers;
     for (const LogTarget target : {toWatchdog, toInitial, toInitial, toWatchdog, toInitial, toInitial}) {
-      writers.emplace_back([target, &dots] {
+      writers.emplace_back([&dots, target] {
         for (int i = 0; i < 2000; ++i) {
           writeLogLine(dots, true, LogLevel::Info, target);
         }
