@@ -155,7 +155,7 @@ Evidence evidenceOf(const Session& session, const LogEntry& entry) {
     add("hangKind", hangKind);
   }
   add("canvixVersion", event.field("AppVersion"));
-  add("reportId", reportIdOf(*last));
+  add("reportId", reportIdOf(reportIdOf(*last).empty() ? event : *last));
   add("bucket", last->field(last->field("HashedBucket").empty() ? "Bucket" : "HashedBucket"));
   add("reportPath", last->field("StorePath"));
   return evidence;

@@ -4,6 +4,8 @@
 
 #include <nlohmann/json.hpp>
 
+#include "reader/input/CleanText.h"
+
 namespace sentiq {
 namespace {
 
@@ -51,7 +53,7 @@ std::optional<MetricSample> parseMetric(std::string_view text) {
   record.threads = numberOf<std::int64_t>(object, "threadCount");
   for (const json& adapter : object.value("gpuInfo", json::array())) {
     if (adapter.is_object()) {
-      record.adapters.push_back(textOf(adapter, "gpuName") + " (" +
+      record.adapters.push_back(cleanText(textOf(adapter, "gpuName")) + " (" +
                                 std::to_string(numberOf<std::int64_t>(adapter, "gpuMemoryUsage").value_or(0)) +
                                 " MiB)");
     }
