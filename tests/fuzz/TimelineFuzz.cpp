@@ -3,7 +3,6 @@
 
 #include <nlohmann/json.hpp>
 
-#include "reader/session/LogSet.h"
 #include "reader/views/HtmlReport.h"
 #include "reader/views/MetricsTable.h"
 #include "reader/views/Summary.h"

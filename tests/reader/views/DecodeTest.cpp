@@ -1,9 +1,7 @@
-#include <atomic>
 #include <fstream>
 #include <sstream>
 
 #include "reader/ExitCode.h"
-#include "reader/input/LineSplitter.h"
 #include "reader/views/Decode.h"
 #include "reader/views/Timeline.h"
 #include "tests/reader/SampleLogs.h"
