@@ -99,7 +99,7 @@ void DecodeStream::write(const Line& line) {
     block += line.text;
   }
   block += line.end;
-  out_.lineIsOpen = line.end.empty();
+  out_.lineIsOpen = !block.ends_with('\n');
   if (constexpr std::size_t enough = 64U << 10; block.size() >= enough) {
     out_.flush();
   }

@@ -9,7 +9,6 @@
 #include "reader/console/Console.h"
 #include "reader/session/LogSet.h"
 #include "tests/support/Test.h"
-#include "tests/support/TestFiles.h"
 
 namespace sentiq {
 

@@ -2,61 +2,58 @@
 #include "reader/session/Judgement.h"
 #include "reader/views/Summary.h"
 #include "tests/reader/SampleLogs.h"
-#include "tests/support/Test.h"
 
 namespace sentiq {
-namespace {
-
 using Data = std::vector<std::string>;
 
 // Canvix, process 4242 (0x1092), runs from 12:59:40 to 13:00:05 local time, which is UTC plus one hour.
 const std::string exitLine = "2025-01-31T13:00:05.000+0100 Exit Status - Canvix is no longer alive";
 const std::string kernelPower = "Microsoft-Windows-Kernel-Power";
 
-std::string utc(const std::string& time) {
+static std::string utc(const std::string& time) {
   return "2025-01-31T" + time + ".0000001Z";
 }
 
-std::string crash(const std::string& time, const std::string& pid = "1092", const std::string& created = "",
-                  const std::string& program = "Canvix.exe") {
+static std::string crash(const std::string& time, const std::string& pid = "1092", const std::string& created = "",
+                         const std::string& program = "Canvix.exe") {
   return eventLine(
       "Application Error", 1000, utc(time),
       {program, "29.5", "1", "gfx.dll", "3.1", "2", "c0000374", "00000000000a1b2", pid, created, "", "", "r-1"});
 }
 
-std::string hang(const std::string& time, const std::string& kind = "") {
+static std::string hang(const std::string& time, const std::string& kind = "") {
   return eventLine("application hang", 1002, utc(time), {"CANVIX.EXE", "29.5", "1092", "", "", "", "", "", "", kind});
 }
 
-std::string report(const std::string& time, const std::string& kind, const std::string& program = "Canvix.exe",
-                   const std::string& rechecking = "0") {
+static std::string report(const std::string& time, const std::string& kind, const std::string& program = "Canvix.exe",
+                          const std::string& rechecking = "0") {
   return eventLine("Windows Error Reporting", 1001, utc(time),
                    {"",           "0",   kind,       "",         "0",    program, "29.5", "1",
                     "gfx.dll",    "3.1", "2",        "c0000005", "a1b2", "",      "",     "\nC:\\a.tmp.dmp\nC:\\b.xml",
                     "C:\\Report", "",    rechecking, "r-1",      "4",    "hash"});
 }
 
-std::string restarted(const std::string& time, const Data& data = {"BugcheckCode=0", "SleepInProgress=0"}) {
+static std::string restarted(const std::string& time, const Data& data = {"BugcheckCode=0", "SleepInProgress=0"}) {
   return eventLine(kernelPower, 41, utc(time), data, "System");
 }
 
-std::string unexpected(const std::string& time, const std::string& clock, const std::string& date) {
+static std::string unexpected(const std::string& time, const std::string& clock, const std::string& date) {
   return eventLine("EventLog", 6008, utc(time), {clock, date, "", "", "184"}, "System");
 }
 
-std::string shutdown(const std::string& time) {
+static std::string shutdown(const std::string& time) {
   return eventLine("USER32", 1074, utc(time), {"a.exe", "PC", "Planned", "0x8", "restart", "", "me"}, "System");
 }
 
-std::string stopped(const std::string& time) {
+static std::string stopped(const std::string& time) {
   return eventLine("EventLog", 6006, utc(time), {}, "System");
 }
 
-std::string marker(const std::string& time, const std::string& text) {
+static std::string marker(const std::string& time, const std::string& text) {
   return "2025-01-31T" + time + ".000+0100 [SYSTEM] [INFO]: " + text;
 }
 
-LogSet logsOf(const Data& watchdog, const Data& session) {
+static LogSet logsOf(const Data& watchdog, const Data& session) {
   std::string lines;
   for (const std::string& line : watchdog) {
     lines += encodedLine(line);
@@ -64,7 +61,7 @@ LogSet logsOf(const Data& watchdog, const Data& session) {
   return readTexts({sessionLog(session), watchdogLog(lines)});
 }
 
-Data session(bool exited) {
+static Data session(bool exited) {
   Data lines{recordLine("2025-01-31T12:59:50.000+0100"), recordLine("2025-01-31T13:00:00.000+0100", 90)};
   if (exited) {
     lines.push_back(exitLine);
@@ -112,11 +109,9 @@ TEST(Judgement, SaysHowASessionEnded) {
       {{crash("12:00:01", "1"), report("12:00:06", "APPCRASH")}, "ended", "normally", "process 1"},
       // The end of Canvix and of the machine.
       {{copiedAtExit}, "ended", "whether normally is unknown"},
-      {{shutdown("12:00:01")}, "shutdown", "a.exe began a restart for me: Planned"},
-      {{shutdown("12:00:09")}, "shutdown", "began a restart"},
+      {{shutdown("12:00:09")}, "shutdown", "a.exe began a restart for me: Planned"},
       {{stopped("12:00:15")}, "shutdown", "a clean shutdown"},
       {{shutdown("12:00:20"), stopped("12:00:25"), copied}, "ended", "normally", "Later, 15 s after"},
-      {{shutdown("12:01:00"), stopped("12:01:05"), copied}, "ended", "normally", "Later, 55 s after"},
   };
   const std::vector<Case> running{
       {{shutdown("12:00:03"), restarted("12:30:00")}, "power-loss", "lost power or froze"},
@@ -242,5 +237,4 @@ TEST(EventTable, PutsEveryFormOfAnEventIntoWords) {
   EXPECT_THAT(describeEvent(*event, {}).words, testing::EndsWith("xxx\u2026"));
 }
 
-}  // namespace
 }  // namespace sentiq

@@ -1,32 +1,28 @@
 #include <regex>
 #include <set>
-#include <sstream>
 
 #include "reader/views/HtmlReport.h"
 #include "tests/reader/SampleLogs.h"
-#include "tests/support/Test.h"
 
 namespace sentiq {
-namespace {
-
 const std::string exitLine = "2025-01-31T13:00:05.000+0100 Exit Status - Canvix is no longer alive";
 const std::string during = "2025-01-31T12:00:02.0000001Z";  // 13:00:02 local time.
 
-std::string pageOf(const std::vector<std::string>& texts) {
+static std::string pageOf(const std::vector<std::string>& texts) {
   std::ostringstream out;
   writeHtmlReport(readTexts(texts), out);
   return out.str();
 }
 
-std::string crash(const std::vector<std::string>& data) {
+static std::string crash(const std::vector<std::string>& data) {
   return eventLine("Application Error", 1000, during, data) + '\n';
 }
 
-std::string other(const std::string& time, const std::string& text) {
+static std::string other(const std::string& time, const std::string& text) {
   return eventLine("Spooler", 5, time, {text}) + '\n';
 }
 
-std::vector<std::string> found(const std::string& page, const std::string& pattern) {
+static std::vector<std::string> found(const std::string& page, const std::string& pattern) {
   const std::regex regex(pattern);
   std::vector<std::string> all;
   for (std::sregex_iterator match(page.begin(), page.end(), regex), end; match != end; ++match) {
@@ -93,5 +89,4 @@ TEST(Report, OfSeveralSessionsHasATargetForEveryLink) {
   EXPECT_LT(page.find("<summary id=\"s1\">Session session-2"), page.find("<summary id=\"s0\">Session session-1"));
 }
 
-}  // namespace
 }  // namespace sentiq

@@ -1,17 +1,13 @@
 #include <atomic>
-#include <sstream>
 
 #include "reader/ExitCode.h"
 #include "reader/views/TriageCommand.h"
 #include "tests/reader/SampleLogs.h"
-#include "tests/support/Test.h"
 
 namespace sentiq {
-namespace {
-
 const std::string watch = "2025-01-31T13:05:00.000+0100 [SYSTEM] [INFO]: ";
 
-std::string recordsOf(const std::string& id, const std::string& adapter) {
+static std::string recordsOf(const std::string& id, const std::string& adapter) {
   std::string record = recordLine("2025-01-31T13:00:00.000+0100");
   record.insert(1, R"("gpuInfo":[{"gpuName":")" + adapter + R"(","gpuMemoryUsage":8}],)");
   return header(id, "4242") + recordLine("2025-01-31T12:59:40.000+0100") + "\n" +
@@ -24,7 +20,7 @@ struct Triaged {
   std::string messages;
 };
 
-Triaged triage(const std::string& folder, bool json = false, bool stopped = false) {
+static Triaged triage(const std::string& folder, bool json = false, bool stopped = false) {
   std::ostringstream out;
   std::ostringstream messages;
   const std::atomic<bool> stop{stopped};
@@ -75,5 +71,4 @@ TEST(Triage, SaysWhatItCouldNotRead) {
   EXPECT_THAT(stopped.messages, HasSubstr("stopped: 0 of 1 folders"));
 }
 
-}  // namespace
 }  // namespace sentiq
