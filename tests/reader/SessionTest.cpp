@@ -1,12 +1,12 @@
 #include <cstdlib>
 
-#include "reader/session/LogTime.h"
 #include "reader/views/MetricsTable.h"
 #include "reader/views/Summary.h"
 #include "reader/views/Timeline.h"
 #include "tests/reader/SampleLogs.h"
 
 namespace sentiq {
+
 const std::string first = recordLine("2025-01-31T12:59:50.000+0100");
 const std::string exitLine = "2025-01-31T13:00:05.000+0100 Exit Status - Canvix is no longer alive";
 const std::string during = "2025-01-31T12:00:02.0000001Z";  // 13:00:02 local time.
@@ -53,7 +53,6 @@ TEST(Summary, OfLogsThatTheProgramWrote) {
     Progress progress(nullptr);
     const LogSet logs = readLogs(findLogs({data + ("/" + form)}), noInput, progress, Keep::AllEvents);
     ASSERT_EQ(logs.sessions.size(), 1);
-    EXPECT_EQ(logs.sessions.front().events.size(), 6) << form;
     const Summary summary = summarize(logs, logs.sessions.front());
     EXPECT_THAT(
         summaryText(logs, /*colour=*/false),

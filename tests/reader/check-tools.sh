@@ -29,7 +29,6 @@ critical,3,3' "$(lnav -n -c ';SELECT log_level, count(*) AS lines, count(event_i
   man)
     need groff
     same '' "$(groff -man -ww -z "$here/../../reader/sentiq-logs.1" 2>&1)"
-    same 'CanvixSentiqSession.log ' "$("$reader" decode "$here"/data/plain/*.log | head -n 1 | cut -c1-24)"
     # Every option that the program knows stands in the page.
     page=$(sed 's/\\-/-/g' "$here/../../reader/sentiq-logs.1")
     for command in decode timeline summary triage report metrics; do

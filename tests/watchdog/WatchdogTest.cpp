@@ -98,10 +98,6 @@ TEST_F(Watchdog, BroadcastsSentAndPosted) {
   for (const WPARAM code : {6, 9, 10, 18, PBT_POWERSETTINGCHANGE}) {  // Only the last of these says anything.
     EXPECT_EQ(SendMessageW(window, WM_POWERBROADCAST, code, 0), TRUE);
   }
-  for (const WPARAM code : {4, 7}) {
-    EXPECT_EQ(SendMessageW(window, WM_USER, code, 0), 0);
-    PostMessageW(window, WM_USER, code, 0);
-  }
   PostThreadMessageW(GetWindowThreadProcessId(window, nullptr), WM_POWERBROADCAST, PBT_APMRESUMESUSPEND, 0);
   Lines expected = {inside};
   for (const char* title : {"[SYSTEM] System Will enter/exit Standby", "[SYSTEM] System Resume"}) {

@@ -1,11 +1,10 @@
-#include <fstream>
-
 #include "reader/ExitCode.h"
 #include "reader/views/Decode.h"
 #include "reader/views/Timeline.h"
 #include "tests/reader/SampleLogs.h"
 
 namespace sentiq {
+
 const std::string entry = "2025-01-31T14:05:09.042+0100 [SYSTEM] [INFO]: a";
 const std::string encoded = encodedLine(entry);
 
@@ -34,7 +33,6 @@ TEST(Decode, TellsPlainEncodedAndDamagedLinesApart) {
     int exitCode;
   };
   const std::vector<Case> cases{
-      {"nothing", "", "", exitGood},
       {"encoded, LF and CRLF", encoded + crlf, entry + "\n" + entry + "\r\n", exitGood},
       {"plain header among encoded lines", "ProcessID: 42\n" + encoded, "ProcessID: 42\n" + entry + "\n", exitGood},
       {"second line of an encoded message", encoded + encodedLine("two words"), entry + "\ntwo words\n", exitGood},

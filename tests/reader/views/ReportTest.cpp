@@ -5,6 +5,7 @@
 #include "tests/reader/SampleLogs.h"
 
 namespace sentiq {
+
 const std::string exitLine = "2025-01-31T13:00:05.000+0100 Exit Status - Canvix is no longer alive";
 const std::string during = "2025-01-31T12:00:02.0000001Z";  // 13:00:02 local time.
 

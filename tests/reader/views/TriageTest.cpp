@@ -1,10 +1,9 @@
-#include <atomic>
-
 #include "reader/ExitCode.h"
 #include "reader/views/TriageCommand.h"
 #include "tests/reader/SampleLogs.h"
 
 namespace sentiq {
+
 const std::string watch = "2025-01-31T13:05:00.000+0100 [SYSTEM] [INFO]: ";
 
 static std::string recordsOf(const std::string& id, const std::string& adapter) {
