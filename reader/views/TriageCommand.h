@@ -1,7 +1,8 @@
 // `sentiq-logs triage`: judges all sessions below some folders, on all processor cores.
 //
-// The unit of work is a folder with the logs that lie directly in it: those of one session, most often. What a judgement
-// needs of each session stays in memory until all are read, since an initial log in another folder may tell of it.
+// The unit of work is a folder with the logs that lie directly in it: those of one session, most often. What a
+// judgement needs of each session stays in memory until all are read, since an initial log in another folder may tell
+// of it.
 #pragma once
 
 #include <atomic>
