@@ -94,7 +94,7 @@ CLI::App* addView(CLI::App& app, Request& request, const char* name, const char*
   command->add_option("FILE", request.inputs, "Logs, or folders with logs (*.log, taken by what they hold)")
       ->required();
   command->callback([&request, keep, write] {
-    if (request.follow) {
+    if (request.follow) {  // Which of these only the timeline can.
       needFiles(request.inputs);
       followTimeline(request.inputs, request.timeline, std::cout, stopRequested());
       return;

@@ -17,7 +17,8 @@ void LineSplitter::feed(std::string_view bytes, const Visit& visit) {
     std::string_view text = bytes.substr(0, ends ? found + 1 : bytes.size());
     bytes.remove_prefix(text.size());
     if (!ends || !kept_.empty()) {
-      text = kept_ += text;
+      kept_ += text;
+      text = kept_;
     }
     if (ends || text.size() > longestLine) {
       visit(ends && !overlong_ ? wholeLine(text, number_) : Line{text, {}, number_, /*whole=*/false});

@@ -20,7 +20,6 @@ struct Layout {
   std::string_view provider;
   std::string_view names;
 };
-constexpr std::string_view errorReporting = "Windows Error Reporting";
 constexpr Layout layouts[] = {
     Layout{1000, "Application Error",
            "AppName AppVersion AppTimeStamp ModuleName ModuleVersion ModuleTimeStamp ExceptionCode FaultingOffset "

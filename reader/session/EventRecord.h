@@ -12,6 +12,9 @@
 
 namespace sentiq {
 
+/// The provider of error reports.
+constexpr std::string_view errorReporting = "Windows Error Reporting";
+
 /// All texts are clean and of limited length.
 struct EventRecord {
   std::optional<Instant> time;  // The event's own.
@@ -27,6 +30,7 @@ struct EventRecord {
   /// Empty when there is no such field. What a crash and its error report both have goes by the names of the crash.
   const std::string& field(std::string_view name) const;
 
+  /// An error report: it names no process, and most often a crash or hang stands beside it.
   bool isReport() const;
 
   /// Whether a crash, a hang or an error report is about Canvix; others name it further back, which does not count.

@@ -30,7 +30,6 @@ struct EventRow {
 
 constexpr std::string_view kernelPower = "Microsoft-Windows-Kernel-Power";
 constexpr std::string_view kernelGeneral = "Microsoft-Windows-Kernel-General";
-constexpr std::string_view errorReporting = "Windows Error Reporting";
 
 using enum Meaning;
 using enum Severity;

@@ -33,6 +33,7 @@ struct Evidence {
   std::vector<std::pair<std::string, std::string>> texts;
   std::vector<std::string> dumps;
 
+  /// The text of that name; the other one when there is none.
   std::string text(std::string_view name, const std::string& otherwise = {}) const;
 };
 

@@ -6,6 +6,7 @@
 #include <functional>
 #include <iterator>
 #include <map>
+#include <system_error>
 #include <utility>
 
 #include <nlohmann/json.hpp>
@@ -44,16 +45,17 @@ bool isRecord(std::string_view text) {
   return text.starts_with("{\"");
 }
 
-// The figure as it stands in the record; 0 when it is not there.
-std::int64_t figureOf(std::string_view record, std::string_view key) {
+// The figure as it stands in the record, if it does.
+std::optional<std::int64_t> figureOf(std::string_view record, std::string_view key) {
+  const std::size_t at = record.find(key);
   std::int64_t value = 0;
-  if (const std::size_t at = record.find(key); at != std::string_view::npos) {
-    std::from_chars(record.data() + at + key.size(), record.data() + record.size(), value);
-  }
-  return value;
+  const bool found =
+      at != std::string_view::npos &&
+      std::from_chars(record.data() + at + key.size(), record.data() + record.size(), value).ec == std::errc{};
+  return found ? std::optional(value) : std::nullopt;
 }
 
-std::optional<EventRecord> eventOf(std::string_view text) {
+std::optional<EventRecord> readEvent(std::string_view text) {
   using nlohmann::json;
   const json object = json::parse(text, /*cb=*/nullptr, /*allow_exceptions=*/false);
   const auto xml = object.is_object() ? object.find("xmlData") : object.end();
@@ -85,8 +87,7 @@ void LogFileReader::take(const Line& line) {
   const bool good = decoder_.decode(line.text, text_) != LineKind::Damaged && line.whole;
   const std::string_view text = text_;
   keepRaw(text);
-  if (keep_ == Keep::Judgement && good && isRecord(text)) {
-    keepRecord(text);
+  if (keep_ == Keep::Judgement && good && keepRecord(text)) {
     return;
   }
   takeKeptRecords();
@@ -243,7 +244,7 @@ void LogFileReader::takeEvent(std::string_view text) {
       ++part().session.eventCopies;
     } else if (!parsed) {
       part().session.counted.emplace(hash, severityOfLevel(head->level));
-    } else if (auto event = eventOf(text)) {
+    } else if (auto event = readEvent(text)) {
       addEvent(std::move(*event));
     } else {
       seen_.erase(hash);
@@ -282,10 +283,16 @@ void LogFileReader::takeMetric(std::string_view text) {
   metrics.push_back(std::move(*metric));
 }
 
-void LogFileReader::keepRecord(std::string_view text) {
+// Whether it is a record, as far as that shows without parsing it.
+bool LogFileReader::keepRecord(std::string_view text) {
+  const bool whole = isRecord(text) && text.ends_with('}');
+  const auto disk = whole ? figureOf(text, R"(freeDiskSpace":)") : std::nullopt;
+  const auto swap = whole ? figureOf(text, R"(freeSwapMemory":)") : std::nullopt;
+  if (!disk || !swap) {
+    return false;
+  }
   const auto line = static_cast<std::int64_t>(line_);
-  const std::array<std::int64_t, 4> figures{line, figureOf(text, R"(freeDiskSpace":)"),
-                                            figureOf(text, R"(freeSwapMemory":)"), -line};
+  const std::array<std::int64_t, 4> figures{line, *disk, *swap, -line};
   for (std::size_t i = 0; i < figures.size(); ++i) {
     if (kept_[i].text.empty() || figures[i] < kept_[i].figure) {
       kept_[i].figure = figures[i];
@@ -293,6 +300,7 @@ void LogFileReader::keepRecord(std::string_view text) {
       kept_[i].text = text;
     }
   }
+  return true;
 }
 
 void LogFileReader::takeKeptRecords() {

@@ -60,7 +60,7 @@ class LogFileReader {
   void takeEvent(std::string_view text);
   void addEvent(EventRecord event);
   void takeMetric(std::string_view text);
-  void keepRecord(std::string_view text);
+  bool keepRecord(std::string_view text);
   void takeKeptRecords();
   void takeHeader(std::string_view message);
   void keepRaw(std::string_view text);

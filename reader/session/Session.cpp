@@ -7,7 +7,7 @@
 namespace sentiq {
 
 std::string Session::sourceOf(const LogEntry& entry) const {
-  return entry.event ? cleanText(events[*entry.event].channel) : roleName(entry.role);
+  return entry.event ? cleanText(eventOf(entry).channel) : roleName(entry.role);
 }
 
 std::string roleName(LogRole role) {

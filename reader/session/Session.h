@@ -48,6 +48,7 @@ struct Session {
   std::uint64_t eventCopies = 0;                      // Events that were in the logs more than once.
   std::optional<Instant> applicationCopied;           // When the Application channel was last copied.
 
+  /// @param entry one that is an event.
   const EventRecord& eventOf(const LogEntry& entry) const { return events[*entry.event]; }
 
   /// "session", "watchdog", "initial" or "unknown"; for an event its channel.

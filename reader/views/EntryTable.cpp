@@ -28,7 +28,7 @@ std::string localTime(const LogEntry& entry) {
 }
 
 std::string providerOf(const Session& session, const LogEntry& entry) {
-  return entry.event ? session.events[*entry.event].provider + ' ' + std::to_string(session.events[*entry.event].id)
+  return entry.event ? session.eventOf(entry).provider + ' ' + std::to_string(session.eventOf(entry).id)
                      : std::string{};
 }
 

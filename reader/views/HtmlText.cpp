@@ -15,7 +15,11 @@ std::string htmlText(std::string_view bytes) {
   for (const char c : cleanText(bytes)) {
     const auto* const found =
         std::find_if(std::begin(escapes), std::end(escapes), [c](const auto& escape) { return escape.first == c; });
-    html += found == std::end(escapes) ? std::string(1, c) : found->second;
+    if (found == std::end(escapes)) {
+      html += c;
+    } else {
+      html += found->second;
+    }
   }
   return html;
 }

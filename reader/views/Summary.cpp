@@ -32,7 +32,7 @@ Fact textFact(const char* label, const char* key, const std::string& text) {
 
 Fact processFact(const Session& session) {
   Fact fact = textFact("Process id", "processId", session.processId);
-  if (Json number = Json::parse(session.processId, nullptr, /*allow_exceptions=*/false); number.is_number()) {
+  if (Json number = Json::parse(session.processId, nullptr, /*allow_exceptions=*/false); number.is_number_integer()) {
     fact.value = std::move(number);
   }
   return fact;
@@ -146,7 +146,7 @@ std::vector<std::string> gapsOf(const Session& session) {
   for (const LogEntry& entry : session.entries) {
     slept = slept || entry.meaning == Meaning::Sleep || entry.meaning == Meaning::Resume;
     if (entry.meaning == Meaning::Clock && entry.event) {
-      set += clockChange(session.events[*entry.event]).value_or(Ticks{});
+      set += clockChange(session.eventOf(entry)).value_or(Ticks{});
     }
     if (!entry.metric) {
       continue;

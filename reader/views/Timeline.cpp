@@ -51,7 +51,7 @@ std::string jsonLine(const LogFileInfo& file, const Session& session, const LogE
   object["file"] = file.name;
   object["line"] = entry.line;
   if (entry.event) {
-    const EventRecord& event = session.events[*entry.event];
+    const EventRecord& event = session.eventOf(entry);
     object["event"] = {
         {"id", event.id}, {"provider", event.provider}, {"level", event.level}, {"recordId", event.recordId}};
     for (const auto& [name, value] : event.data) {
@@ -95,7 +95,7 @@ void followTimeline(const std::vector<std::string>& inputs, const TimelineOption
     for (const SessionPart& part : log.reader->takeOut()) {
       for (const LogEntry& entry : part.session.entries) {
         const bool known = !log.input.fromFolder || part.role != LogRole::Unknown;  // A folder holds other logs, too.
-        if (known && (!entry.event || shown.insert(part.session.events[*entry.event].key()).second)) {
+        if (known && (!entry.event || shown.insert(part.session.eventOf(entry).key()).second)) {
           writeEntry(log.info, part.session, entry, options, out);
         }
       }

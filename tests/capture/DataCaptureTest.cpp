@@ -67,7 +67,7 @@ class Capture : public Answers {
   void start(int untilSamples) {
     const int wanted = samples + untilSamples;
     capture.start(settings);
-    while (samples < wanted) {  // Waiting for a notification may miss one here.
+    while (samples < wanted) {
       std::this_thread::sleep_for(1ms);
     }
   }

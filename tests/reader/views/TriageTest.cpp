@@ -58,13 +58,14 @@ TEST(Triage, GroupsSessionsOfAllFoldersByWhatEndedThem) {
 TEST(Triage, SaysWhatItCouldNotRead) {
   const SampleFolder folder;
   EXPECT_EQ(triage(folder.file("missing")).exitCode, exitFailed);
-  folder.write("a.log", recordsOf("session-1", "Usual") + "\xff\n");
+  folder.write("a.log", recordsOf("session-1", "Usual") + "{\"cut\n\xff\n");
   std::error_code notAllowed;  // To make links, on Windows.
   std::filesystem::create_directory_symlink(pathFromText(folder.file("")), pathFromText(folder.file("back")),
                                             notAllowed);
   const Triaged damaged = triage(folder.file(""));
   EXPECT_EQ(damaged.exitCode, exitDamaged);
   EXPECT_THAT(damaged.out, HasSubstr("1 session "));
+  EXPECT_THAT(triage(folder.file(""), /*json=*/true).out, HasSubstr(R"("lowestDiskMiB":70)"));
   const Triaged stopped = triage(folder.file(""), /*json=*/false, /*stopped=*/true);
   EXPECT_EQ(stopped.exitCode, exitFailed);
   EXPECT_THAT(stopped.messages, HasSubstr("stopped: 0 of 1 folders"));
