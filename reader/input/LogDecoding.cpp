@@ -13,11 +13,13 @@
 namespace sentiq {
 namespace {
 
-// Three bytes of text are handled as one word whose lowest byte comes first, and stored with a single copy.
+// Eight digits, six bytes of text, are one word whose lowest byte comes first, stored with a single copy.
 static_assert(std::endian::native == std::endian::little);
+constexpr std::size_t wordDigits = 8;
+constexpr std::size_t wordText = 6;
 
-// What two base64 digits in the first and in the second half of a group contribute to the group's word, by the two
-// bytes as they stand in memory. Whatever is not two digits sets a bit above the three bytes.
+// What two digits in the first and in the second half of a group of four contribute to the group's three bytes, by the
+// two bytes as they stand in memory. Whatever is not two digits sets a bit above the three bytes.
 constexpr std::uint32_t notDigits = 1U << 24;
 struct PairWords {
   std::array<std::uint32_t, 1U << 16> first;
@@ -28,20 +30,19 @@ const PairWords pairWords = [] {
   words.first.fill(notDigits);
   words.second.fill(notDigits);
   for (std::uint32_t bits = 0; bits < 1U << 12; ++bits) {
-    const auto high = static_cast<unsigned char>(base64Alphabet[bits >> 6]);
-    const auto low = static_cast<unsigned char>(base64Alphabet[bits & 63]);
-    const std::size_t pair = high | std::size_t{low} << 8;
+    const std::array<char, 2> digits{base64Alphabet[bits >> 6], base64Alphabet[bits & 63]};
+    const auto pair = std::bit_cast<std::uint16_t>(digits);
     words.first[pair] = bits >> 4 | (bits & 15) << 12;
     words.second[pair] = bits >> 8 << 8 | (bits & 255) << 16;
   }
   return words;
 }();
 
-// The key for two groups, six bytes, at a time, until key and groups come out even.
+// The key in words, until key and words come out even.
 constexpr auto keyWords = [] {
-  std::array<std::uint64_t, std::lcm(logKey.size(), 6) / 6> words{};
-  for (std::size_t i = 0; i < words.size() * 6; ++i) {
-    words[i / 6] |= std::uint64_t{static_cast<unsigned char>(logKey[i % logKey.size()])} << (i % 6 * 8);
+  std::array<std::uint64_t, std::lcm(logKey.size(), wordText) / wordText> words{};
+  for (std::size_t i = 0; i < words.size() * wordText; ++i) {
+    words[i / wordText] |= std::uint64_t{static_cast<unsigned char>(logKey[i % logKey.size()])} << (i % wordText * 8);
   }
   return words;
 }();
@@ -54,54 +55,35 @@ std::uint32_t groupWord(const char* group) {
   return pairWords.first[first] | pairWords.second[second];
 }
 
-// Decodes the group of this number in its line.
-bool decodeGroup(const char* group, std::size_t number, char* out) {
-  const std::uint32_t word = groupWord(group);
-  const std::uint64_t key = keyWords[number / 2 % keyWords.size()] >> (number % 2 * 24);
-  const std::uint32_t text = word ^ static_cast<std::uint32_t>(key);
-  std::memcpy(out, &text, sizeof text);
-  return word < notDigits;
-}
-
-// Decodes whole groups without padding. False when one of them holds something else than digits.
-bool decodeGroups(std::string_view groups, char* out) {
-  std::uint32_t seen = 0;
-  const char* in = groups.data();
-  std::size_t left = groups.size() / 8;
-  while (left > 0) {
-    const std::size_t run = std::min(left, keyWords.size());
-    for (std::size_t i = 0; i < run; ++i) {
-      const std::uint32_t first = groupWord(in);
-      const std::uint32_t second = groupWord(in + 4);
-      seen |= first | second;
-      const std::uint64_t text = (first | std::uint64_t{second} << 24) ^ keyWords[i];
-      std::memcpy(out, &text, sizeof text);
-      in += 8;
-      out += 6;
-    }
-    if (seen >= notDigits) {
+// Decodes whole words; two bytes more are written. False when one of them holds something else than digits.
+bool decodeWords(std::string_view digits, std::size_t firstWord, char* out) {
+  std::size_t number = firstWord % keyWords.size();
+  for (std::size_t at = 0; at < digits.size(); at += wordDigits) {
+    const std::uint32_t first = groupWord(digits.data() + at);
+    const std::uint32_t second = groupWord(digits.data() + at + 4);
+    if ((first | second) >= notDigits) {
       return false;
     }
-    left -= run;
+    const std::uint64_t text = (first | std::uint64_t{second} << 24) ^ keyWords[number];
+    std::memcpy(out, &text, sizeof text);
+    out += wordText;
+    number = number + 1 < keyWords.size() ? number + 1 : 0;
   }
-  return groups.size() % 8 == 0 || decodeGroup(in, groups.size() / 4 - 1, out);
+  return true;
 }
 
-// The size of the text; nothing when the line is not base64 from end to end.
+// The size of the text; nothing when the line is not base64 from end to end. Writes up to a word beyond it.
 std::optional<std::size_t> decodeLine(std::string_view line, char* out) {
   if (line.empty() || line.size() % 4 != 0) {
     return std::nullopt;
   }
   const std::size_t padding = line.back() != '=' ? 0 : line[line.size() - 2] != '=' ? 1 : 2;
-  if (padding == 0) {
-    return decodeGroups(line, out) ? std::optional(line.size() / 4 * 3) : std::nullopt;
-  }
-  const std::size_t before = line.size() - 4;
-  std::array<char, 4> last{'A', 'A', 'A', 'A'};
-  line.copy(last.data(), 4 - padding, before);
-  const bool good =
-      decodeGroups(line.substr(0, before), out) && decodeGroup(last.data(), before / 4, out + before / 4 * 3);
-  return good ? std::optional(before / 4 * 3 + 3 - padding) : std::nullopt;
+  const std::size_t words = (line.size() - padding) / wordDigits;
+  std::array<char, wordDigits> rest{'A', 'A', 'A', 'A', 'A', 'A', 'A', 'A'};
+  line.copy(rest.data(), line.size() - padding - words * wordDigits, words * wordDigits);
+  const bool good = decodeWords(line.substr(0, words * wordDigits), 0, out) &&
+                    decodeWords({rest.data(), rest.size()}, words, out + words * wordText);
+  return good ? std::optional(line.size() / 4 * 3 - padding) : std::nullopt;
 }
 
 bool hasShape(std::string_view text, std::string_view shape) {
@@ -123,22 +105,22 @@ bool namesSessionOrProcess(std::string_view line) {
 }
 
 bool decodesToBeginning(std::string_view line) {
-  std::array<char, 40> text{};
-  const std::size_t groups = std::min<std::size_t>(line.size() / 4, 12);
-  std::size_t whole = 0;
-  while (whole < groups && groupWord(line.data() + whole * 4) < notDigits) {
-    ++whole;
+  std::array<char, 48> text{};
+  line = line.substr(0, text.size());
+  std::size_t digits = 0;
+  while (digits + 4 <= line.size() && groupWord(line.data() + digits) < notDigits) {
+    digits += 4;
   }
-  decodeGroups(line.substr(0, whole * 4), text.data());
-  return beginsEntry({text.data(), whole * 3});
+  const auto size = decodeLine(line.substr(0, digits), text.data());
+  return size && beginsEntry({text.data(), *size});
 }
 
 }  // namespace
 
 LineKind LineDecoder::decode(std::string_view line, std::string& out) {
-  constexpr std::size_t wholeWords = 8;  // Words are stored whole, beyond the text's end.
+  constexpr std::size_t wholeWord = 8;  // Words are stored whole, beyond the text's end.
   const std::size_t begin = out.size();
-  out.resize(begin + line.size() + wholeWords);
+  out.resize(begin + line.size() / 4 * 3 + wholeWord);
   const std::optional<std::size_t> size = decodeLine(line, out.data() + begin);
   const LineKind kind = size ? kindDecoded({out.data() + begin, *size}) : kindAsItStands(line);
   out.resize(begin + (kind == LineKind::Encoded ? *size : 0));
