@@ -105,7 +105,7 @@ bool namesSessionOrProcess(std::string_view line) {
 }
 
 bool decodesToBeginning(std::string_view line) {
-  std::array<char, 48> text{};
+  std::array<char, 48> text{};  // As many bytes as digits are more than enough.
   line = line.substr(0, text.size());
   std::size_t digits = 0;
   while (digits + 4 <= line.size() && groupWord(line.data() + digits) < notDigits) {

@@ -10,14 +10,12 @@ const std::string encoded = encodedLine(entry);
 
 struct Decoded {
   int exitCode;
-  std::string out;
-  std::string messages;
+  std::string out, messages;
 };
 
 static Decoded decodeAll(const std::string& bytes, const DecodeOptions& options = {}) {
   std::istringstream in(bytes);
-  std::ostringstream out;
-  std::ostringstream messages;
+  std::ostringstream out, messages;
   Progress progress(nullptr);
   const int code = decodeLogs(options, in, out, messages, progress);
   return {code, out.str(), messages.str()};
@@ -27,9 +25,7 @@ TEST(Decode, TellsPlainEncodedAndDamagedLinesApart) {
   const std::string crlf = encodeText(entry) + "\r\n";
   const std::string cut = encodeText(entry).substr(0, 41);
   struct Case {
-    std::string name;
-    std::string in;
-    std::string out;
+    std::string name, in, out;
     int exitCode;
   };
   const std::vector<Case> cases{
@@ -114,8 +110,7 @@ TEST(Decode, FollowsAFileThatAppearsIsEmptiedAndIsDeleted) {
 }
 
 TEST(Timeline, FollowsFoldersAndFilesAndShowsEachEventOnce) {
-  const SampleFolder folder;
-  const SampleFolder other;
+  const SampleFolder folder, other;
   const std::string shown = other.write("shown", "");
   std::atomic<bool> stop{false};
   std::jthread follower([&] {

@@ -15,13 +15,11 @@ static std::string recordsOf(const std::string& id, const std::string& adapter) 
 
 struct Triaged {
   int exitCode;
-  std::string out;
-  std::string messages;
+  std::string out, messages;
 };
 
 static Triaged triage(const std::string& folder, bool json = false, bool stopped = false) {
-  std::ostringstream out;
-  std::ostringstream messages;
+  std::ostringstream out, messages;
   const std::atomic<bool> stop{stopped};
   const int code = triageLogs({{folder}, /*top=*/2, /*width=*/0, json}, out, messages, /*terminal=*/nullptr, stop);
   return {code, out.str(), messages.str()};
