@@ -2,7 +2,7 @@
 #pragma once
 
 #include <cstdint>
-#include <unordered_set>
+#include <vector>
 
 // The system's own, so that this header needs no windows.h.
 struct _EXCEPTION_POINTERS;  // NOLINT(bugprone-reserved-identifier,cert-dcl37-c,cert-dcl51-cpp)
@@ -12,7 +12,7 @@ namespace sentiq {
 /// A vectored exception handler; runs on whichever thread faults. Always lets the search for a handler go on.
 long recordExceptionCode(_EXCEPTION_POINTERS* pointers);
 
-/// Process-wide: every code seen so far. Codes are only added, by recordExceptionCode, from any thread.
-std::unordered_set<std::uint32_t>& recordedExceptionCodes();
+/// Each code that recordExceptionCode has seen in this process, once, in no order. Callable on any thread.
+std::vector<std::uint32_t> recordedExceptionCodes();
 
 }  // namespace sentiq

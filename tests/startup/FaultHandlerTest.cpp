@@ -3,16 +3,24 @@
 
 namespace sentiq {
 
-TEST(FaultHandler, RecordsEachCodeOnceAndNeverHandles) {
+TEST(FaultHandler, RecordsEachCodeOnceFromAllThreadsAndNeverHandles) {
   EXCEPTION_POINTERS none{};
   EXPECT_EQ(recordExceptionCode(nullptr), EXCEPTION_CONTINUE_SEARCH);
   EXPECT_EQ(recordExceptionCode(&none), EXCEPTION_CONTINUE_SEARCH);
-  for (const DWORD code : {EXCEPTION_ACCESS_VIOLATION, DWORD{0xE06D7363}, EXCEPTION_ACCESS_VIOLATION}) {
-    EXCEPTION_RECORD record{code, 0, nullptr, nullptr, 0, {}};
-    EXCEPTION_POINTERS pointers{&record, nullptr};
-    EXPECT_EQ(recordExceptionCode(&pointers), EXCEPTION_CONTINUE_SEARCH);
-  }
-  EXPECT_THAT(recordedExceptionCodes(), UnorderedElementsAre(EXCEPTION_ACCESS_VIOLATION, 0xE06D7363));
+  std::vector<std::uint32_t> codes(500);
+  std::iota(codes.begin(), codes.end(), 0xC0000005);
+  codes[0] = 0;
+  const auto record = [&] {
+    for (const std::uint32_t code : codes) {
+      EXCEPTION_RECORD raised{code, 0, nullptr, nullptr, 0, {}};
+      EXCEPTION_POINTERS pointers{&raised, nullptr};
+      EXPECT_EQ(recordExceptionCode(&pointers), EXCEPTION_CONTINUE_SEARCH);
+    }
+  };
+  std::thread other(record);
+  record();
+  other.join();
+  EXPECT_THAT(recordedExceptionCodes(), UnorderedElementsAreArray(codes));
 }
 
 }  // namespace sentiq
