@@ -1,4 +1,5 @@
-// Keeps exceptions of foreign code out of the program, whichever compiler that code was built with.
+// Keeps C++ exceptions of foreign code out of the program: those of the compiler that built the program, and in a build
+// with GCC those of Visual C++, too.
 #pragma once
 
 #include <cstdint>
@@ -7,7 +8,7 @@ namespace sentiq {
 
 constexpr std::uint32_t exceptionCaught = 0x43414E54;  // "CANT"
 
-/// Calls function(context). @return 0, or exceptionCaught when a C++ exception of this compiler or of Visual C++ ended
+/// Calls function(context). @return 0, or exceptionCaught when such an exception ended
 /// the call. Any other fault, an access violation say, goes on to the system. Callable on any thread.
 std::uint32_t callGuarded(void (*function)(void* context), void* context);
 

@@ -23,8 +23,8 @@ void initialize(void* context) {
   if (detached) {
     SetDetachedMode(productName, productVersion, productBuild, reserved);
   }
-  if (!CrashReporterInitialize(0, productName, productVersion, productBuild, reserved, 0, 0, 0, 0, 0, 0, true, 0,
-                               false)) {
+  if (!CrashReporterInitialize(0, productName, productVersion, productBuild, reserved, 0, 0, 0, 0, 0, 0,
+                               /*position12=*/1, /*position13=*/0, /*position14=*/0)) {
     GetCRLastErrorCode();
   }
 }

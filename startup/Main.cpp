@@ -12,6 +12,7 @@
 #include "startup/FaultHandler.h"
 #include "startup/LaunchOptions.h"
 #include "startup/Tasks.h"
+#include "startup/UnhandledException.h"
 
 namespace {
 
@@ -26,6 +27,10 @@ std::vector<std::wstring> splitCommandLine(const wchar_t* commandLine) {
 
 // NOLINTNEXTLINE(readability-inconsistent-declaration-parameter-name)
 int WINAPI wWinMain(HINSTANCE /*instance*/, HINSTANCE /*previous*/, wchar_t* commandLine, int /*show*/) {
+  // No box of the system's either: for a log on a drive without a medium, say, or at a fault, which is the crash
+  // client's.
+  SetErrorMode(SEM_FAILCRITICALERRORS | SEM_NOGPFAULTERRORBOX);
+  sentiq::passUnhandledToSystem();
   try {
     // An empty command line is split into the program's own path, which the parser then rejects.
     const sentiq::CommandLine parsed = sentiq::parseCommandLine(splitCommandLine(commandLine));
@@ -41,7 +46,7 @@ int WINAPI wWinMain(HINSTANCE /*instance*/, HINSTANCE /*previous*/, wchar_t* com
     std::rethrow_exception(std::current_exception());
   }
   // The threads of a start that failed still run, and one of them may hold a lock that exit() or the unloading of DLLs
-  // waits for. So nothing is waited for. No line is torn: each is one write, which the system does whole or not at all.
+  // waits for. So nothing is waited for. That tears no line: each is one write.
   TerminateProcess(GetCurrentProcess(), 0);
   return 0;
 }

@@ -3,8 +3,11 @@
 //   TARNWICK_FAULT=refuse    CrashReporterInitialize returns false
 //   TARNWICK_FAULT=throw     CrashReporterInitialize throws
 //   TARNWICK_FAULT=code      CrashReporterInitialize raises the exception with this code
+//   TARNWICK_FAULT=later     the program's calls of OpenProcess throw what is no std::exception
+// What nobody handles comes to its filter, which ends the process with 137.
 #include <windows.h>
 
+#include <algorithm>
 #include <cstdint>
 #include <cstdlib>
 #include <fstream>
@@ -14,25 +17,59 @@ template <typename... Parts>
 static void record(const char* call, const Parts&... parts) {
   if (const char* const path = std::getenv("TARNWICK_RECORD")) {
     std::ofstream file(path, std::ios::app);
-    file << call << std::boolalpha;
+    file << call;
     ((file << ' ' << parts), ...);
     file << '\n';
   }
+}
+
+static HANDLE WINAPI openNothing(DWORD, BOOL, DWORD) {
+  throw 137;
+}
+
+// Puts it in the place of the system's in the program's table of imports.
+static void replaceOpenProcess() {
+  auto* const image = reinterpret_cast<char*>(GetModuleHandleW(nullptr));
+  const auto* headers =
+      reinterpret_cast<IMAGE_NT_HEADERS*>(image + reinterpret_cast<IMAGE_DOS_HEADER*>(image)->e_lfanew);
+  const auto& table = headers->OptionalHeader.DataDirectory[IMAGE_DIRECTORY_ENTRY_IAT];
+  DWORD protection = 0;
+  VirtualProtect(image + table.VirtualAddress, table.Size, PAGE_READWRITE, &protection);
+  const auto replaced = reinterpret_cast<void*>(GetProcAddress(GetModuleHandleW(L"kernel32"), "OpenProcess"));
+  auto* const slots = reinterpret_cast<void**>(image + table.VirtualAddress);
+  std::replace(slots, slots + table.Size / sizeof *slots, replaced, reinterpret_cast<void*>(openNothing));
+}
+
+static LONG WINAPI endsWith137(EXCEPTION_POINTERS*) {
+  record("filter");
+  return TerminateProcess(GetCurrentProcess(), 137);
 }
 
 extern "C" {
 
 bool CrashReporterInitialize(std::uintptr_t p1, const char* product, const char* version, const char* build,
                              std::uintptr_t p5, std::uintptr_t p6, std::uintptr_t p7, std::uintptr_t p8,
-                             std::uintptr_t p9, std::uintptr_t p10, std::uintptr_t p11, bool p12, std::uintptr_t p13,
-                             bool p14) {
-  record("CrashReporterInitialize", p1, product, version, build, p5, p6, p7, p8, p9, p10, p11, p12, p13, p14);
+                             std::uintptr_t p9, std::uintptr_t p10, std::uintptr_t p11, std::uintptr_t p12,
+                             std::uintptr_t p13, std::uintptr_t p14) {
+  record("CrashReporterInitialize", p1, product, version, build, p5, p6, p7, p8, p9, p10, p11, p12, p13, p14,
+         GetErrorMode());
+  SetUnhandledExceptionFilter(endsWith137);
   const char* const given = std::getenv("TARNWICK_FAULT");
   const std::string fault = given == nullptr ? "" : given;
   if (const auto code = std::strtoul(fault.c_str(), nullptr, 0)) {
-    // What nobody handles ends the process at once, without a debugger.
-    SetUnhandledExceptionFilter([](EXCEPTION_POINTERS*) -> LONG { return EXCEPTION_EXECUTE_HANDLER; });
-    RaiseException(code, EXCEPTION_NONCONTINUABLE, 0, nullptr);
+#ifdef _MSC_VER
+    if (code == 0xE06D7363) {
+      throw 137;
+    }
+#endif
+    // As Visual C++ throws: a number, the object, its types (none, 16 bytes on), and where those count from.
+    static const std::uint32_t types[] = {0, 0, 0, 16, 0};
+    const auto at = reinterpret_cast<ULONG_PTR>(types);
+    const ULONG_PTR figures[] = {0x19930520, at, at, at};
+    RaiseException(code, EXCEPTION_NONCONTINUABLE, 4, figures);
+  }
+  if (fault == "later") {
+    replaceOpenProcess();
   }
   return fault == "throw" ? throw 137 : fault != "refuse";
 }

@@ -19,17 +19,19 @@ TEST(ShortRuns, ExitCodesOfTheCommandLine) {
   EXPECT_TRUE(std::filesystem::is_empty(run.folder / ""));
 }
 
-// The crash client is initialised first and terminated last, after a refusal too, but not after an exception.
+// The crash client is initialised first and terminated last, after a refusal too, but not after an exception. The last
+// figure is the error mode that it finds: neither of the system's boxes. Its filter ends the process with 137.
 TEST(ShortRuns, CallsOfTheCrashClient) {
-  const std::string initialize = "CrashReporterInitialize 0 CanvixSentiq 29.5 137 0 0 0 0 0 0 0 true 0 false";
-  const std::string terminate = "VexaCrashReporterTerminate 0";
+  const std::string initialize = "CrashReporterInitialize 0 CanvixSentiq 29.5 137 0 0 0 0 0 0 0 1 0 0 3";
+  const std::string filter = "filter", terminate = "VexaCrashReporterTerminate 0";
   const std::tuple<const wchar_t*, const wchar_t*, Lines, DWORD> cases[] = {
       {L"", L"", {initialize, terminate}, 0},
       {L" --cr-detached-mode", L"", {"SetDetachedMode", initialize, terminate}, 0},
       {L"", L"refuse", {initialize, "GetCRLastErrorCode", terminate}, 0},
       {L"", L"throw", {initialize}, 0},
-      {L"", L"0xE06D7363", {initialize}, 0},           // As Visual C++ throws.
-      {L"", L"0xC0000005", {initialize}, 0xC0000005},  // An access violation is the system's.
+      {L"", L"0xE06D7363", {initialize}, 0},            // As Visual C++ throws.
+      {L"", L"0xC0000005", {initialize, filter}, 137},  // An access violation is the system's.
+      {L"", L"later", {initialize, filter}, 137},       // And what leaves the entry and is no std::exception.
   };
   for (const auto& [option, fault, calls, code] : cases) {
     const RunFolder run;
