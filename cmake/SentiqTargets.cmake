@@ -36,7 +36,9 @@ endif()
 # Hardening. MinGW-w64 has no control-flow guard; Visual C++ has.
 if(MSVC)
   target_compile_options(sentiq_options INTERFACE /sdl /guard:cf)
-  target_link_options(sentiq_options INTERFACE /guard:cf /CETCOMPAT /HIGHENTROPYVA /DYNAMICBASE /NXCOMPAT)
+  # The last one: imported DLLs come from the program's folder or the system's, never from the current one or PATH.
+  target_link_options(sentiq_options INTERFACE /guard:cf /CETCOMPAT /HIGHENTROPYVA /DYNAMICBASE /NXCOMPAT
+    /DEPENDENTLOADFLAG:0xA00)
 elseif(WIN32)
   target_compile_options(sentiq_options INTERFACE -fstack-protector-strong)
   target_compile_definitions(sentiq_options INTERFACE $<$<CONFIG:Release>:_FORTIFY_SOURCE=2>)
@@ -69,12 +71,17 @@ function(sentiq_library name)
   target_compile_options(${name} PRIVATE ${sentiq_shipped_options})
 endfunction()
 
-# sentiq_program(NAME DESCRIPTION [SETTING]): finishes a program that is shipped: its version resource and its manifest,
-# with one more of Windows' settings; what nobody calls is dropped, link-time optimisation, and its debug symbols in a file
+# sentiq_program(NAME DESCRIPTION [SETTING] [PRIVATE_DLL name]): finishes a program that is shipped: its version resource
+# and its manifest, with one more of Windows' settings, and a DLL that comes from beside the program only; what nobody calls is dropped, link-time optimisation, and its debug symbols in a file
 # beside it.
 function(sentiq_program name description)
   if(WIN32)
-    set(settings ${ARGN})
+    cmake_parse_arguments(PARSE_ARGV 2 arg "" "PRIVATE_DLL" "")
+    set(settings ${arg_UNPARSED_ARGUMENTS})
+    set(files "")
+    if(arg_PRIVATE_DLL)
+      set(files "\n  <file name=\"${arg_PRIVATE_DLL}\"/>")
+    endif()
     string(REPLACE "." ", " numbers "${PROJECT_VERSION}")
     configure_file("${PROJECT_SOURCE_DIR}/cmake/Program.rc.in" ${name}.rc @ONLY)
     configure_file("${PROJECT_SOURCE_DIR}/cmake/Program.manifest.in" ${name}.manifest @ONLY)

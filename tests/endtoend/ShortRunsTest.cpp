@@ -43,6 +43,18 @@ TEST(ShortRuns, CallsOfTheCrashClient) {
   SetEnvironmentVariableW(L"TARNWICK_FAULT", nullptr);
 }
 
+// A file of that name in the current folder is anybody's.
+TEST(ShortRuns, TheCrashClientComesFromBesideTheProgram) {
+  const RunFolder run;
+  const std::filesystem::path alone = run.folder / program;
+  std::filesystem::copy_file(programFolder() / program, alone);
+  std::filesystem::current_path(programFolder());
+  SetErrorMode(SEM_FAILCRITICALERRORS);  // No box of the loader: children inherit that.
+  EXPECT_EQ(ChildProcess(alone.c_str(), L"--help").wait(60s), 0xC0000135);
+  std::filesystem::copy_file("Tarnwick.dll", run.folder / "Tarnwick.dll");
+  EXPECT_EQ(ChildProcess(alone.c_str(), L"--help").wait(60s), 0u);
+}
+
 // Without the watchdog only the session log is written, at a path of 400 characters, too; when it cannot be, nothing
 // is. The test itself does not tell the system that it can handle such paths, the program does.
 TEST(ShortRuns, TheSessionLogAlone) {
