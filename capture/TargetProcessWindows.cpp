@@ -7,13 +7,11 @@
 
 #include <array>
 
+#include "logging/FileTime.h"
 #include "logging/UniqueHandle.h"
 
 namespace sentiq {
 namespace {
-
-constexpr std::int64_t ticksPerSecond = 10'000'000;
-constexpr std::int64_t secondsFrom1601To1970 = 11'644'473'600;
 
 KernelHandle openProcess(DWORD access, std::uint32_t pid) {
   return KernelHandle(OpenProcess(access, /*bInheritHandle=*/FALSE, pid));
@@ -89,8 +87,7 @@ std::int64_t TargetProcessWindows::getStartTime() {
   if (!process || GetProcessTimes(process.get(), &created, &exited, &inKernel, &inUser) == FALSE) {
     return 0;
   }
-  const std::uint64_t ticks = std::uint64_t{created.dwHighDateTime} << 32 | created.dwLowDateTime;
-  return static_cast<std::int64_t>(ticks) / ticksPerSecond - secondsFrom1601To1970;
+  return toSeconds(created);
 }
 
 std::int32_t TargetProcessWindows::getFileDescriptorCount() {

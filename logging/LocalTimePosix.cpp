@@ -12,9 +12,10 @@ std::optional<std::tm> toLocalTime(std::int64_t seconds) {
   return local;
 }
 
-std::string zoneName(const std::tm& local) {
+std::string zoneName(std::int64_t seconds) {
+  const std::optional<std::tm> local = toLocalTime(seconds);
   char name[64];
-  return {name, std::strftime(name, sizeof name, "%Z", &local)};
+  return {name, local ? std::strftime(name, sizeof name, "%Z", &*local) : 0};
 }
 
 std::int32_t standardSecondsWest() {

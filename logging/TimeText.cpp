@@ -19,7 +19,7 @@ using Ticks = std::chrono::duration<std::int64_t, std::ratio<1, 10'000'000>>;
 constexpr const char* isoFormat = "%Y-%m-%dT%H:%M:%S";
 
 // In the classic locale, whatever the global one is: names are English.
-std::string format(const std::tm& local, const char* format) {
+std::string formatted(const std::tm& local, const char* format) {
   std::ostringstream text;
   text.imbue(std::locale::classic());
   text << std::put_time(&local, format);
@@ -36,8 +36,6 @@ std::int64_t secondsNow() {
   return std::chrono::duration_cast<std::chrono::seconds>(std::chrono::system_clock::now().time_since_epoch()).count();
 }
 
-}  // namespace
-
 // Not strftime's "%z": one of the two runtime libraries of Windows puts the zone's name there.
 std::string zoneOffset(const std::tm& local, std::int64_t seconds) {
   using namespace std::chrono;
@@ -49,6 +47,8 @@ std::string zoneOffset(const std::tm& local, std::int64_t seconds) {
                 std::abs(offset) % 60);
   return text;
 }
+
+}  // namespace
 
 std::string isoLocalTimestamp() {
   const auto now = std::chrono::system_clock::now().time_since_epoch();
@@ -62,7 +62,7 @@ std::string isoLocalTimestamp(std::int64_t ticks) {
     return {};
   }
   const auto milliseconds = static_cast<std::uint64_t>(ticks / 10'000 % 1000);
-  return format(*local, isoFormat) + '.' + threeDigits(milliseconds) + zoneOffset(*local, seconds);
+  return formatted(*local, isoFormat) + '.' + threeDigits(milliseconds) + zoneOffset(*local, seconds);
 }
 
 std::string timeZoneLine() {
@@ -74,7 +74,7 @@ std::string timeZoneLine(std::int64_t seconds) {
   std::string name;
   if (const std::optional<std::tm> local = toLocalTime(seconds)) {
     offset = zoneOffset(*local, seconds);
-    name = zoneName(*local);
+    name = zoneName(seconds);
   }
   return "Time zone offset: " + offset + " Time Zone Name: " + name;
 }
@@ -97,7 +97,7 @@ std::string lastBootTime(std::int64_t now, std::uint64_t uptimeMs, std::int32_t 
 
 std::string formatLocalTime(std::int64_t seconds, const std::string& format) {
   const std::optional<std::tm> local = toLocalTime(seconds);
-  return local ? sentiq::format(*local, format.c_str()) : std::string{};
+  return local ? formatted(*local, format.c_str()) : std::string{};
 }
 
 }  // namespace sentiq

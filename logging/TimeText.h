@@ -4,7 +4,6 @@
 #pragma once
 
 #include <cstdint>
-#include <ctime>
 #include <string>
 #include <string_view>
 
@@ -28,8 +27,5 @@ std::string lastBootTime(std::int64_t now, std::uint64_t uptimeMs, std::int32_t 
 /// Local time in std::put_time's notation with English names; empty when the instant cannot be converted.
 /// @param seconds since 1970, UTC.
 std::string formatLocalTime(std::int64_t seconds, const std::string& format);
-
-/// +0100: the difference between a broken-down local time and its instant (seconds since 1970, UTC).
-std::string zoneOffset(const std::tm& local, std::int64_t seconds);
 
 }  // namespace sentiq
