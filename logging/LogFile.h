@@ -15,6 +15,7 @@ class LogFile {
   enum class Mode { Append, Truncate };
 
   /// Opens the file and creates it when it is missing, but not its folder; isOpen() tells whether that went well.
+  /// @param path as longPath gives it.
   LogFile(const std::filesystem::path& path, Mode mode);
   ~LogFile();
   LogFile(const LogFile&) = delete;
@@ -32,11 +33,12 @@ class LogFile {
 };
 
 /// The path as the system takes it at any length: on Windows one of over 259 characters becomes a full path with the
-/// prefix that says so (else a setting of the machine would be needed). Elsewhere unchanged.
+/// prefix that says so (else a setting of the machine would be needed); costs some system calls. Elsewhere unchanged.
 std::filesystem::path longPath(const std::filesystem::path& path);
 
-/// Whether anything exists at the path. Throws std::filesystem::filesystem_error ("exists") when the system
-/// fails to tell for another reason than that nothing is there.
+/// Whether anything exists at the path (as longPath gives it); a link is what it leads to. Throws
+/// std::filesystem::filesystem_error ("exists") when the system fails to tell for another reason than that nothing is
+/// there.
 bool logFileExists(const std::filesystem::path& path);
 
 }  // namespace sentiq

@@ -5,6 +5,7 @@
 #include <system_error>
 
 #include "logging/LogFile.h"
+#include "logging/UniqueHandle.h"
 
 namespace sentiq {
 namespace {
@@ -29,7 +30,7 @@ std::string withWindowsLineEnds(std::string_view text) {
 
 LogFile::LogFile(const std::filesystem::path& path, Mode mode)
     : file_(reinterpret_cast<std::intptr_t>(CreateFileW(
-          longPath(path).c_str(),
+          path.c_str(),
           // The right to append and no other makes the system put each write at the end, whoever else writes.
           mode == Mode::Truncate ? GENERIC_WRITE : FILE_APPEND_DATA, FILE_SHARE_READ | FILE_SHARE_WRITE,
           /*lpSecurityAttributes=*/nullptr, mode == Mode::Truncate ? CREATE_ALWAYS : OPEN_ALWAYS, FILE_ATTRIBUTE_NORMAL,
@@ -54,19 +55,27 @@ bool LogFile::append(std::string_view text) {
 }
 
 std::filesystem::path longPath(const std::filesystem::path& path) {
-  const std::wstring_view prefix = L"\\\\?\\";
+  const std::wstring prefix = L"\\\\?\\";
   std::wstring full(GetFullPathNameW(path.c_str(), 0, nullptr, nullptr), L'\0');
   full.resize(GetFullPathNameW(path.c_str(), static_cast<DWORD>(full.size()), full.data(), nullptr));
-  if (full.size() < MAX_PATH || full.starts_with(prefix)) {
+  if (full.size() < MAX_PATH || path.native().starts_with(prefix)) {
     return path;
   }
+  if (full.starts_with(prefix) || full.starts_with(L"\\\\.\\")) {
+    return prefix + full.substr(prefix.size());
+  }
   // \\server\share becomes \\?\UNC\server\share.
-  return full.starts_with(L"\\\\") ? L"\\\\?\\UNC" + full.substr(1) : std::wstring(prefix) + full;
+  return full.starts_with(L"\\\\") ? prefix + L"UNC" + full.substr(1) : prefix + full;
 }
 
 bool logFileExists(const std::filesystem::path& path) {
-  if (GetFileAttributesW(longPath(path).c_str()) != INVALID_FILE_ATTRIBUTES) {
-    return true;
+  if (const DWORD attributes = GetFileAttributesW(path.c_str()); attributes != INVALID_FILE_ATTRIBUTES) {
+    constexpr DWORD shareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
+    if ((attributes & FILE_ATTRIBUTE_REPARSE_POINT) == 0 ||
+        FileHandle(CreateFileW(path.c_str(), FILE_READ_ATTRIBUTES, shareAll, /*lpSecurityAttributes=*/nullptr,
+                               OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, /*hTemplateFile=*/nullptr))) {
+      return true;
+    }
   }
   const DWORD error = GetLastError();
   switch (error) {

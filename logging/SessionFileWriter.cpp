@@ -10,7 +10,7 @@
 namespace sentiq {
 
 SessionFileWriter::SessionFileWriter(const std::string& path, bool encodeLogs, LogFile::Mode mode)
-    : file_(toPath(path), mode), encodeLogs_(encodeLogs) {
+    : file_(longPath(toPath(path)), mode), encodeLogs_(encodeLogs) {
   if (!file_.isOpen()) {
     throw std::runtime_error("Failed to open file for writing: " + path);
   }

@@ -26,9 +26,10 @@ std::atomic<bool> configured = false;
 // Process-wide: guards the files, not the configuration.
 std::mutex filesMutex;
 
-std::filesystem::path pathOf(LogTarget target) {
+const std::filesystem::path& pathOf(LogTarget target) {
   if (!configured) {
-    return {};
+    static const std::filesystem::path none;
+    return none;
   }
   return target == LogTarget::WatchdogInitialLog ? configuration.initialLog : configuration.watchdogLog;
 }
@@ -53,7 +54,7 @@ bool namesSessionOrProcess(std::string_view message) {
 // Appends what makeText() returns and a newline; the text is made once the file is open.
 template <typename MakeText>
 void appendLine(LogTarget target, MakeText makeText) {
-  const std::filesystem::path path = pathOf(target);
+  const std::filesystem::path& path = pathOf(target);
   if (path.empty()) {
     return;
   }
@@ -68,7 +69,7 @@ void appendLine(LogTarget target, MakeText makeText) {
 
 void configureWatchdogLog(std::int32_t pid, const std::wstring& watchdogLogPath, const std::wstring& initialLogPath,
                           bool encodeLogs) {
-  configuration = {pid, toPath(watchdogLogPath), toPath(initialLogPath), encodeLogs};
+  configuration = {pid, longPath(toPath(watchdogLogPath)), longPath(toPath(initialLogPath)), encodeLogs};
   configured = true;
 }
 
@@ -102,7 +103,7 @@ void writeSeparator(LogTarget target) {
 }
 
 void truncateLog(LogTarget target) {
-  const std::filesystem::path path = pathOf(target);
+  const std::filesystem::path& path = pathOf(target);
   if (logFileExists(path)) {
     const std::lock_guard lock(filesMutex);
     const LogFile emptied(path, LogFile::Mode::Truncate);

@@ -6,12 +6,13 @@
 #include "tests/support/Test.h"
 
 static DWORD attributesError = 0;
+static bool isLink = false;
 
 extern "C" {
-decltype(&GetFileAttributesW) __imp_GetFileAttributesW = [](LPCWSTR path) {
+constinit decltype(&GetFileAttributesW) __imp_GetFileAttributesW = [](LPCWSTR path) {
   const auto attributesOf = sentiq::test::real<decltype(&GetFileAttributesW)>(L"kernel32", "GetFileAttributesW");
   SetLastError(attributesError);
-  return attributesError != 0 ? INVALID_FILE_ATTRIBUTES : attributesOf(path);
+  return attributesError != 0 ? INVALID_FILE_ATTRIBUTES : isLink ? FILE_ATTRIBUTE_REPARSE_POINT : attributesOf(path);
 };
 }
 
@@ -33,7 +34,7 @@ TEST(LogFileWindows, ALockedFileLosesTheLineAndTheNextOneIsThere) {
   EXPECT_THAT(readLog(path), ElementsAre("[SYSTEM] before", "[SYSTEM] before", "[SYSTEM] during"));
 }
 
-TEST(LogFileWindows, OnlyAMissingFileCountsAsAbsent) {
+TEST(LogFileWindows, OnlyAMissingFileCountsAsAbsentALinkToOneToo) {
   const TempFolder folder;
   configureWatchdogLog(1, (folder / "x.log").wstring(), L"", false);
   for (const DWORD absent : {2, 3, 53, 123}) {
@@ -47,6 +48,10 @@ TEST(LogFileWindows, OnlyAMissingFileCountsAsAbsent) {
       Throws<Error>(AllOf(Property(&Error::code, std::error_code(5, std::system_category())),
                           Property(&Error::path1, folder / "x.log"), Property(&Error::what, HasSubstr("exists")))));
   attributesError = 0;
+  isLink = true;
+  truncateLog(LogTarget::WatchdogLog);
+  isLink = false;
+  EXPECT_FALSE(std::filesystem::exists(folder / "x.log"));  // It led nowhere, and does so still.
 }
 
 // With this form a path needs no setting of the machine.
@@ -58,6 +63,8 @@ TEST(LogFileWindows, LongPathsAreFullAndPrefixed) {
       {L"C:/a/../b" + tail, L"\\\\?\\C:\\b" + tail},
       {L"\\\\server\\share" + tail, L"\\\\?\\UNC\\server\\share" + tail},
       {L"\\\\?\\C:" + tail, L"\\\\?\\C:" + tail},
+      {L"//?/C:" + tail, L"\\\\?\\C:" + tail},
+      {L"\\\\.\\C:" + tail, L"\\\\?\\C:" + tail},
   };
   for (const auto& [path, expected] : cases) {
     EXPECT_EQ(longPath(path).wstring(), expected);
