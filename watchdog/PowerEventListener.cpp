@@ -3,12 +3,11 @@
 #include <windows.h>
 
 #include <chrono>
-#include <exception>
 #include <string>
 
 #include "logging/UniqueHandle.h"
 #include "logging/WatchdogLog.h"
-#include "watchdog/EventLogReader.h"
+#include "watchdog/PowerEvent.h"
 #include "watchdog/WatchdogState.h"
 
 namespace sentiq {
@@ -37,46 +36,10 @@ struct PowerRegistrationKind {
 };
 using PowerRegistration = UniqueHandle<PowerRegistrationKind>;
 
-void record(const char* title) {
-  writeSystemLine(title);
-  dumpEventLogs();
-  writeSystemLine("Done dumping event logs");
-}
-
-void onSystemResume() {
-  record("System Resume");
-}
-
-// The log begins anew: what led to the sleep is what will be asked for.
-void onSystemWillSleep() {
-  try {
-    truncateLog(LogTarget::WatchdogLog);
-  } catch (const std::exception&) {  // NOLINT(bugprone-empty-catch): then the log goes on where it is.
-  }
-  writeWatchdogHeader(watchdogState().sessionId, LogTarget::WatchdogLog);
-  record("System Will Sleep");
-}
-
-void onSystemStandby() {
-  record("System Will enter/exit Standby");
-}
-
 // Called from the window procedure too, which must let no exception out into the system.
 void handlePowerBroadcast(WPARAM code) noexcept {
   try {
-    switch (code) {
-      case PBT_APMSUSPEND:
-        onSystemWillSleep();
-        break;
-      case PBT_APMRESUMESUSPEND:
-        onSystemResume();
-        break;
-      case PBT_POWERSETTINGCHANGE:
-        onSystemStandby();
-        break;
-      default:
-        break;
-    }
+    recordPowerEvent(powerEventOf(code));
   } catch (...) {  // NOLINT(bugprone-empty-catch): only the log itself can fail here.
   }
 }

@@ -1,0 +1,69 @@
+#include "watchdog/PowerEvent.h"
+
+#include <windows.h>
+
+#include <exception>
+
+#include "logging/WatchdogLog.h"
+#include "watchdog/EventLogReader.h"
+#include "watchdog/WatchdogState.h"
+
+namespace sentiq {
+namespace {
+
+void record(const char* title) {
+  writeSystemLine(title);
+  dumpEventLogs();
+  writeSystemLine("Done dumping event logs");
+}
+
+void onSystemResume() {
+  record("System Resume");
+}
+
+// The log begins anew: what led to the sleep is what will be asked for.
+void onSystemWillSleep() {
+  try {
+    truncateLog(LogTarget::WatchdogLog);
+  } catch (const std::exception&) {  // NOLINT(bugprone-empty-catch): then the log goes on where it is.
+  }
+  writeWatchdogHeader(watchdogState().sessionId, LogTarget::WatchdogLog);
+  record("System Will Sleep");
+}
+
+void onSystemStandby() {
+  record("System Will enter/exit Standby");
+}
+
+}  // namespace
+
+PowerEvent powerEventOf(std::uintptr_t code) {
+  switch (code) {
+    case PBT_APMSUSPEND:
+      return PowerEvent::WillSleep;
+    case PBT_APMRESUMESUSPEND:
+      return PowerEvent::Resume;
+    case PBT_POWERSETTINGCHANGE:
+      return PowerEvent::Standby;
+    default:
+      return PowerEvent::None;
+  }
+}
+
+void recordPowerEvent(PowerEvent event) {
+  switch (event) {
+    case PowerEvent::WillSleep:
+      onSystemWillSleep();
+      break;
+    case PowerEvent::Resume:
+      onSystemResume();
+      break;
+    case PowerEvent::Standby:
+      onSystemStandby();
+      break;
+    case PowerEvent::None:
+      break;
+  }
+}
+
+}  // namespace sentiq
