@@ -48,17 +48,18 @@ static BOOL answers = TRUE;  // Whether disk, page file and power can be asked.
 static SYSTEM_POWER_STATUS battery;
 
 extern "C" {
-decltype(&GetDiskFreeSpaceExW) __imp_GetDiskFreeSpaceExW = [](auto root, auto toCaller, auto total, auto free) {
+constinit decltype(&GetDiskFreeSpaceExW) __imp_GetDiskFreeSpaceExW = [](auto root, auto toCaller, auto total,
+                                                                        auto free) {
   toCaller->QuadPart = 5;
   total->QuadPart = root == std::wstring(L"C:\\") ? 100 : 0;
   free->QuadPart = 30;
   return answers;
 };
-decltype(&GlobalMemoryStatusEx) __imp_GlobalMemoryStatusEx = [](auto status) {
+constinit decltype(&GlobalMemoryStatusEx) __imp_GlobalMemoryStatusEx = [](auto status) {
   *status = {status->dwLength, 1, 1, 1, status->dwLength == 64 ? 200u : 0u, 50, 1, 1, 1};
   return answers;
 };
-decltype(&GetSystemPowerStatus) __imp_GetSystemPowerStatus = [](auto status) {
+constinit decltype(&GetSystemPowerStatus) __imp_GetSystemPowerStatus = [](auto status) {
   *status = battery;
   return answers;
 };

@@ -15,22 +15,22 @@ static int handles = 0;            // Opened and not closed.
 static const auto opened = reinterpret_cast<HANDLE>(INT_PTR{0x5E1});
 
 extern "C" {
-decltype(&OpenProcess) __imp_OpenProcess = [](DWORD access, BOOL inherit, DWORD) {
+constinit decltype(&OpenProcess) __imp_OpenProcess = [](DWORD access, BOOL inherit, DWORD) {
   rights.push_back(access + (inherit ? 1 : 0));
   SetLastError(openError);
   return openError == 0 ? (++handles, opened) : nullptr;
 };
-decltype(&CloseHandle) __imp_CloseHandle = [](HANDLE handle) {
+constinit decltype(&CloseHandle) __imp_CloseHandle = [](HANDLE handle) {
   const auto close = sentiq::test::real<decltype(&CloseHandle)>(L"kernel32", "CloseHandle");
   return handle == opened ? (--handles, TRUE) : close(handle);
 };
-decltype(&GetExitCodeProcess) __imp_GetExitCodeProcess = [](HANDLE, DWORD* code) -> BOOL {
+constinit decltype(&GetExitCodeProcess) __imp_GetExitCodeProcess = [](HANDLE, DWORD* code) -> BOOL {
   *code = exitCode;
   return failing != "GetExitCodeProcess";
 };
 // The last moment of a second: 1'600'000'000 after 1970.
-decltype(&GetProcessTimes) __imp_GetProcessTimes = [](HANDLE, auto created, auto exited, auto kernel,
-                                                      auto user) -> BOOL {
+constinit decltype(&GetProcessTimes) __imp_GetProcessTimes = [](HANDLE, auto created, auto exited, auto kernel,
+                                                                auto user) -> BOOL {
   constexpr std::uint64_t ticks = 13'244'473'601 * 10'000'000 - 1;
   *exited = *kernel = *user = {1, 2};
   *created = {static_cast<DWORD>(ticks), ticks >> 32};

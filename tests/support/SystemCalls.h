@@ -1,5 +1,6 @@
 // How a test takes the place of a single system call: it defines the pointer that the program calls through (__imp_ and
-// the call's name), or the function itself where the SDK declares it without a pointer.
+// the call's name), constinit, because a static runtime library calls through it before it initialises anything; or the
+// function itself where the SDK declares it without a pointer.
 #pragma once
 
 #include <windows.h>
