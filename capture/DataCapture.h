@@ -34,8 +34,7 @@ class DataCapture {
   DataCapture(DataCapture&&) = delete;
   DataCapture& operator=(DataCapture&&) = delete;
 
-  /// The program's one capture, made on first use. It goes with the process: a destructor that runs while the process
-  /// ends would wait for the capture thread.
+  /// The program's one capture, made on first use. Never destroyed: the process ends while its thread may still run.
   static DataCapture& instance();
 
   /// Starts the capture thread. While there is one nothing happens, except that the process id is passed on.

@@ -38,7 +38,8 @@ class SentiqSystem {
   /// Percent; -1 when not known, -2 when there is no battery.
   virtual std::int32_t getBatteryPercentage() = 0;
 
-  /// Bytes of the page file. False, with the arguments as they were, when they cannot be asked.
+  /// Bytes of what can be committed, which is physical memory and page files together. False, with the arguments as
+  /// they were, when they cannot be asked.
   virtual bool getSwapMemory(std::uint64_t& total, std::uint64_t& used, std::uint64_t& free) = 0;
 
   /// Seconds since 1970, UTC. Two calls can differ by a second.

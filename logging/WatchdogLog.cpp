@@ -18,8 +18,8 @@ struct Configuration {
   bool encodeLogs = false;
 };
 
-// Process-wide: written by configureWatchdogLog, then only read, by every thread that logs. Stopping the watchdog
-// writes a line, and may come before or while it is started: so nobody reads it before configured is set.
+// Process-wide: written by configureWatchdogLog, then only read, by every thread that logs. The thread that stops the
+// watchdog, which writes a line, does not wait for its start: so nobody reads it before configured is set.
 Configuration configuration;
 std::atomic<bool> configured = false;
 

@@ -20,7 +20,7 @@ struct WatchdogState {
   std::vector<std::thread> threads;
 };
 
-/// Never destroyed: the program may return from its entry while threads of the watchdog still run.
+/// Never destroyed: the process ends while threads of the watchdog may still run.
 WatchdogState& watchdogState();
 
 /// Whether the monitored process still runs. One that cannot be opened counts as gone. Callable on any thread.
