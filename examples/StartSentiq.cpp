@@ -35,8 +35,9 @@ std::vector<EarlierSession> newestFirst(const fs::path& logs) {
   return sessions;
 }
 
+// Left out when its value is empty: in one of its forms (--name=) that would end the program at once, without a word.
 std::wstring option(const wchar_t* name, std::wstring_view value) {
-  return L" --" + std::wstring(name) + L' ' + quotedArgument(value);
+  return value.empty() ? L"" : L" --" + std::wstring(name) + L' ' + quotedArgument(value);
 }
 
 }  // namespace
@@ -75,10 +76,8 @@ bool SentiqSession::start(const fs::path& program) const {
       option(L"analytics-identifier", id_) +
       option(L"sentiq-logs-path", (folder_ / L"CanvixSentiqSession.log").wstring()) +
       option(L"watchdog-logs-path", (folder_ / L"CanvixWatchdogInfoSession.log").wstring()) +
-      option(L"watchdog-initial-logs-path", (folder_ / L"CanvixWatchdogInfoInitialSession.log").wstring());
-  if (!lastAbnormal_.empty()) {
-    commandLine += option(L"last-abnormal-session-id", lastAbnormal_);
-  }
+      option(L"watchdog-initial-logs-path", (folder_ / L"CanvixWatchdogInfoInitialSession.log").wstring()) +
+      option(L"last-abnormal-session-id", lastAbnormal_);
   STARTUPINFOW startup{};
   startup.cb = sizeof startup;
   startup.dwFlags = STARTF_FORCEOFFFEEDBACK;  // No busy pointer: the program never shows a window that would end it.

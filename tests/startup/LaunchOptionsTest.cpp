@@ -22,7 +22,7 @@ TEST(LaunchOptions, EveryOptionReachesItsField) {
                    toWide(options.lastAbnormalSessionId), options.reservedPath}),
       ElementsAre(L"0" + text, L"1" + text, L"2" + text, L"3" + text, L"4" + text, L"5" + text, L"6" + text, L""));
   EXPECT_EQ(std::locale(), std::locale::classic());
-  EXPECT_FALSE(parseCommandLine({L"--pid", L"1"}).crashReporterDetached);
+  EXPECT_FALSE(parseCommandLine({L"--pid", L"1", L"--logs-path", L""}).crashReporterDetached);
 }
 
 TEST(LaunchOptions, DecidesWhetherToRun) {
@@ -34,7 +34,7 @@ TEST(LaunchOptions, DecidesWhetherToRun) {
       {plain, {L"--pid 5 --encode-logs 0", L"--pid 5 --encode-logs=off", L"--pid 5 --encode-logs false"}},
       {fails, {L"--pid", L"--pid abc", L"--pid 2147483648", L"--pid 5 --pid 6", L"--unknown 5", L"--l 5"}},
       {fails, {L"C:\\CanvixSentiq.exe", L"--pid 5 stray", L"stray --pid 5", L"--pid 5 --cr-detached-mode=1"}},
-      {fails, {L"--pid 5 --encode-logs", L"--pid 5 --encode-logs 2", L"--help --pid abc"}},
+      {fails, {L"--pid 5 --encode-logs", L"--pid 5 --encode-logs 2", L"--help --pid abc", L"--pid 5 --logs-path="}},
   };
   for (const auto& [expected, lines] : cases) {
     for (const std::wstring line : lines) {
