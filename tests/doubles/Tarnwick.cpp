@@ -7,9 +7,9 @@
 // What nobody handles comes to its filter, which ends the process with 137.
 #include <windows.h>
 
-#include <algorithm>
 #include <cstdint>
 #include <cstdlib>
+#include <cstring>
 #include <fstream>
 #include <string>
 
@@ -27,17 +27,14 @@ static HANDLE WINAPI openNothing(DWORD, BOOL, DWORD) {
   throw 137;
 }
 
-// Puts it in the place of the system's in the program's table of imports.
+// Writes a jump to it where the system's begins.
 static void replaceOpenProcess() {
-  auto* const image = reinterpret_cast<char*>(GetModuleHandleW(nullptr));
-  const auto* headers =
-      reinterpret_cast<IMAGE_NT_HEADERS*>(image + reinterpret_cast<IMAGE_DOS_HEADER*>(image)->e_lfanew);
-  const auto& table = headers->OptionalHeader.DataDirectory[IMAGE_DIRECTORY_ENTRY_IAT];
+  auto* const code = reinterpret_cast<char*>(OpenProcess);
+  const auto to = &openNothing;
   DWORD protection = 0;
-  VirtualProtect(image + table.VirtualAddress, table.Size, PAGE_READWRITE, &protection);
-  const auto replaced = reinterpret_cast<void*>(GetProcAddress(GetModuleHandleW(L"kernel32"), "OpenProcess"));
-  auto* const slots = reinterpret_cast<void**>(image + table.VirtualAddress);
-  std::replace(slots, slots + table.Size / sizeof *slots, replaced, reinterpret_cast<void*>(openNothing));
+  VirtualProtect(code, 12, PAGE_EXECUTE_READWRITE, &protection);
+  std::memcpy(code, "\x48\xB8........\xFF\xE0", 12);  // mov rax, to; jmp rax
+  std::memcpy(code + 2, &to, 8);
 }
 
 static LONG WINAPI endsWith137(EXCEPTION_POINTERS*) {

@@ -1,4 +1,6 @@
 // Whole runs. They take over two minutes: the program stays for a second dump 120 s after Canvix.
+#include <deque>
+
 #include <nlohmann/json.hpp>
 
 #include "tests/endtoend/RunTest.h"
@@ -93,17 +95,43 @@ TEST(FullRun, EveryLineOfEveryLog) {
   EXPECT_THAT(readFile(page), HasSubstr(">The machine slept 1 time<"));
 }
 
-TEST(FullRun, CanvixEndsWhileTheProgramStarts) {
-  useSampleEvents();
-  const RunFolder run;
-  ChildProcess canvix(L"Canvix.exe");
-  ChildProcess sentiq(program, pidOption(canvix) + L" --encode-logs 0" + run.options());
-  canvix.end(7);
-  EXPECT_EQ(sentiq.wait(200s), 0u);
-  EXPECT_THAT(readLog(run.session), Contains(exitLine));
-  EXPECT_THAT(readLog(run.watchdog), Each(StartsWith("[")));  // A torn line would begin otherwise.
-  EXPECT_EQ(readLog(run.watchdog).back(), "[SYSTEM] Watchdog stopped cleanly.");
-  EXPECT_EQ(formOf(run.watchdog).find('#'), std::string::npos);
+// While the program starts, samples, dumps, and does what comes before a sleep. Large events make a dump last.
+TEST(FullRun, CanvixEndsAtAnyMoment) {
+  struct Run : RunFolder {
+    ChildProcess canvix{L"Canvix.exe"};
+    ChildProcess sentiq{program, pidOption(canvix) + L" --encode-logs 0" + options()};
+  };
+  const TempFolder events;
+  for (const char* const channel : {"Application.xml", "System.xml"}) {
+    std::ofstream file(events / channel);
+    for (int i = 0; i < 500; ++i) {
+      file << "<Event xmlns='x'><EventRecordID>1</EventRecordID>" << std::string(10'000, 'x') << "</Event>";
+    }
+  }
+  SetEnvironmentVariableW(L"SENTIQ_EVENTS", (events / "").c_str());
+  std::deque<Run> runs;
+  for (const auto& [code, line] : {std::pair<WPARAM, const char*>(0, ""),
+                                   {0, "{\"appStartTime"},
+                                   {PBT_APMRESUMESUSPEND, "System Resume"},
+                                   {PBT_APMSUSPEND, "System Will Sleep"}}) {
+    Run& run = runs.emplace_back();
+    EXPECT_TRUE(eventually([&] { return code == 0 || powerWindowOf(run.sentiq.pid()) != nullptr; }));
+    PostMessageW(powerWindowOf(run.sentiq.pid()), WM_POWERBROADCAST, code, 0);
+    EXPECT_TRUE(
+        eventually([&] { return (readFile(run.session) + readFile(run.watchdog)).find(line) != std::string::npos; }));
+    run.canvix.end(7);
+    EXPECT_THAT(readFile(run.watchdog), Not(HasSubstr("Done dumping")));
+  }
+  for (Run& run : runs) {
+    EXPECT_EQ(run.sentiq.wait(200s), 0u);
+    EXPECT_THAT(readLog(run.session), Contains(exitLine));
+    const Lines lines = readLog(run.watchdog);
+    EXPECT_THAT(lines, Each(StartsWith("[")));  // A torn line would begin otherwise.
+    const auto exited = std::find(lines.begin(), lines.end(), "[PROCESS] App has exited");
+    EXPECT_GE(std::count(exited, lines.end(), "[PROCESS] App dumping System log:"), 2);
+    EXPECT_EQ(lines.back(), "[SYSTEM] Watchdog stopped cleanly.");
+    EXPECT_EQ(formOf(run.watchdog).find('#'), std::string::npos);
+  }
 }
 
 }  // namespace sentiq

@@ -3,15 +3,12 @@
 #include "tests/support/SystemCalls.h"
 #include "tests/support/Test.h"
 
-static const TIME_ZONE_INFORMATION* zoneToTell = nullptr;
+static std::optional<TIME_ZONE_INFORMATION> told;
 
 extern "C" {
-constinit decltype(&GetTimeZoneInformation) __imp_GetTimeZoneInformation = [](auto zone) {
-  if (zoneToTell == nullptr) {
-    return sentiq::test::real<decltype(&GetTimeZoneInformation)>(L"kernel32", "GetTimeZoneInformation")(zone);
-  }
-  *zone = *zoneToTell;
-  return DWORD{TIME_ZONE_ID_UNKNOWN};
+constinit decltype(&GetTimeZoneInformation) __imp_GetTimeZoneInformation = [](auto zone) -> DWORD {
+  const auto ask = sentiq::test::real<decltype(&GetTimeZoneInformation)>(L"kernel32", "GetTimeZoneInformation");
+  return told ? (*zone = *told, TIME_ZONE_ID_UNKNOWN) : ask(zone);
 };
 }
 
@@ -19,14 +16,10 @@ namespace sentiq {
 
 TEST(LocalTimeWindows, StandardBiasCountsInZonesThatChangeOnly) {
   for (const auto& [month, seconds] : {std::pair<WORD, int>(0, -3600), {10, -5400}}) {
-    TIME_ZONE_INFORMATION zone{};
-    zone.Bias = -60;
-    zone.StandardBias = -30;
-    zone.StandardDate.wMonth = month;
-    zoneToTell = &zone;
+    told = {-60, {}, {0, month, 0, 0, 0, 0, 0, 0}, -30, {}, {}, 0};
     EXPECT_EQ(standardSecondsWest(), seconds);
-    zoneToTell = nullptr;
   }
+  told.reset();
 }
 
 }  // namespace sentiq

@@ -15,14 +15,11 @@ constexpr std::int64_t summer = 1753970709;  // 2025-07-31 14:05:09 UTC
 TEST(TimeText, ZoneShowsInEveryForm) {
   const std::map<std::string, Lines> zones = {
       {"Europe/Berlin",
-       {"2025-01-31T14:05:09.007+0100", "2025-07-31T16:05:09.007+0200", "+01:00", "2025-01-01T00:30:00.000+0100",
-        "1970-01-01T02:00:00.000+0100"}},
+       {"2025-01-31T14:05:09.007+0100", "2025-07-31T16:05:09.007+0200", "+01:00", "1970-01-01T02:00:00.000+0100"}},
       {"Asia/Kolkata",
-       {"2025-01-31T18:35:09.007+0530", "2025-07-31T19:35:09.007+0530", "+05:30", "2025-01-01T05:00:00.000+0530",
-        "1970-01-01T06:30:00.000+0530"}},
+       {"2025-01-31T18:35:09.007+0530", "2025-07-31T19:35:09.007+0530", "+05:30", "1970-01-01T06:30:00.000+0530"}},
       {"America/St_Johns",
-       {"2025-01-31T09:35:09.007-0330", "2025-07-31T11:35:09.007-0230", "-03:30", "2024-12-31T20:00:00.000-0330",
-        "1969-12-31T21:30:00.000-0330"}},
+       {"2025-01-31T09:35:09.007-0330", "2025-07-31T11:35:09.007-0230", "-03:30", "1969-12-31T21:30:00.000-0330"}},
   };
   const char* const name = std::getenv("SENTIQ_TEST_ZONE");
   if (name == nullptr) {
@@ -31,8 +28,7 @@ TEST(TimeText, ZoneShowsInEveryForm) {
   const Lines& texts = zones.at(name);
   EXPECT_EQ(isoLocalTimestamp(winter * 10'000'000 + 79'999), texts[0]);
   EXPECT_EQ(isoLocalTimestamp(summer * 10'000'000 + 70'000), texts[1]);
-  EXPECT_EQ(isoLocalTimestamp(std::int64_t{1735687800} * 10'000'000), texts[3]);  // Half an hour before a new year.
-  EXPECT_EQ(isoLocalTimestamp(std::int64_t{3600} * 10'000'000), texts[4]);
+  EXPECT_EQ(isoLocalTimestamp(std::int64_t{3600} * 10'000'000), texts[3]);  // In some zones, of the year before.
   EXPECT_THAT(timeZoneLine(summer), StartsWith("Time zone offset: " + texts[1].substr(23) + " Time Zone Name: "));
   EXPECT_GT(timeZoneLine(summer).size(), 41u);  // Some name.
   EXPECT_EQ(timeZoneLine(winter) == timeZoneLine(summer), texts[2] == "+05:30");
