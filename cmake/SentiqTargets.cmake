@@ -5,7 +5,8 @@ set(CMAKE_CXX_STANDARD_REQUIRED ON)
 set(CMAKE_CXX_EXTENSIONS OFF)
 set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
 
-# Programs lie at the top of the build folder, beside the DLLs that they load.
+# Programs lie at the top of the build folder, beside the DLLs that they load. (The expression, which is empty, keeps Visual
+# Studio from adding a folder for each configuration.)
 set(CMAKE_RUNTIME_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}$<0:>")
 
 add_library(sentiq_options INTERFACE)
@@ -20,14 +21,8 @@ if(MSVC)
   set(CMAKE_MSVC_DEBUG_INFORMATION_FORMAT ProgramDatabase)
   target_compile_definitions(sentiq_options INTERFACE _SILENCE_CXX17_CODECVT_HEADER_DEPRECATION_WARNING
     _CRT_SECURE_NO_WARNINGS)
-  if(SENTIQ_WARNINGS_AS_ERRORS)
-    target_compile_options(sentiq_options INTERFACE /WX)
-  endif()
 else()
   target_compile_options(sentiq_options INTERFACE -Wall -Wextra -Wpedantic -Wconversion -Wshadow)
-  if(SENTIQ_WARNINGS_AS_ERRORS)
-    target_compile_options(sentiq_options INTERFACE -Werror)
-  endif()
   # Each function in a section of its own, so that the linker can drop what nobody calls.
   target_compile_options(sentiq_options INTERFACE -ffunction-sections -fdata-sections)
   # No path of the machine that built it ends up in a program.
@@ -55,13 +50,12 @@ if(SENTIQ_SANITIZE)
 endif()
 
 # Code that ends up in a shipped program: debug symbols, and objects for linking with and without link-time optimisation.
-# Tests link without it, and the first definition counts: so a test can take the place of a single system call. They keep
-# every section, because dropping the import that is no longer called would shift those behind it.
+# Tests link without it.
 if(WIN32 AND NOT MSVC)
   set(sentiq_shipped_options -g $<$<CONFIG:Release>:-flto=auto> $<$<CONFIG:Release>:-ffat-lto-objects>)
   # As one piece, which comes out smaller than several.
   set(sentiq_program_link_options $<$<CONFIG:Release>:-flto=auto> $<$<CONFIG:Release>:-flto-partition=one>)
-  set(sentiq_test_link_options -fno-lto -Wl,--allow-multiple-definition)
+  set(sentiq_test_link_options -fno-lto)
 endif()
 
 # sentiq_library(NAME SOURCE...): one folder's library, built when something that is built links it.
@@ -115,16 +109,17 @@ function(sentiq_program name description)
   endif()
 endfunction()
 
-# sentiq_entry(NAME SECONDS COMMAND...): one ctest entry, with its longest time. ./test has ctest make some of the builds:
-# their entries wait for that.
+# sentiq_entry(NAME SECONDS COMMAND...): one ctest entry, with its longest time. It waits for its build where that is an entry
+# of its own (tests/CMakeLists.txt).
 function(sentiq_entry name seconds)
   add_test(NAME ${SENTIQ_TEST_PREFIX}.${name} COMMAND ${ARGN})
   set_tests_properties(${SENTIQ_TEST_PREFIX}.${name} PROPERTIES
     TIMEOUT ${seconds} FIXTURES_REQUIRED ${SENTIQ_TEST_PREFIX})
 endfunction()
 
-# sentiq_test(NAME [SEPARATE] SOURCES file... LIBRARIES target... [ENVIRONMENT name=value...]): one test program, and one
-# ctest entry unless SEPARATE, which leaves the entries to the caller.
+# sentiq_test(NAME [SEPARATE] [REPLACES_CALLS] SOURCES file... LIBRARIES target... [ENVIRONMENT name=value...]): one test program, and one
+# ctest entry unless SEPARATE, which leaves the entries to the caller. REPLACES_CALLS: it takes the place of single system calls
+# (tests/support/SystemCalls.h).
 # Tests are compiled more often than they run: without optimisation, and with GoogleTest's headers read once for all.
 if(NOT MSVC)
   set(sentiq_test_compile_options $<$<CONFIG:Release>:-O0>)
@@ -133,7 +128,7 @@ if(SENTIQ_SANITIZE)  # It is the product that is looked into; this doubles the t
   list(APPEND sentiq_test_compile_options -fno-sanitize=undefined)
 endif()
 function(sentiq_test name)
-  cmake_parse_arguments(PARSE_ARGV 1 arg "SEPARATE" "" "SOURCES;LIBRARIES;ENVIRONMENT")
+  cmake_parse_arguments(PARSE_ARGV 1 arg "SEPARATE;REPLACES_CALLS" "" "SOURCES;LIBRARIES;ENVIRONMENT")
   if(NOT MSVC AND NOT TARGET sentiq_test_headers)
     file(CONFIGURE OUTPUT "${CMAKE_BINARY_DIR}/TestHeaders.cpp" CONTENT "")
     add_library(sentiq_test_headers STATIC "${CMAKE_BINARY_DIR}/TestHeaders.cpp")
@@ -148,6 +143,11 @@ function(sentiq_test name)
     target_precompile_headers(${name} REUSE_FROM sentiq_test_headers)
   endif()
   target_link_options(${name} PRIVATE ${sentiq_test_link_options})
+  if(arg_REPLACES_CALLS AND WIN32 AND NOT MSVC)
+    # The import library defines the call once more as soon as the runtime library uses it, too: the test's, which comes
+    # first, counts. No section is dropped: without the import that nobody calls now, those behind it would shift.
+    target_link_options(${name} PRIVATE -Wl,--allow-multiple-definition)
+  endif()
   if(NOT arg_SEPARATE)
     sentiq_entry(${name} 300 ${name})
     set_tests_properties(${SENTIQ_TEST_PREFIX}.${name} PROPERTIES ENVIRONMENT "${arg_ENVIRONMENT}")

@@ -14,19 +14,12 @@ die() { trap - ERR; printf 'error: %s\n' "$*" >&2; exit 1; }
 trap '[ "$BASH_SUBSHELL" != 0 ] || die "line $LINENO of $(basename "$0") failed: $BASH_COMMAND"' ERR
 
 # However a command ends, no job of it is left behind. Ctrl-C ends it once what it had in the foreground has ended.
-end_jobs() {
-  local jobs tries
+at_end() {
+  local jobs
   mapfile -t jobs < <(jobs -p)
-  [ ${#jobs[@]} -gt 0 ] || return 0
-  kill "${jobs[@]}" 2>/dev/null || true
-  for ((tries = 50; tries > 0; tries--)); do
-    kill -0 "${jobs[@]}" 2>/dev/null || break
-    sleep 0.1
-  done
-  kill -KILL "${jobs[@]}" 2>/dev/null || true
-  wait "${jobs[@]}" 2>/dev/null || true
+  [ ${#jobs[@]} = 0 ] || kill "${jobs[@]}" 2>/dev/null || true
+  wait
 }
-at_end() { end_jobs; }
 trap 'trap "" INT TERM; at_end' EXIT
 trap 'exit 130' INT TERM
 
@@ -46,7 +39,7 @@ columns() { echo $(($(tput cols 2>/dev/null || echo 80) - 1)); }
 show_life() {
   local width begin=$SECONDS
   width=$(columns)
-  while ! read -rt 1 <> <(:); do
+  while sleep 1; do
     printf '\r%-*.*s' "$width" "$width" "    $((SECONDS - begin)) s  $(tail -n 1 "$1" | tr -d '\r' | tr '\t' ' ')"
   done
 }
@@ -55,7 +48,7 @@ show_life() {
 quietly() {
   local what=$1 log life='' code=0; shift
   mkdir -p "$build/logs"
-  log=$build/logs/$(tr -cs 'a-zA-Z0-9' '-' <<<"$what" | sed 's/-*$//').txt
+  log=$build/logs/${what//[^a-zA-Z0-9.]/-}.txt
   : >"$log"
   if [ -t 1 ]; then show_life "$log" & life=$!; fi
   "$@" >"$log" 2>&1 || code=$?
