@@ -39,8 +39,7 @@ std::string at(const LogEntry& entry) {
 }
 
 std::vector<int> numbersIn(std::string text) {
-  std::replace_if(
-      text.begin(), text.end(), [](char c) { return c < '0' || c > '9'; }, ' ');
+  std::replace_if(text.begin(), text.end(), [](char c) { return c < '0' || c > '9'; }, ' ');
   std::istringstream numbers(text);
   return {std::istream_iterator<int>(numbers), {}};
 }

@@ -77,8 +77,8 @@ Session* writerOf(std::vector<Session>& sessions, const Session& initial) {
 
 // Adds what another log holds of the session.
 void join(Session& session, Session part) {
-  for (std::string Session::*const text : {&Session::id, &Session::processId, &Session::abnormalSessionId,
-                                           &Session::folder, &Session::timeZone, &Session::bootTime}) {
+  for (std::string Session::* const text : {&Session::id, &Session::processId, &Session::abnormalSessionId,
+                                            &Session::folder, &Session::timeZone, &Session::bootTime}) {
     if ((session.*text).empty()) {
       session.*text = std::move(part.*text);
     }

@@ -35,8 +35,7 @@ std::string textLine(const LogEntry& entry, const std::string& source, bool colo
   const std::string time =
       entry.time ? showTime(*entry.time, entry.offset) + ' ' + showOffset(entry.offset) : "no time";
   std::string what = entry.what;
-  std::replace_if(
-      what.begin(), what.end(), [](char c) { return c == '\n' || c == '\r'; }, ' ');
+  std::replace_if(what.begin(), what.end(), [](char c) { return c == '\n' || c == '\r'; }, ' ');
   return padded(time, timeWidth) + "  " + padded(source, 11) + "  " +
          styled(entry.severity, padded(severityName(entry.severity), 7) + "  " + what, colour);
 }
