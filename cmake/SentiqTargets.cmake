@@ -117,9 +117,9 @@ function(sentiq_entry name seconds)
     TIMEOUT ${seconds} FIXTURES_REQUIRED ${SENTIQ_TEST_PREFIX})
 endfunction()
 
-# sentiq_test(NAME [SEPARATE] [REPLACES_CALLS] SOURCES file... LIBRARIES target... [ENVIRONMENT name=value...]): one test program, and one
-# ctest entry unless SEPARATE, which leaves the entries to the caller. REPLACES_CALLS: it takes the place of single system calls
-# (tests/support/SystemCalls.h).
+# sentiq_test(NAME [SEPARATE] [REPLACES_CALLS] SOURCES file... LIBRARIES target... [ENVIRONMENT name=value...]): one test
+# program, and one ctest entry unless SEPARATE, which leaves the entries to the caller. REPLACES_CALLS: it takes the place of
+# single system calls (tests/support/SystemCalls.h).
 # Tests are compiled more often than they run: without optimisation, and with GoogleTest's headers read once for all.
 if(NOT MSVC)
   set(sentiq_test_compile_options $<$<CONFIG:Release>:-O0>)

@@ -4,9 +4,9 @@ set -Eeuo pipefail
 
 root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 build=$root/build
-export root build
-# Of the static checks and the fuzz targets: the version that Debian 12 and 13 both have, so that they find the same.
+# Clang's version for the static checks: one that Debian 12 and 13 both have, so that they find the same.
 clang=19
+export root build clang
 
 if [ -t 1 ] && [ -z "${NO_COLOR:-}" ]; then bold=$'\e[1m' plain=$'\e[0m'; else bold='' plain=''; fi
 
