@@ -11,16 +11,16 @@
 
 #include <CLI/CLI.hpp>
 
-#include "reader/ExitCode.h"
+#include "reader/commands/Decode.h"
+#include "reader/commands/ExitCode.h"
+#include "reader/commands/TriageCommand.h"
 #include "reader/console/Console.h"
 #include "reader/input/Progress.h"
 #include "reader/session/LogSet.h"
-#include "reader/views/Decode.h"
 #include "reader/views/HtmlReport.h"
 #include "reader/views/MetricsTable.h"
 #include "reader/views/Summary.h"
 #include "reader/views/Timeline.h"
-#include "reader/views/TriageCommand.h"
 
 namespace sentiq {
 namespace {

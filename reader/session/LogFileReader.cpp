@@ -11,8 +11,8 @@
 
 #include <nlohmann/json.hpp>
 
+#include "reader/events/EventHead.h"
 #include "reader/input/CleanText.h"
-#include "reader/session/EventHead.h"
 
 namespace sentiq {
 namespace {

@@ -12,8 +12,8 @@
 
 #include "reader/input/LineSplitter.h"
 #include "reader/input/LogDecoding.h"
+#include "reader/input/LogTime.h"
 #include "reader/session/LogSet.h"
-#include "reader/session/LogTime.h"
 #include "reader/session/Session.h"
 
 namespace sentiq {

@@ -7,7 +7,7 @@
 #include <string_view>
 #include <vector>
 
-#include "reader/session/LogTime.h"
+#include "reader/input/LogTime.h"
 
 namespace sentiq {
 

@@ -9,9 +9,9 @@
 #include <unordered_map>
 #include <vector>
 
-#include "reader/session/EventRecord.h"
-#include "reader/session/EventTable.h"
-#include "reader/session/LogTime.h"
+#include "reader/events/EventRecord.h"
+#include "reader/events/EventTable.h"
+#include "reader/input/LogTime.h"
 #include "reader/session/MetricSample.h"
 
 namespace sentiq {

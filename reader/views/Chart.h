@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "reader/session/LogTime.h"
+#include "reader/input/LogTime.h"
 #include "reader/session/Session.h"
 
 namespace sentiq {

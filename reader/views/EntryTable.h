@@ -6,7 +6,7 @@
 #include <set>
 #include <string>
 
-#include "reader/session/Judgement.h"
+#include "reader/judgement/Judgement.h"
 #include "reader/session/Session.h"
 
 namespace sentiq {

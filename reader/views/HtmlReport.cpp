@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "logging/LogEncoding.h"
-#include "reader/session/Judgement.h"
+#include "reader/judgement/Judgement.h"
 #include "reader/views/Chart.h"
 #include "reader/views/EntryTable.h"
 #include "reader/views/HtmlText.h"

@@ -6,7 +6,7 @@
 #include <ostream>
 #include <utility>
 
-#include "reader/session/Surroundings.h"
+#include "reader/judgement/Surroundings.h"
 #include "reader/views/EntryTable.h"
 #include "reader/views/HtmlText.h"
 #include "reader/views/TimeAxis.h"

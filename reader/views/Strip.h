@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "reader/session/Judgement.h"
+#include "reader/judgement/Judgement.h"
 #include "reader/session/Session.h"
 #include "reader/views/Chart.h"
 

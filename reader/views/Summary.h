@@ -6,7 +6,7 @@
 
 #include <nlohmann/json.hpp>
 
-#include "reader/session/Judgement.h"
+#include "reader/judgement/Judgement.h"
 #include "reader/session/LogSet.h"
 
 namespace sentiq {

@@ -5,7 +5,7 @@
 #include <string>
 #include <string_view>
 
-#include "reader/session/EventTable.h"
+#include "reader/events/EventTable.h"
 
 namespace sentiq {
 

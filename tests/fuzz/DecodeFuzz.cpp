@@ -1,6 +1,6 @@
 // The line decoder on any bytes: where blocks end makes no difference, and what the program encodes comes back.
 #include "logging/LogEncoding.h"
-#include "reader/views/Decode.h"
+#include "reader/commands/Decode.h"
 #include "tests/fuzz/Fuzz.h"
 
 static std::string decoded(const std::string& bytes, std::size_t blockSize) {

@@ -1,8 +1,8 @@
 // The parsers of single entries on any bytes: events, records, times.
-#include "reader/session/EventHead.h"
-#include "reader/session/EventRecord.h"
-#include "reader/session/EventTable.h"
-#include "reader/session/LogTime.h"
+#include "reader/events/EventHead.h"
+#include "reader/events/EventRecord.h"
+#include "reader/events/EventTable.h"
+#include "reader/input/LogTime.h"
 #include "reader/session/MetricSample.h"
 #include "tests/fuzz/Fuzz.h"
 

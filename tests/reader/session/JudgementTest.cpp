@@ -1,5 +1,5 @@
-#include "reader/session/EventTable.h"
-#include "reader/session/Judgement.h"
+#include "reader/events/EventTable.h"
+#include "reader/judgement/Judgement.h"
 #include "reader/views/Summary.h"
 #include "tests/reader/SampleLogs.h"
 

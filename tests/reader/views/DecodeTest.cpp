@@ -1,5 +1,5 @@
-#include "reader/ExitCode.h"
-#include "reader/views/Decode.h"
+#include "reader/commands/Decode.h"
+#include "reader/commands/ExitCode.h"
 #include "reader/views/Timeline.h"
 #include "tests/reader/SampleLogs.h"
 

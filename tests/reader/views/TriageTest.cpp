@@ -1,5 +1,5 @@
-#include "reader/ExitCode.h"
-#include "reader/views/TriageCommand.h"
+#include "reader/commands/ExitCode.h"
+#include "reader/commands/TriageCommand.h"
 #include "tests/reader/SampleLogs.h"
 
 namespace sentiq {

@@ -6,8 +6,8 @@
 #include <string>
 #include <string_view>
 
-#include "reader/session/EventHead.h"
-#include "reader/session/EventRecord.h"
+#include "reader/events/EventHead.h"
+#include "reader/events/EventRecord.h"
 
 namespace sentiq {
 

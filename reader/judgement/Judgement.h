@@ -10,7 +10,7 @@
 #include <utility>
 #include <vector>
 
-#include "reader/session/EventTable.h"
+#include "reader/events/EventTable.h"
 #include "reader/session/Session.h"
 
 namespace sentiq {

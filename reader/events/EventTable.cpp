@@ -1,4 +1,4 @@
-#include "reader/session/EventTable.h"
+#include "reader/events/EventTable.h"
 
 #include <algorithm>
 #include <array>
@@ -8,8 +8,8 @@
 #include <sstream>
 #include <system_error>
 
+#include "reader/events/CodeWords.h"
 #include "reader/input/CleanText.h"
-#include "reader/session/CodeWords.h"
 
 namespace sentiq {
 namespace {

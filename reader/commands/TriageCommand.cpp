@@ -1,4 +1,4 @@
-#include "reader/views/TriageCommand.h"
+#include "reader/commands/TriageCommand.h"
 
 #include <algorithm>
 #include <exception>
@@ -9,7 +9,7 @@
 #include <thread>
 #include <utility>
 
-#include "reader/ExitCode.h"
+#include "reader/commands/ExitCode.h"
 #include "reader/console/Console.h"
 #include "reader/session/LogSet.h"
 #include "reader/views/Triage.h"

@@ -1,4 +1,4 @@
-#include "reader/views/Decode.h"
+#include "reader/commands/Decode.h"
 
 #include <algorithm>
 #include <array>
@@ -9,7 +9,7 @@
 #include <thread>
 #include <utility>
 
-#include "reader/ExitCode.h"
+#include "reader/commands/ExitCode.h"
 #include "reader/console/Console.h"
 #include "reader/input/FollowedFile.h"
 #include "reader/input/InputFile.h"

@@ -1,4 +1,4 @@
-#include "reader/session/Surroundings.h"
+#include "reader/judgement/Surroundings.h"
 
 #include <algorithm>
 #include <chrono>

@@ -1,4 +1,4 @@
-#include "reader/session/EventRecord.h"
+#include "reader/events/EventRecord.h"
 
 #include <algorithm>
 #include <cstddef>
@@ -6,8 +6,8 @@
 
 #include <pugixml.hpp>
 
+#include "reader/events/CodeWords.h"
 #include "reader/input/CleanText.h"
-#include "reader/session/CodeWords.h"
 
 namespace sentiq {
 namespace {

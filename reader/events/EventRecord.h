@@ -8,7 +8,7 @@
 #include <utility>
 #include <vector>
 
-#include "reader/session/LogTime.h"
+#include "reader/input/LogTime.h"
 
 namespace sentiq {
 

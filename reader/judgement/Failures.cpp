@@ -1,4 +1,4 @@
-#include "reader/session/Failures.h"
+#include "reader/judgement/Failures.h"
 
 #include <algorithm>
 #include <charconv>
@@ -8,8 +8,8 @@
 #include <string_view>
 #include <utility>
 
+#include "reader/events/CodeWords.h"
 #include "reader/input/CleanText.h"
-#include "reader/session/CodeWords.h"
 
 namespace sentiq {
 namespace {

@@ -1,4 +1,4 @@
-#include "reader/session/LogTime.h"
+#include "reader/input/LogTime.h"
 
 #include <array>
 #include <cstdio>

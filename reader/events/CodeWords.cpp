@@ -1,4 +1,4 @@
-#include "reader/session/CodeWords.h"
+#include "reader/events/CodeWords.h"
 
 #include <algorithm>
 #include <array>

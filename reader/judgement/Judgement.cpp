@@ -1,4 +1,4 @@
-#include "reader/session/Judgement.h"
+#include "reader/judgement/Judgement.h"
 
 #include <algorithm>
 #include <array>
@@ -9,8 +9,8 @@
 #include <sstream>
 #include <tuple>
 
-#include "reader/session/Failures.h"
-#include "reader/session/Surroundings.h"
+#include "reader/judgement/Failures.h"
+#include "reader/judgement/Surroundings.h"
 
 namespace sentiq {
 namespace {

@@ -1,4 +1,4 @@
-#include "reader/session/EventHead.h"
+#include "reader/events/EventHead.h"
 
 #include <charconv>
 #include <system_error>
