@@ -5,6 +5,7 @@
 
 #include "capture/MetricRecord.h"
 #include "logging/LogFile.h"
+#include "logging/LogGrammar.h"
 #include "logging/TextConversion.h"
 #include "logging/TimeText.h"
 
@@ -38,7 +39,8 @@ void writeHeaderOnce(SessionFileWriter& writer, const std::string& analyticsIden
   if (headerWritten) {
     return;
   }
-  writer.write("OrbelSessionID: " + analyticsIdentifier + "\nProcessID: " + std::to_string(pid),
+  writer.write(grammar::headerLine(grammar::sessionId, analyticsIdentifier) + '\n' +
+                   grammar::headerLine(grammar::processId, std::to_string(pid)),
                /*withTimestamp=*/false, /*neverEncode=*/true);
   headerWritten = true;
 }
@@ -88,7 +90,7 @@ void DataCapture::stop(bool processGone) {
     return;
   }
   writer_.get()->write(
-      processGone ? "Exit Status - Canvix is no longer alive" : "Sentiq Data Capture and Reporting stopped",
+      processGone ? grammar::exitStatus : grammar::captureStopped,
       /*withTimestamp=*/true, /*neverEncode=*/false);
   running_ = false;
   thread_.join();
@@ -107,7 +109,7 @@ void DataCapture::captureData(const CaptureSettings& settings, WriterPromise ope
     try {
       captureSample(*writer, settings.metrics);
     } catch (const std::exception& error) {
-      writer->write(std::string("Error in CaptureData api: ") + error.what(), /*withTimestamp=*/true,
+      writer->write(std::string(grammar::captureError) + error.what(), /*withTimestamp=*/true,
                     /*neverEncode=*/false);
       continue;  // Without a pause, on purpose: the next sample makes up for the one that was lost.
     }

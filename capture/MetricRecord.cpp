@@ -7,12 +7,14 @@
 #include <nlohmann/json.hpp>
 
 #include "capture/SentiqSystem.h"
+#include "logging/LogGrammar.h"
 #include "logging/TimeText.h"
 
 namespace sentiq {
 namespace {
 
 using nlohmann::json;
+namespace key = grammar::record;
 
 constexpr std::uint64_t mebibytes(std::uint64_t bytes) {
   return bytes >> 20;
@@ -30,37 +32,37 @@ json batteryValue(std::int32_t percentage) {
 }
 
 void addSystemFigures(json& record, const SystemMetrics& metrics) {
-  record["systemStartTime"] = metrics.systemStartTime;
-  record["systemUpTime"] = metrics.systemUpTime;
-  record["fgProcessName"] = metrics.fgProcessName;
-  record["totalDiskSpace"] = mebibytes(metrics.totalDiskSpace);
-  record["usedDiskSpace"] = mebibytes(metrics.usedDiskSpace);
-  record["freeDiskSpace"] = mebibytes(metrics.freeDiskSpace);
-  record["totalSwapMemory"] = mebibytes(metrics.totalSwapMemory);
-  record["usedSwapMemory"] = mebibytes(metrics.usedSwapMemory);
-  record["freeSwapMemory"] = mebibytes(metrics.freeSwapMemory);
-  record["batteryPercentage"] = batteryValue(metrics.batteryPercentage);
+  record[key::systemStartTime] = metrics.systemStartTime;
+  record[key::systemUpTime] = metrics.systemUpTime;
+  record[key::foreground] = metrics.fgProcessName;
+  record[key::totalDisk] = mebibytes(metrics.totalDiskSpace);
+  record[key::usedDisk] = mebibytes(metrics.usedDiskSpace);
+  record[key::freeDisk] = mebibytes(metrics.freeDiskSpace);
+  record[key::totalSwap] = mebibytes(metrics.totalSwapMemory);
+  record[key::usedSwap] = mebibytes(metrics.usedSwapMemory);
+  record[key::freeSwap] = mebibytes(metrics.freeSwapMemory);
+  record[key::battery] = batteryValue(metrics.batteryPercentage);
   // The first adapter makes the key; without one the record has none.
   for (const GpuInfo& gpu : metrics.gpuInfo) {
-    record["gpuInfo"].push_back({{"gpuName", gpu.name}, {"gpuMemoryUsage", mebibytes(gpu.dedicatedVideoMemory)}});
+    record[key::adapters].push_back({{key::adapterName, gpu.name}, {key::adapterMemory, mebibytes(gpu.dedicatedVideoMemory)}});
   }
 }
 
 void addProcessFigures(json& record, const ProcessMetrics& metrics, const MetricSelection& selection) {
-  record["processId"] = std::int64_t{metrics.processId};
-  record["status"] = metrics.status;
-  record["appStartTime"] = metrics.appStartTime;
+  record[key::processId] = std::int64_t{metrics.processId};
+  record[key::status] = metrics.status;
+  record[key::appRunTime] = metrics.appStartTime;
   if (isSelected(selection, MetricCode::CpuUsage)) {
-    record["cpuUsage"] = metrics.cpuUsage;
+    record[key::cpuUsage] = metrics.cpuUsage;
   }
   if (isSelected(selection, MetricCode::MemoryUsage)) {
-    record["memoryUsage"] = mebibytes(metrics.memoryUsage);
+    record[key::memoryUsage] = mebibytes(metrics.memoryUsage);
   }
   if (isSelected(selection, MetricCode::FileDescriptors)) {
-    record["fileDescriptors"] = metrics.fileDescriptors;
+    record[key::fileDescriptors] = metrics.fileDescriptors;
   }
   if (isSelected(selection, MetricCode::ThreadCount)) {
-    record["threadCount"] = metrics.threadCount;
+    record[key::threads] = metrics.threadCount;
   }
 }
 
@@ -69,7 +71,7 @@ void addProcessFigures(json& record, const ProcessMetrics& metrics, const Metric
 void buildMetricRecord(const SystemMetrics& systemMetrics, const ProcessMetrics& processMetrics, std::string& text,
                        const MetricSelection& selection) {
   json record;
-  record["timestamp"] = isoLocalTimestamp();
+  record[key::timestamp] = isoLocalTimestamp();
   addSystemFigures(record, systemMetrics);
   addProcessFigures(record, processMetrics, selection);
   try {

@@ -10,6 +10,7 @@
 #include <sstream>
 
 #include "logging/LocalTime.h"
+#include "logging/LogGrammar.h"
 
 namespace sentiq {
 namespace {
@@ -76,7 +77,7 @@ std::string timeZoneLine(std::int64_t seconds) {
     offset = zoneOffset(*local, seconds);
     name = zoneName(seconds);
   }
-  return "Time zone offset: " + offset + " Time Zone Name: " + name;
+  return grammar::headerLine(grammar::timeZone, offset).append(grammar::timeZoneName) + name;
 }
 
 std::string lastBootTime() {

@@ -1,10 +1,14 @@
 #include "logging/WatchdogLog.h"
 
+#include <algorithm>
 #include <atomic>
+#include <cstddef>
+#include <iterator>
 #include <mutex>
 
 #include "logging/LogEncoding.h"
 #include "logging/LogFile.h"
+#include "logging/LogGrammar.h"
 #include "logging/TextConversion.h"
 #include "logging/TimeText.h"
 
@@ -35,20 +39,13 @@ const std::filesystem::path& pathOf(LogTarget target) {
 }
 
 std::string_view levelTag(LogLevel level) {
-  switch (level) {
-    case LogLevel::Info:
-      return "[INFO]";
-    case LogLevel::Alert:
-      return "[ALERT]";
-    case LogLevel::Error:
-      return "[ERROR]";
-  }
-  return "[UNKNOWN]";
+  constexpr std::size_t unknown = std::size(grammar::levels) - 1;
+  return grammar::levels[std::min<std::size_t>(static_cast<std::uint32_t>(level), unknown)];
 }
 
 bool namesSessionOrProcess(std::string_view message) {
-  return message.find("OrbelSessionID") != std::string_view::npos ||
-         message.find("ProcessID") != std::string_view::npos;
+  return message.find(grammar::sessionId) != std::string_view::npos ||
+         message.find(grammar::processId) != std::string_view::npos;
 }
 
 // Appends what makeText() returns and a newline; the text is made once the file is open.
@@ -79,11 +76,13 @@ void writeLogLine(std::string_view message, bool isSystem, LogLevel level, LogTa
   appendLine(target, [&] {
     std::string line = isoLocalTimestamp();
     if (line.empty()) {
-      line = "[TIMESTAMP_ERROR]";
+      line = grammar::noTimeStamp;
     }
-    line += isSystem ? " [SYSTEM] " : " [PROCESS] ";
+    line += ' ';
+    line += grammar::categories[isSystem ? 0 : 1];
+    line += ' ';
     line += levelTag(level);
-    line += ": ";
+    line += grammar::tagsEnd;
     line += message;
     const bool plain = !configuration.encodeLogs || neverEncode || (keepHeaderPlain && namesSessionOrProcess(message));
     return plain ? line : encodeText(line);
@@ -99,7 +98,7 @@ void writeProcessLine(std::string_view message, LogTarget target) {
 }
 
 void writeSeparator(LogTarget target) {
-  appendLine(target, [] { return encodeText(std::string(39, '=')); });
+  appendLine(target, [] { return encodeText(grammar::separator); });
 }
 
 void truncateLog(LogTarget target) {
@@ -114,10 +113,10 @@ void writeWatchdogHeader(std::string_view sessionId, LogTarget target) {
   const auto write = [target](const std::string& message, bool keepPlain) {
     writeLogLine(message, /*isSystem=*/true, LogLevel::Info, target, keepPlain);
   };
-  write("OrbelSessionID: " + std::string(sessionId), /*keepPlain=*/true);
-  write("ProcessID: " + std::to_string(configuration.pid), /*keepPlain=*/true);
+  write(grammar::headerLine(grammar::sessionId, sessionId), /*keepPlain=*/true);
+  write(grammar::headerLine(grammar::processId, std::to_string(configuration.pid)), /*keepPlain=*/true);
   write(timeZoneLine(), /*keepPlain=*/false);
-  write("LastBootTime: " + lastBootTime(), /*keepPlain=*/false);
+  write(grammar::headerLine(grammar::bootTime, lastBootTime()), /*keepPlain=*/false);
 }
 
 }  // namespace sentiq

@@ -1,244 +1,247 @@
-// sentiq-logs: from the log files to plain text, a timeline, a summary, a page.
-#include <algorithm>
+// sentiq-logs: from the log files to plain text, a timeline, a summary, a page. Here is what the command line offers;
+// the help, the manual page and the completions come from it.
+#include <atomic>
 #include <cstdint>
 #include <exception>
-#include <fstream>
 #include <functional>
+#include <ios>
 #include <iostream>
-#include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include <CLI/CLI.hpp>
 
-#include "reader/commands/Decode.h"
-#include "reader/commands/ExitCode.h"
+#include "reader/commands/CommandLine.h"
+#include "reader/commands/DecodeCommand.h"
+#include "reader/commands/MetricsCommand.h"
+#include "reader/commands/ReportCommand.h"
+#include "reader/commands/SummaryCommand.h"
+#include "reader/commands/TimelineCommand.h"
 #include "reader/commands/TriageCommand.h"
 #include "reader/console/Console.h"
-#include "reader/input/Progress.h"
-#include "reader/session/LogSet.h"
-#include "reader/views/HtmlReport.h"
-#include "reader/views/MetricsTable.h"
-#include "reader/views/Summary.h"
-#include "reader/views/Timeline.h"
 
 namespace sentiq {
 namespace {
 
-// What the user asks for, whichever the command is.
+// What the user asks for.
 struct Request {
   std::vector<std::string> inputs;
   bool follow = false;
   bool json = false;
   bool csv = false;
-  std::string output;
   DecodeOptions decode;
   TimelineOptions timeline;
+  ReportRequest report;
   TriageOptions triage;
-  int exitCode = exitGood;
+  ColourMode colour = ColourMode::Auto;
+  bool stoppable = false;  // Else Ctrl-C ends the process by itself.
+  std::function<void(const Streams&)> run;
 };
 
-// Progress is for eyes: not when messages go elsewhere, and not between the lines of output on the same terminal.
-Progress progressFor(bool outputIsText) {
-  return Progress(messagesAreTerminal() && !(outputIsText && outputIsTerminal()) ? &std::cerr : nullptr);
+void addInputs(CLI::App& command, const char* name, std::vector<std::string>& inputs) {
+  command.add_option(name, inputs, "Logs, or folders with logs (taken by what they hold); - is standard input")
+      ->required();
 }
 
-void needFiles(const std::vector<std::string>& files) {
-  if (files.empty() || std::count(files.begin(), files.end(), "-") > 0) {
-    throw CLI::ValidationError("--follow", "needs files, not standard input");
-  }
+void addColour(CLI::App& command, Request& request) {
+  const std::vector<std::pair<std::string, ColourMode>> modes{
+      {"auto", ColourMode::Auto}, {"always", ColourMode::Always}, {"never", ColourMode::Never}};
+  addChoice(command, "--color", "Whether the output is coloured (default: on a terminal)", modes, request.colour);
 }
 
 void addDecode(CLI::App& app, Request& request) {
-  CLI::App* const command = app.add_subcommand("decode", "Write logs as plain text, line by line");
   DecodeOptions& options = request.decode;
-  command->add_option("FILE", options.files, "Logs; none or - is standard input");
-  command->add_flag("-f,--follow", request.follow, "Go on as the files grow, are emptied or appear; end with Ctrl-C");
-  command->add_flag_function(
-      "--names,!--no-names", [&options](std::int64_t given) { options.names = given > 0; },
-      "Begin each line with its file's name (default: with more than one file)");
-  command->footer(
-      "Examples:\n"
+  CLI::App& command = addCommand(
+      app, "decode", "Write logs as plain text, line by line",
+      "Plain lines and line ends pass unchanged. A damaged or unfinished line is passed on as it is, with its "
+      "number on standard error. On a terminal, what would steer it is replaced; into a file or a pipe every "
+      "byte is passed on. Memory does not grow with the file.",
       "  sentiq-logs decode CanvixWatchdogInfoSession.log | less\n"
+      "  sentiq-logs decode CanvixWatchdogInfoSession.log | lnav\n"
       "  sentiq-logs decode --follow logs/CanvixSentiqSession.log logs/CanvixWatchdogInfoSession.log");
-  command->callback([&request, &options] {
-    Progress progress = progressFor(/*outputIsText=*/true);
-    options.colour = colourWanted();
-    if (request.follow) {
-      needFiles(options.files);
-      options.follow = &stopRequested();  // Else Ctrl-C ends the process by itself.
+  command.add_option("FILE", options.inputs, "Logs, or folders with logs; none or - is standard input");
+  command.add_flag("-f,--follow", options.follow, "Go on as the files grow, are emptied or appear; end with Ctrl-C");
+  command.add_flag_function(
+      "--names,!--no-names", [&options](std::int64_t given) { options.names = given > 0; },
+      "Begin each line with its file's name, or do not (default: with more than one file)");
+  addColour(command, request);
+  command.callback([&request, &options] {
+    request.stoppable = options.follow;
+    if (options.follow) {
+      needFiles(options.inputs);
     }
-    request.exitCode = decodeLogs(options, std::cin, std::cout, std::cerr, progress);
+    request.run = [&options](const Streams& streams) { decodeLogs(options, streams); };
   });
-}
-
-// Damage does not keep the others from being shown, but scripts want to know.
-int exitCodeOf(const LogSet& logs) {
-  int code = logs.files.empty() ? exitFailed : exitGood;
-  if (logs.files.empty()) {
-    std::cerr << "sentiq-logs: no logs found\n";
-  }
-  for (const LogFileInfo& file : logs.files) {
-    if (!file.readable) {
-      std::cerr << "sentiq-logs: " << file.name << ": cannot be read\n";
-    }
-    code = std::max<int>(code, !file.readable ? exitFailed : file.damagedLines > 0 ? exitDamaged : exitGood);
-  }
-  return code;
-}
-
-// A command that reads all logs and then writes what it has to say.
-CLI::App* addView(CLI::App& app, Request& request, const char* name, const char* description, Keep keep,
-                  const std::function<void(const LogSet&)>& write) {
-  CLI::App* const command = app.add_subcommand(name, description);
-  command->add_option("FILE", request.inputs, "Logs, or folders with logs (*.log, taken by what they hold)")
-      ->required();
-  command->callback([&request, keep, write] {
-    if (request.follow) {  // Which of these only the timeline can.
-      needFiles(request.inputs);
-      followTimeline(request.inputs, request.timeline, std::cout, stopRequested());
-      return;
-    }
-    Progress progress = progressFor(/*outputIsText=*/false);
-    const LogSet logs = readLogs(findLogs(request.inputs), std::cin, progress, keep);
-    write(logs);
-    request.exitCode = std::max(request.exitCode, exitCodeOf(logs));
-  });
-  return command;
 }
 
 void addTimeline(CLI::App& app, Request& request) {
   TimelineOptions& options = request.timeline;
-  CLI::App* const command =
-      addView(app, request, "timeline", "All logs in time order, one readable line per entry", Keep::AllEvents,
-              [&options](const LogSet& logs) { writeTimeline(logs, options, std::cout); });
-  const auto addTime = [command](const char* name, std::optional<Instant>& time, const char* description) {
-    command->add_option_function<std::string>(
-        name,
-        [name, &time](const std::string& text) {
-          time = parseLocalTime(text);
-          if (!time) {
-            throw CLI::ValidationError(name, "not a time like 2025-01-31 or 2025-01-31T14:05:09");
-          }
-        },
-        description);
-  };
-  addTime("--since", options.since, "Leave out what is before this local time");
-  addTime("--until", options.until, "Leave out what is after this local time");
-  command
-      ->add_option("--source", options.sources,
-                   "Only these: session, watchdog, initial, or an event channel such as System (comma-separated)")
-      ->delimiter(',')
-      ->allow_extra_args(false);
-  command->add_flag("--json", options.json, "One JSON object per line");
-  command->add_flag("-f,--follow", request.follow,
-                    "Go on as the logs grow, are emptied or appear, in the order in which lines come; end with Ctrl-C");
-  command->footer(
-      "Examples:\n"
-      "  sentiq-logs timeline --since 2025-01-31T14:00 --source system,application logs/\n"
+  CLI::App& command = addCommand(
+      app, "timeline", "All logs in time order, one readable line per entry",
+      "Local time, source, severity, what. An event has its own time, not that of its copy, and appears once however "
+      "often it was copied.",
+      "  sentiq-logs timeline --since 2025-01-31T14:00 --source system,application logs/ | less\n"
+      "  sentiq-logs timeline --last 5m --severity warning logs/\n"
+      "  sentiq-logs timeline --json logs/ | jq -r 'select(.severity == \"error\") | .what'\n"
       "  sentiq-logs timeline --follow logs/");
+  addInputs(command, "FILE", request.inputs);
+  addParsed(command, "--since", "Leave out what is before this local time (2025-01-31, 2025-01-31T14:05:09)",
+            "a time like 2025-01-31 or 2025-01-31T14:05:09", parseLocalTime, options.since);
+  addParsed(command, "--until", "Leave out what is after this local time",
+            "a time like 2025-01-31 or 2025-01-31T14:05:09", parseLocalTime, options.until);
+  addParsed(command, "--last", "Only the last 90s, 5m, 2h or 1d before the end of each session, and what came after",
+            "a length like 90s, 5m, 2h or 1d", parseDuration, options.last);
+  addChoices(command, "--source", "Only these, comma-separated: logs, or channels of the event log",
+             {"session", "watchdog", "initial", "Application", "System"}, options.sources);
+  const std::vector<std::pair<std::string, Severity>> severities{{"info", Severity::Info},
+                                                                 {"notice", Severity::Notice},
+                                                                 {"warning", Severity::Warning},
+                                                                 {"error", Severity::Error}};
+  addChoice(command, "--severity", "Only what is at least so serious", severities, options.severity);
+  command
+      .add_option("--grep", options.grep, "Only what holds this text, in any case, in its words or an event's fields")
+      ->type_name("TEXT");
+  command.add_flag("--records", options.records,
+                   "Show the records of every ten seconds, too; so does naming their source, session");
+  command.add_flag("--json", options.json, "One JSON object per line");
+  command.add_flag("-f,--follow", request.follow,
+                   "Go on as the logs grow, are emptied or appear, in the order in which lines come; end with Ctrl-C");
+  addColour(command, request);
+  command.callback([&request, &options] {
+    request.stoppable = request.follow;
+    if (request.follow) {
+      needFiles(request.inputs);
+      if (options.last) {
+        throw CLI::ValidationError("--last", "needs whole sessions, not --follow");
+      }
+    }
+    request.run = [&request, &options](const Streams& streams) {
+      options.colour = streams.colour;
+      options.width = streams.width;
+      (request.follow ? followTimeline : showTimeline)(request.inputs, options, streams);
+    };
+  });
 }
 
 void addSummary(CLI::App& app, Request& request) {
-  const auto write = [&request](const LogSet& logs) {
-    if (!request.json) {
-      std::cout << summaryText(logs, colourWanted());
-      return;
-    }
-    for (const Session& session : logs.sessions) {
-      std::cout << summaryJson(summarize(logs, session)) << '\n';
-    }
-  };
-  CLI::App* const command = addView(app, request, "summary", "What happened, in one line, and the figures behind it",
-                                    Keep::WhatMatters, write);
-  command->add_flag("--json", request.json, "One JSON object per session");
-  command->footer("Example:\n  sentiq-logs summary --json logs/ | jq -r .outcome");
+  CLI::App& command = addCommand(
+      app, "summary", "What happened, in one line, and the figures behind it",
+      "Canvix ended normally, crashed (module, exception, offset) or stopped responding; the machine was shut down or "
+      "restarted, crashed with a blue screen, went to sleep, or lost power. Then what went before it within minutes, "
+      "what "
+      "changed on the machine in the days before, what else there is to say of the machine and of other instances, the "
+      "figures, the gaps of more than 15 seconds in the records, and the files that are missing or damaged. What the "
+      "logs "
+      "do not tell is unknown. Several sessions are shown one after the other, the newest last. It is the command when "
+      "none is named.",
+      "  sentiq-logs summary logs/\n"
+      "  sentiq-logs summary --json logs/ | jq -r .outcome");
+  addInputs(command, "FILE", request.inputs);
+  command.add_flag("--json", request.json, "One JSON object per session");
+  addColour(command, request);
+  command.callback([&request] {
+    request.run = [&request](const Streams& streams) { showSummary(request.inputs, request.json, streams); };
+  });
 }
 
 void addTriage(CLI::App& app, Request& request) {
   TriageOptions& options = request.triage;
-  CLI::App* const command = app.add_subcommand("triage", "Many sessions, grouped by what ended them");
-  command->add_option("FOLDER", options.inputs, "Folders of any depth with logs (*.log, taken by what they hold)")
-      ->required();
-  command->add_option("--top", options.top, "How many groups to show; 0 shows all")->capture_default_str();
-  command->add_flag("--json", options.json, "One JSON object per session");
-  command->footer("Example:\n  sentiq-logs triage --top 5 collected/");
-  command->callback([&request, &options] {
-    options.width = outputWidth();
-    request.exitCode =
-        triageLogs(options, std::cout, std::cerr, messagesAreTerminal() ? &std::cerr : nullptr, stopRequested());
+  CLI::App& command = addCommand(
+      app, "triage", "Many sessions, grouped by what ended them",
+      "Judges every session below some folders as summary does it, on all processor cores, and groups those that did "
+      "not "
+      "end normally: by the outcome, of a crash also by module, exception and offset, of a hang by its kind, of a blue "
+      "screen by its code. A group has its number of sessions, their share of all, its first and last day, versions of "
+      "Canvix, what went before most often, the folder of its last session, and each adapter and each change of the "
+      "machine "
+      "that ten of its sessions have and whose share is twice that in all sessions. What an initial log in another "
+      "folder "
+      "tells of a session counts for it. Files that are no logs are passed over. Ctrl-C shows what is known so far.",
+      "  sentiq-logs triage --top 5 collected/");
+  addInputs(command, "FOLDER", options.inputs);
+  command.add_option("--top", options.top, "How many groups to show; 10 without it, all with 0")->type_name("N");
+  command.add_flag("--json", options.json, "One JSON object per session");
+  command.callback([&request, &options] {
+    request.stoppable = true;
+    request.run = [&options](const Streams& streams) { triageLogs(options, streams); };
   });
 }
 
 void addReport(CLI::App& app, Request& request) {
-  const auto write = [&request](const LogSet& logs) {
-    std::ofstream page(pathFromText(request.output), std::ios::binary);
-    writeHtmlReport(logs, page);
-    page.close();
-    if (!page) {
-      std::cerr << "sentiq-logs: " << request.output << ": cannot be written\n";
-      request.exitCode = exitFailed;
-    }
-  };
-  CLI::App* const command = addView(app, request, "report", "One self-contained HTML page", Keep::RawLines, write);
-  command->add_option("-o,--output", request.output, "The page to write")->required();
-  command->footer("Example:\n  sentiq-logs report logs/ -o session.html");
+  ReportRequest& options = request.report;
+  options.program = "sentiq-logs " SENTIQ_VERSION;
+  CLI::App& command =
+      addCommand(app, "report", "One self-contained HTML page",
+                 "It needs no network, and no script to be read: the summary, charts, the table of events, "
+                 "the raw lines. A page that cannot be written whole leaves the one before.",
+                 "  sentiq-logs report logs/ -o session.html");
+  addInputs(command, "FILE", options.inputs);
+  command.add_option("-o,--output", options.output, "The page to write")->type_name("PAGE")->required();
+  command.add_flag("--open", options.open, "Open the page in the browser");
+  addParsed(command, "--made", "What the page says of when it was made, with offset (default: now)",
+            "a time like 2025-01-31T14:05:09+01:00", parseWholeTime, options.made);
+  command.callback(
+      [&request, &options] { request.run = [&options](const Streams& streams) { writeReport(options, streams); }; });
 }
 
 void addMetrics(CLI::App& app, Request& request) {
-  const auto write = [&request](const LogSet& logs) {
-    writeMetrics(logs, request.csv ? TableForm::Csv : request.json ? TableForm::Json : TableForm::Text, std::cout);
-  };
-  CLI::App* const command =
-      addView(app, request, "metrics", "The ten-second records as a table, with units", Keep::WhatMatters, write);
-  CLI::Option* const csv = command->add_flag("--csv", request.csv, "Comma-separated, with a header line");
-  command->add_flag("--json", request.json, "One JSON object per line")->excludes(csv);
-  command->footer("Example:\n  sentiq-logs metrics --csv CanvixSentiqSession.log > records.csv");
+  CLI::App& command = addCommand(app, "metrics", "The ten-second records as a table, with units",
+                                 "On a terminal it has as many columns as fit.",
+                                 "  sentiq-logs metrics --csv CanvixSentiqSession.log > records.csv");
+  addInputs(command, "FILE", request.inputs);
+  CLI::Option* const csv =
+      command.add_flag("--csv", request.csv, "Comma-separated, with a header line; no cell is a formula");
+  command.add_flag("--json", request.json, "One JSON object per line")->excludes(csv);
+  command.callback([&request] {
+    request.run = [&request](const Streams& streams) {
+      const TableForm form = request.csv ? TableForm::Csv : request.json ? TableForm::Json : TableForm::Text;
+      showMetrics(request.inputs, form, streams);
+    };
+  });
 }
 
-int run(std::vector<std::string> arguments) {
+int run(std::vector<std::string> arguments, Messages& messages) {
   CLI::App app("Reads the logs of CanvixSentiq.", "sentiq-logs");
-  app.footer(
-      "Examples:\n"
-      "  sentiq-logs summary logs/\n"
-      "  sentiq-logs report logs/ -o session.html\n"
-      "  sentiq-logs timeline --help\n\n"
-      "Exit codes:\n"
-      "  0  all was read\n"
-      "  1  something was damaged or unfinished; everything else was read\n"
-      "  2  wrong arguments, a file that cannot be read, output that cannot be written");
-  app.require_subcommand(1);
-  app.allow_windows_style_options(false);  // Else a path that begins with a slash is taken for an option.
   Request request;
-  request.timeline.colour = colourWanted();
   addDecode(app, request);
   addTimeline(app, request);
   addSummary(app, request);
   addTriage(app, request);
   addReport(app, request);
   addMetrics(app, request);
-  std::reverse(arguments.begin(), arguments.end());  // The order that the parser takes a vector in.
-  try {
-    app.parse(arguments);
-  } catch (const CLI::ParseError& error) {
-    return app.exit(error) == 0 ? exitGood : exitFailed;
+  if (!parseCommandLine(app, std::move(arguments), messages)) {
+    return messages.exitCode();
   }
-  if (!std::cout.flush()) {
-    std::cerr << "sentiq-logs: the output cannot be written\n";
-    return exitFailed;
-  }
-  return request.exitCode;
+  static const std::atomic<bool> never{false};
+  const bool terminal = outputIsTerminal();
+  // Progress is for eyes, and not between the lines of output on the same terminal.
+  const bool progress = progressWanted() && !(terminal && app.got_subcommand("decode"));
+  std::cout.exceptions(std::ios::badbit | std::ios::failbit);
+  request.run({.in = std::cin,
+               .out = std::cout,
+               .messages = messages,
+               .stop = request.stoppable ? stopRequested() : never,
+               .progress = progress ? &std::cerr : nullptr,
+               .outIsTerminal = terminal,
+               .colour = colourWanted(request.colour),
+               .width = outputWidth()});
+  std::cout.flush();
+  return messages.exitCode();
 }
 
 }  // namespace
 }  // namespace sentiq
 
 int main(int argc, char** argv) {
+  sentiq::Messages messages(std::cerr);
   try {
     sentiq::prepareConsole();
-    return sentiq::run(sentiq::consoleArguments(argc, argv));
+    return sentiq::run(sentiq::consoleArguments(argc, argv), messages);
+  } catch (const std::ios_base::failure&) {
+    messages.say("the output cannot be written", sentiq::exitFailed);
   } catch (const std::exception& error) {
-    std::cerr << "sentiq-logs: " << error.what() << '\n';
-    return sentiq::exitFailed;
+    messages.say(error.what(), sentiq::exitFailed);
   }
+  return messages.exitCode();
 }

@@ -2,6 +2,7 @@
 
 #include <chrono>
 
+#include "logging/LogGrammar.h"
 #include "logging/WatchdogLog.h"
 #include "watchdog/EventLogReader.h"
 #include "watchdog/WatchdogState.h"
@@ -31,12 +32,12 @@ void monitorAppExit() {
   try {
     writeProcessLine("Inside  monitor app exit");
     if (waitForExit()) {
-      writeProcessLine("App has exited");
+      writeProcessLine(grammar::exitSeen);
       dumpEventLogs();
       sleepAtLeast(secondDumpAfter);
       dumpEventLogs();
     }
-    writeProcessLine("Leaving App monitor app exit");
+    writeProcessLine(grammar::exitDone);
   } catch (...) {  // NOLINT(bugprone-empty-catch): only the log itself can fail here.
   }
 }

@@ -13,6 +13,7 @@
 
 #include <nlohmann/json.hpp>
 
+#include "logging/LogGrammar.h"
 #include "logging/TextConversion.h"
 #include "logging/UniqueHandle.h"
 
@@ -50,7 +51,7 @@ EventHandle openQuery(const std::wstring& channel, const Query& query) {
 
 // Throws when the text is not well-formed.
 std::wstring asJson(const wchar_t* xml) {
-  const nlohmann::json event = {{"xmlData", toUtf8(xml)}};
+  const nlohmann::json event = {{grammar::eventXml, toUtf8(xml)}};
   return toWide(event.dump());
 }
 
@@ -81,7 +82,7 @@ DWORD copyEvents(EVT_HANDLE opened, const Query& query, LogTarget target) {
 
 void copyAll(const EventHandle& opened, const Query& query, LogTarget target) {
   if (copyEvents(opened.get(), query, target) != ERROR_NO_MORE_ITEMS) {
-    writeProcessLine("Issue in reading logs", target);
+    writeProcessLine(grammar::readingEnded, target);
   }
 }
 
@@ -89,7 +90,7 @@ void readFiltered(const std::wstring& channel, const Query& query, LogTarget tar
   if (const EventHandle opened = openQuery(channel, query)) {
     copyAll(opened, query, target);
   } else {
-    writeProcessLine("EvtQuery failed", target);
+    writeProcessLine(grammar::queryFailed, target);
   }
 }
 
@@ -139,9 +140,9 @@ void dumpChannel(const std::wstring& channel) {
 }
 
 void dumpEventLogs() {
-  writeProcessLine("App dumping Application log:");
+  writeProcessLine(grammar::applicationCopy);
   dumpChannel(L"Application");
-  writeProcessLine("App dumping System log:");
+  writeProcessLine(grammar::systemCopy);
   dumpChannel(L"System");
 }
 

@@ -3,7 +3,9 @@
 #include <windows.h>
 
 #include <exception>
+#include <string_view>
 
+#include "logging/LogGrammar.h"
 #include "logging/WatchdogLog.h"
 #include "watchdog/EventLogReader.h"
 #include "watchdog/WatchdogState.h"
@@ -11,14 +13,14 @@
 namespace sentiq {
 namespace {
 
-void record(const char* title) {
+void record(std::string_view title) {
   writeSystemLine(title);
   dumpEventLogs();
   writeSystemLine("Done dumping event logs");
 }
 
 void onSystemResume() {
-  record("System Resume");
+  record(grammar::resumed);
 }
 
 // The log begins anew: what led to the sleep is what will be asked for.
@@ -28,11 +30,11 @@ void onSystemWillSleep() {
   } catch (const std::exception&) {  // NOLINT(bugprone-empty-catch): then the log goes on where it is.
   }
   writeWatchdogHeader(watchdogState().sessionId, LogTarget::WatchdogLog);
-  record("System Will Sleep");
+  record(grammar::willSleep);
 }
 
 void onSystemStandby() {
-  record("System Will enter/exit Standby");
+  record(grammar::displayChanged);
 }
 
 }  // namespace

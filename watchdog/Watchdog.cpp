@@ -5,6 +5,7 @@
 #include <mutex>
 #include <thread>
 
+#include "logging/LogGrammar.h"
 #include "logging/WatchdogLog.h"
 #include "watchdog/AppExitMonitor.h"
 #include "watchdog/EventLogReader.h"
@@ -40,7 +41,7 @@ void startWatchdog(const WatchdogSettings& settings) {
 
 void stopWatchdog() {
   WatchdogState& state = watchdogState();
-  writeSystemLine("Attempting to stop Watchdog.");
+  writeSystemLine(grammar::stopBegun);
   sleepAtLeast(pauseBeforeStop);
   state.stopRequested.exchange(true);
   {
@@ -52,7 +53,7 @@ void stopWatchdog() {
     }
     state.threads.clear();
   }
-  writeSystemLine("Watchdog stopped cleanly.");
+  writeSystemLine(grammar::stopDone);
 }
 
 void runInitialMetricCollection(const std::string& lastAbnormalSessionId) {
@@ -61,7 +62,7 @@ void runInitialMetricCollection(const std::string& lastAbnormalSessionId) {
   try {
     try {
       writeWatchdogHeader(lastAbnormalSessionId, log);
-      writeSystemLine("Starting initial metric collection.", log);
+      writeSystemLine(grammar::initialBegun, log);
       writeProcessLine("Reading last shutdown details", log);
       readShutdownEvents(L"System", log);
       writeProcessLine("Reading last app termination details in Application logs", log);

@@ -1,16 +1,18 @@
 #include "reader/commands/TriageCommand.h"
 
 #include <algorithm>
+#include <atomic>
 #include <exception>
 #include <iterator>
 #include <mutex>
 #include <ostream>
 #include <sstream>
-#include <thread>
 #include <utility>
 
-#include "reader/commands/ExitCode.h"
+#include "reader/commands/Inputs.h"
+#include "reader/commands/OnAllCores.h"
 #include "reader/console/Console.h"
+#include "reader/input/Progress.h"
 #include "reader/session/LogSet.h"
 #include "reader/views/Triage.h"
 
@@ -38,22 +40,23 @@ std::vector<Unit> unitsOf(const std::vector<LogInput>& files) {
 
 class Triage {
  public:
-  Triage(const std::vector<std::string>& inputs, std::ostream& messages, std::ostream* terminal,
-         const std::atomic<bool>& stop)
-      : units_(unitsOf(findLogs(inputs))), messages_(messages), stop_(stop), progress_(terminal) {}
+  Triage(const std::vector<std::string>& inputs, const Streams& streams)
+      : units_(unitsOf(findLogs(existing(inputs, /*anyKind=*/false, streams.messages), &streams.stop))),
+        streams_(streams),
+        progress_(streams.progress) {}
 
   void readAll();
   /// All sessions, the oldest first; empties the units.
   std::vector<TriagedSession> judgeAll();
-  int exitCode();
+  /// What was not read, or is not whole.
+  void sayWhatIsMissing();
 
  private:
   void work();
   void count(Unit& unit);
 
   std::vector<Unit> units_;
-  std::ostream& messages_;
-  const std::atomic<bool>& stop_;
+  const Streams& streams_;
   std::atomic<std::size_t> next_{0};
 
   std::mutex mutex_;  // For what follows, while the threads run.
@@ -61,48 +64,44 @@ class Triage {
   std::size_t unitsDone_ = 0;
   std::size_t sessions_ = 0;
   std::size_t files_ = 0;
-  std::size_t damagedFiles_ = 0;
-  bool unreadable_ = false;
+  std::size_t repeated_ = 0;  // Sessions that were there more than once.
+  std::vector<std::string> damagedFiles_;
 };
 
 void Triage::readAll() {
-  {
-    std::vector<std::jthread> threads;
-    for (unsigned i = 1; i < std::thread::hardware_concurrency(); ++i) {
-      threads.emplace_back([this] { work(); });
-    }
-    work();
-  }
+  onAllCores([this] { work(); });
   progress_.end();
 }
 
 void Triage::work() {
   std::istringstream noInput;
   Progress noProgress(nullptr);
-  for (std::size_t i = next_++; i < units_.size() && !stop_; i = next_++) {
+  for (std::size_t i = next_++; i < units_.size() && !streams_.stop; i = next_++) {
     Unit& unit = units_[i];
     try {
-      unit.logs = readLogs(unit.files, noInput, noProgress, Keep::Judgement);
+      unit.logs = readLogs(unit.files, noInput, noProgress, Keep::Judgement, streams_.stop);
       count(unit);
     } catch (const std::exception& error) {  // Out of memory, or a path that the system does not take.
-      const std::lock_guard lock(mutex_);
-      messages_ << "sentiq-logs: " + unit.folder + ": " + error.what() + '\n';
-      unreadable_ = true;
+      streams_.messages.say(unit.folder + ": " + error.what(), exitFailed);
     }
   }
 }
 
 void Triage::count(Unit& unit) {
   const std::lock_guard lock(mutex_);
-  ++unitsDone_;
+  unitsDone_ += unit.logs.stopped ? 0 : 1;
   sessions_ += unit.logs.sessions.size();
   for (const LogFileInfo& file : std::exchange(unit.logs.files, {})) {
     ++files_;
-    damagedFiles_ += file.damagedLines > 0 ? 1 : 0;
-    if (!file.readable) {
-      messages_ << "sentiq-logs: " + file.name + ": cannot be read\n";
-      unreadable_ = true;
+    if (file.damagedLines > 0) {
+      damagedFiles_.push_back(file.name);
     }
+    if (!file.readable) {
+      streams_.messages.say(file.name + ": cannot be read", exitFailed);
+    }
+  }
+  for (const std::string& name : unit.logs.foreign) {
+    streams_.messages.say(name + ": no log of CanvixSentiq", exitFailed);
   }
   progress_.show(std::to_string(sessions_) + " sessions, " + std::to_string(files_) + " files", unitsDone_,
                  units_.size(), "folders");
@@ -116,10 +115,11 @@ std::vector<TriagedSession> Triage::judgeAll() {
     std::move(unit.logs.told.begin(), unit.logs.told.end(), std::back_inserter(told));
     unit = {};
   }
-  tell(sessions, told);
+  joinSets(sessions, told);
   std::vector<TriagedSession> judged;
   judged.reserve(sessions.size());
   for (Session& session : sessions) {
+    repeated_ += session.repeated.empty() ? 0 : 1;
     judged.push_back(triageSession(std::exchange(session, {})));
   }
   std::stable_sort(judged.begin(), judged.end(), [](const TriagedSession& a, const TriagedSession& b) {
@@ -128,36 +128,40 @@ std::vector<TriagedSession> Triage::judgeAll() {
   return judged;
 }
 
-int Triage::exitCode() {
-  if (units_.empty()) {
-    messages_ << "sentiq-logs: no logs found\n";
+void Triage::sayWhatIsMissing() {
+  Messages& messages = streams_.messages;
+  if (units_.empty() && messages.exitCode() == exitGood) {
+    messages.say("no logs found", exitFailed);
   }
-  if (unitsDone_ < units_.size() && stop_) {
-    messages_ << "sentiq-logs: stopped: " + std::to_string(unitsDone_) + " of " + std::to_string(units_.size()) +
-                     " folders were read\n";
-    return exitFailed;
+  if (unitsDone_ < units_.size() && streams_.stop) {
+    messages.say(
+        "stopped: " + std::to_string(unitsDone_) + " of " + std::to_string(units_.size()) + " folders were read",
+        exitFailed);
   }
-  if (damagedFiles_ > 0) {
-    messages_ << "sentiq-logs: " + std::to_string(damagedFiles_) + " files hold damaged or unfinished lines\n";
+  if (repeated_ > 0) {
+    messages.say(std::to_string(repeated_) + (repeated_ == 1 ? " session was" : " sessions were") +
+                 " there more than once, and counted once");
   }
-  return unreadable_ || units_.empty() ? exitFailed : damagedFiles_ > 0 ? exitDamaged : exitGood;
+  if (!damagedFiles_.empty()) {
+    std::sort(damagedFiles_.begin(), damagedFiles_.end());  // The threads come as they like.
+    messages.say("damaged or unfinished lines in " + someOf(damagedFiles_), exitDamaged);
+  }
 }
 
 }  // namespace
 
-int triageLogs(const TriageOptions& options, std::ostream& out, std::ostream& messages, std::ostream* terminal,
-               const std::atomic<bool>& stop) {
-  Triage triage(options.inputs, messages, terminal, stop);
+void triageLogs(const TriageOptions& options, const Streams& streams) {
+  Triage triage(options.inputs, streams);
   triage.readAll();
   const std::vector<TriagedSession> sessions = triage.judgeAll();
   if (options.json) {
     for (const TriagedSession& session : sessions) {
-      out << triageJson(session) << '\n';
+      streams.out << triageJson(session) << '\n';
     }
   } else {
-    out << triageText(sessions, options.top, options.width);
+    streams.out << triageText(sessions, options.top, streams.width);
   }
-  return triage.exitCode();
+  triage.sayWhatIsMissing();
 }
 
 }  // namespace sentiq

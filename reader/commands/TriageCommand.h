@@ -5,25 +5,21 @@
 // of it.
 #pragma once
 
-#include <atomic>
 #include <cstddef>
-#include <iosfwd>
 #include <string>
 #include <vector>
+
+#include "reader/commands/Streams.h"
 
 namespace sentiq {
 
 struct TriageOptions {
   std::vector<std::string> inputs;
-  std::size_t top = 10;   // Groups; 0 for all.
-  std::size_t width = 0;  // Of a line; 0 when there is no limit.
-  bool json = false;      // One object for each session instead of the table.
+  std::size_t top = 10;  // Groups; 0 for all.
+  bool json = false;     // One object for each session instead of the table.
 };
 
-/// Once stop is set, shows what is known so far.
-/// @param terminal for the progress; nullptr for none.
-/// @return the program's exit code.
-int triageLogs(const TriageOptions& options, std::ostream& out, std::ostream& messages, std::ostream* terminal,
-               const std::atomic<bool>& stop);
+/// Once stopped, shows what is known so far.
+void triageLogs(const TriageOptions& options, const Streams& streams);
 
 }  // namespace sentiq

@@ -12,15 +12,30 @@ namespace {
 std::atomic<bool> stop{false};
 static_assert(std::atomic<bool>::is_always_lock_free);
 
+std::string_view environment(const char* name) {
+  const char* const value = std::getenv(name);
+  return value != nullptr ? value : "";
+}
+
+bool terminalIsDumb() {
+  return environment("TERM") == "dumb";
+}
+
 extern "C" void requestStop(int /*signal*/) {
   stop = true;
 }
 
 }  // namespace
 
-bool colourWanted() {
-  const char* const noColour = std::getenv("NO_COLOR");
-  return outputIsTerminal() && (noColour == nullptr || *noColour == '\0');
+bool colourWanted(ColourMode mode) {
+  if (mode != ColourMode::Auto) {
+    return mode == ColourMode::Always;
+  }
+  return outputIsTerminal() && !terminalIsDumb() && environment("NO_COLOR").empty();
+}
+
+bool progressWanted() {
+  return messagesAreTerminal() && !terminalIsDumb();
 }
 
 const std::atomic<bool>& stopRequested() {

@@ -4,6 +4,7 @@
 
 #include <atomic>
 #include <cstddef>
+#include <cstdint>
 #include <filesystem>
 #include <string>
 #include <string_view>
@@ -23,8 +24,16 @@ bool messagesAreTerminal();
 /// Columns of the terminal that standard output is; 0 when it is none.
 std::size_t outputWidth();
 
-/// Whether colour is wanted: standard output is a terminal and the environment does not hold NO_COLOR.
-bool colourWanted();
+enum class ColourMode : std::uint8_t { Auto, Always, Never };
+
+/// By itself, on a terminal that takes it (TERM is not dumb) when the environment does not hold NO_COLOR.
+bool colourWanted(ColourMode mode);
+
+/// Whether standard error is a terminal whose last line can be written anew.
+bool progressWanted();
+
+/// Returns at once. @return false when there is none.
+bool openInBrowser(const std::filesystem::path& page);
 
 /// Set once the user asks the program to end (Ctrl-C); from the first call on, that no longer ends the
 /// process by itself.

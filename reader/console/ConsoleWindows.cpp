@@ -62,4 +62,12 @@ std::size_t outputWidth() {
   return known ? static_cast<std::size_t>(info.srWindow.Right - info.srWindow.Left + 1) : 0;
 }
 
+bool openInBrowser(const std::filesystem::path& page) {
+  constexpr INT_PTR greatestError = 32;
+  const std::wstring file = std::filesystem::absolute(page).wstring();
+  const HINSTANCE result = ShellExecuteW(/*hwnd=*/nullptr, L"open", file.c_str(), /*lpParameters=*/nullptr,
+                                         /*lpDirectory=*/nullptr, SW_SHOWNORMAL);
+  return reinterpret_cast<INT_PTR>(result) > greatestError;
+}
+
 }  // namespace sentiq

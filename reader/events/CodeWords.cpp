@@ -11,7 +11,8 @@ namespace {
 
 // Code, blank, words; all codes hexadecimal.
 constexpr std::string_view exceptions =
-    "40000015 abort|80000003 breakpoint|c0000005 access violation|c0000006 in-page error: file not readable|"
+    "40000015 abort|80000003 breakpoint|80131506 internal error|c0000005 access violation|c0000006 "
+    "in-page error: file not readable|"
     "c0000008 invalid handle|c0000017 out of memory|c000001d illegal instruction|"
     "c0000025 exception not continuable|c000008c array bounds exceeded|c000008e floating-point division by zero|"
     "c0000090 invalid floating-point operation|c0000094 integer division by zero|c0000095 integer overflow|"
@@ -75,9 +76,9 @@ std::string showHex(std::uint64_t number) {
   return "0x" + std::string(digits.data(), result.ptr);
 }
 
-std::string inHex(const std::string& text) {
+std::string inHex(std::string_view text) {
   const auto number = parseHex(text);
-  return number ? showHex(*number) : text;
+  return number ? showHex(*number) : std::string(text);
 }
 
 }  // namespace sentiq

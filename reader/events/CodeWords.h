@@ -26,6 +26,6 @@ std::optional<std::uint64_t> parseHex(std::string_view text);
 std::string showHex(std::uint64_t number);
 
 /// The text in that form when it is a hexadecimal number, else as it is.
-std::string inHex(const std::string& text);
+std::string inHex(std::string_view text);
 
 }  // namespace sentiq

@@ -3,6 +3,9 @@
 #include <charconv>
 #include <system_error>
 
+#include "reader/events/EventPattern.h"
+#include "reader/events/EventTable.h"
+
 namespace sentiq {
 namespace {
 
@@ -17,7 +20,8 @@ std::string_view between(std::string_view& text, std::string_view begin, std::st
 }
 
 // Whether the text is a number and nothing else.
-bool readNumber(std::string_view text, int& number) {
+template <typename Number>
+bool readNumber(std::string_view text, Number& number) {
   const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
   return error == std::errc{} && end == text.data() + text.size();
 }
@@ -34,10 +38,31 @@ std::optional<EventHead> readEventHead(std::string_view json) {
   std::string_view id = between(system, "EventID", "<");
   id.remove_prefix(id.find('>') + 1);  // What has none stays as it is, and is no number.
   const std::string_view level = between(system, "Level>", "<");
+  if (const auto time = parseTime(between(system, "TimeCreated SystemTime='", "'"))) {
+    head.time = time->instant;
+  }
+  const std::string_view recordId = between(system, "EventRecordID>", "<");
   head.channel = between(system, "Channel>", "<");
   const bool plain = !head.provider.empty() && head.provider.find_first_of("\\&") == std::string_view::npos;
-  const bool good = plain && readNumber(id, head.id) && readNumber(level, head.level);
+  const bool good =
+      plain && readNumber(id, head.id) && readNumber(level, head.level) && readNumber(recordId, head.recordId);
   return good ? std::optional(head) : std::nullopt;
+}
+
+bool mayMatter(const EventHead& head, std::string_view json) {
+  std::optional<bool> namesCanvix;
+  for (const EventRow& row : eventRows()) {
+    if (row.meaning == Meaning::Other || !mayFit(row, head.provider, head.id, head.level)) {
+      continue;
+    }
+    if (row.isOfProgram() && !namesCanvix) {
+      namesCanvix = contains(json, "canvix");
+    }
+    if ((!row.isOfProgram() || *namesCanvix) && mayHold(row, json)) {
+      return true;
+    }
+  }
+  return false;
 }
 
 }  // namespace sentiq

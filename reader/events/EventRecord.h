@@ -1,46 +1,60 @@
-// One record of the Windows event log, as the XML text says it.
+// One record of the Windows event log, with what the event table says of it.
 #pragma once
 
 #include <cstdint>
 #include <optional>
 #include <string>
 #include <string_view>
-#include <utility>
 #include <vector>
 
+#include "reader/events/EventField.h"
+#include "reader/events/EventText.h"
+#include "reader/events/Meaning.h"
 #include "reader/input/LogTime.h"
 
 namespace sentiq {
 
-/// The provider of error reports.
-constexpr std::string_view errorReporting = "Windows Error Reporting";
+struct EventRow;
 
-/// All texts are clean and of limited length.
-struct EventRecord {
+/// All texts are clean and of limited length. Kept in one piece of memory, since a log may hold 100,000 of them.
+class EventRecord {
+ public:
   std::optional<Instant> time;  // The event's own.
-  std::string channel;
-  std::string provider;
+  std::uint64_t recordId = 0;
   int id = 0;
   int level = 0;  // 1 critical, 2 error, 3 warning, others information.
-  std::uint64_t recordId = 0;
-  /// Name and value, in the event's order. Fields that the event leaves unnamed have the names that newer systems
-  /// give them where those are known, else none; nested ones the names of all elements around them with dots between.
-  std::vector<std::pair<std::string, std::string>> data;
+  Meaning meaning = Meaning::Other;
+  Severity severity = Severity::Info;
 
-  /// Empty when there is no such field. What a crash and its error report both have goes by the names of the crash.
-  const std::string& field(std::string_view name) const;
+  std::string_view channel() const;
+  std::string_view provider() const;
+  std::string_view computer() const;
+  std::string_view userId() const;  // The account's id (S-1-5-…); empty when the event names none.
 
-  /// An error report: it names no process, and most often a crash or hang stands beside it.
-  bool isReport() const;
+  /// In the event's order. Fields that the event leaves unnamed have the names that newer systems give them where those
+  /// are known; nested ones the names of all elements around them with dots between. The views are into this object.
+  std::vector<NamedValue> fields() const;
 
-  /// Whether a crash, a hang or an error report is about Canvix; others name it further back, which does not count.
+  /// Empty when there is no such field. The fields of a failure or a change go by the same names in all events.
+  std::string_view field(Field field) const;
+
+  /// That of the event table; nothing when the table does not know the event.
+  const EventRow* row() const { return row_; }
+
+  /// Equal for all copies of one event, within one machine.
+  std::string key() const;
+
+ private:
+  friend std::optional<EventRecord> readEvent(std::string_view json);
+
   bool isOfCanvix() const;
 
-  /// Equal for all copies of one event.
-  std::string key() const;
+  EventText text_;
+  const EventRow* row_ = nullptr;
 };
 
+/// @param json the event as the log has it: {"xmlData":"<Event …"}.
 /// Nothing when the text is not an event. Never throws for any bytes.
-std::optional<EventRecord> parseEvent(std::string_view xml);
+std::optional<EventRecord> readEvent(std::string_view json);
 
 }  // namespace sentiq

@@ -1,275 +1,246 @@
 #include "reader/events/EventTable.h"
 
 #include <algorithm>
-#include <array>
-#include <charconv>
-#include <cstddef>
 #include <iterator>
-#include <sstream>
-#include <system_error>
 
-#include "reader/events/CodeWords.h"
-#include "reader/input/CleanText.h"
+#include "reader/events/EventRowChecks.h"
 
 namespace sentiq {
 namespace {
 
-// Several providers use the same ids, so each row names its own, or several with bars between; an asterisk stands for
-// any end of the name, the id 0 for every id of a warning or an error. The first row that fits counts.
-struct EventRow {
-  int id;
-  Meaning meaning;
-  Severity severity;
-  std::string_view provider;
-  // {Name} is a field; {, |Name} one that may be missing, with what stands before it; {Name:form} its value in one of
-  // the forms below; {*} all fields.
-  std::string_view words;
-  // "Field=A|B": the field begins with A or B, in any case; "A|B": one of these fields is set. Always when empty.
-  std::string_view when = {};
-};
-
-constexpr std::string_view kernelPower = "Microsoft-Windows-Kernel-Power";
-constexpr std::string_view kernelGeneral = "Microsoft-Windows-Kernel-General";
-
 using enum Meaning;
 using enum Severity;
-constexpr EventRow eventRows[] = {
-    EventRow{1000, Crash, Error, "Application Error",
-             "{AppName} {AppVersion} crashed in {ModuleName} {ModuleVersion}: exception {ExceptionCode:exception} at "
-             "offset {FaultingOffset:hex}"},
-    EventRow{1002, Hang, Error, "Application Hang",
-             "{AppName} {AppVersion} stopped responding and was closed{: |HangType}"},
-    EventRow{1001, Other, Notice, errorReporting, "Error report {EventName}, sent again: {AppName} {AppVersion}",
-             "Rechecking"},
-    EventRow{1001, Crash, Error, errorReporting,
-             "Error report {EventName}: {AppName} {AppVersion} crashed{ in |ModuleName}{ |ModuleVersion}"
-             "{: exception |ExceptionCode:exception}{ at offset |FaultingOffset:hex}",
-             "EventName=APPCRASH|BEX|CLR20r3|InPageError|MoAppCrash|MoBEX"},
-    EventRow{1001, Recovered, Notice, errorReporting,
-             "Error report {EventName}: {AppName} {AppVersion} did not respond for a while and recovered",
-             "EventName=AppHangTransient|MoAppHangTransient"},
-    EventRow{1001, Hang, Error, errorReporting, "Error report {EventName}: {AppName} {AppVersion} stopped responding",
-             "EventName=AppHang|MoAppHang"},
-    EventRow{1001, Leak, Notice, errorReporting,
-             "Error report {EventName}: {AppName} {AppVersion} uses more and more memory", "EventName=RADAR_PRE_LEAK"},
-    EventRow{1001, SystemCrash, Error, errorReporting,
-             "The machine crashed with the blue screen {P1:stop}, says its error report", "EventName=BlueScreen"},
-    EventRow{1001, Hardware, Warning, errorReporting, "Error report {EventName}: the kernel met {P1:stop} and went on",
-             "EventName=LiveKernelEvent"},
-    EventRow{1001, Other, Notice, errorReporting, "Error report {EventName}: {P1} {P2}{, |P4}{, |P7}{ |P8}"},
-    EventRow{1001, SystemCrash, Error, "Microsoft-Windows-WER-SystemErrorReporting|BugCheck",
-             "The machine crashed with the blue screen {param1:stop}{, dump |param2}"},
-    EventRow{41, SystemCrash, Error, kernelPower,
-             "The machine crashed with the blue screen {BugcheckCode:decimal stop}", "BugcheckCode"},
-    EventRow{41, PowerLoss, Error, kernelPower, "The machine lost power during sleep",
-             "SleepInProgress|ConnectedStandbyInProgress"},
-    EventRow{41, PowerLoss, Error, kernelPower, "The power button was held until the machine went off",
-             "PowerButtonTimestamp|LongPowerButtonPressDetected"},
-    EventRow{41, PowerLoss, Error, kernelPower,
-             "The machine lost power or froze, and restarted without shutting down first"},
-    EventRow{6008, PowerLoss, Error, "EventLog", "The shutdown at {Time} on {Date} was unexpected"},
-    EventRow{1074, ShutdownBegun, Warning, "User32", "{param1} began a {param5} for {param7}: {param3}{, |param6}"},
-    EventRow{109, ShutdownDone, Notice, kernelPower,
-             "The kernel began to {ShutdownActionType:action}{: |ShutdownReason:reason}"},
-    EventRow{6006, ShutdownDone, Notice, "EventLog", "The event log stopped: a clean shutdown"},
-    EventRow{13, ShutdownDone, Notice, kernelGeneral, "Windows shut down at {StopTime}"},
-    EventRow{6005, Boot, Notice, "EventLog", "The event log started: Windows came up"},
-    EventRow{12, Boot, Notice, kernelGeneral, "Windows started at {StartTime}"},
-    EventRow{1, Clock, Info, kernelGeneral, "The clock was set from {OldTime} to {NewTime}"},
-    EventRow{42, Sleep, Notice, kernelPower, "The machine hibernates{: |Reason:reason}", "EffectiveState=5"},
-    EventRow{42, Sleep, Notice, kernelPower, "The machine goes to sleep{: |Reason:reason}"},
-    EventRow{107, Resume, Notice, kernelPower, "The machine has resumed from sleep"},
-    EventRow{1, Resume, Notice, "Microsoft-Windows-Power-Troubleshooter",
-             "The machine slept from {SleepTime} to {WakeTime}{, woken by |WakeSourceText}"},
-    EventRow{506, Standby, Notice, kernelPower, "Modern standby began{: |Reason:standby}"},
-    EventRow{507, Standby, Notice, kernelPower, "Modern standby ended{: |Reason:standby}"},
-    EventRow{105, Battery, Notice, kernelPower, "The machine ran on its battery", "AcOnline=false"},
-    EventRow{105, Other, Notice, kernelPower, "The machine runs on mains", "AcOnline=true"},
-    EventRow{4101, Display, Warning, "Display", "The display driver {Driver} stopped responding and was restarted"},
-    EventRow{0, Display, Warning, "nvlddmkm|amdkmdag|amdwddmg|amduw23*|atikmdag|igfx*|igdkmd*|dxgkrnl",
-             "The graphics driver reported: {*}"},
-    EventRow{2004, Memory, Warning, "Microsoft-Windows-Resource-Exhaustion-Detector",
-             "The machine ran low on virtual memory{; used most by |ProcessInfo.Process_1.Name}"
-             "{ |ProcessInfo.Process_1.CommitCharge:size}{, |ProcessInfo.Process_2.Name}"
-             "{ |ProcessInfo.Process_2.CommitCharge:size}{, |ProcessInfo.Process_3.Name}"
-             "{ |ProcessInfo.Process_3.CommitCharge:size}"},
-    EventRow{7, Disk, Warning, "disk", "A disk has a bad block: {*}"},
-    EventRow{11, Disk, Warning, "disk", "A disk's controller reported an error: {*}"},
-    EventRow{51, Disk, Warning, "disk", "An error came up while paging to a disk: {*}"},
-    EventRow{153, Disk, Warning, "disk", "A disk operation was tried again: {*}"},
-    EventRow{129, Disk, Warning, "stornvme|storahci|iaStor*|stor*", "A disk did not answer and was reset: {*}"},
-    EventRow{0, Disk, Warning, "disk|stornvme|storahci|iaStor*|Ntfs|Microsoft-Windows-Ntfs|volmgr",
-             "A disk or its file system reported: {*}"},
-    EventRow{0, Hardware, Warning, "Microsoft-Windows-WHEA-Logger", "The hardware reported an error: {*}"},
+
+constexpr std::string_view errorReporting = "Windows Error Reporting";
+constexpr std::string_view kernelPower = "Microsoft-Windows-Kernel-Power";
+constexpr std::string_view kernelGeneral = "Microsoft-Windows-Kernel-General";
+constexpr std::string_view troubleshooter = "Microsoft-Windows-Power-Troubleshooter";
+constexpr std::string_view updateClient = "Microsoft-Windows-WindowsUpdateClient";
+constexpr std::string_view installer = "MsiInstaller";
+
+constexpr FieldPart errorParts[]{{Field::ReportId, Field::IntegratorReportId}};
+constexpr FieldPart hangParts[]{{Field::ProcessCreationTime, Field::StartTime}};
+
+// Of an error report P1 to P10 say what failed, in an order that depends on its kind.
+constexpr FieldPart crashReport[]{{Field::AppName, Field::P1},       {Field::AppVersion, Field::P2},
+                                  {Field::ModuleName, Field::P4},    {Field::ModuleVersion, Field::P5},
+                                  {Field::ExceptionCode, Field::P7}, {Field::FaultingOffset, Field::P8}};
+constexpr FieldPart bufferReport[]{{Field::AppName, Field::P1},       {Field::AppVersion, Field::P2},
+                                   {Field::ModuleName, Field::P4},    {Field::ModuleVersion, Field::P5},
+                                   {Field::ExceptionCode, Field::P8}, {Field::FaultingOffset, Field::P7}};
+constexpr FieldPart programReport[]{{Field::AppName, Field::P1}, {Field::AppVersion, Field::P2}};
+constexpr FieldPart managedReport[]{{Field::AppName, Field::P1},
+                                    {Field::AppVersion, Field::P2},
+                                    {Field::ModuleName, Field::P4},
+                                    {Field::ModuleVersion, Field::P5},
+                                    {Field::ExceptionName, Field::P9}};
+constexpr FieldPart pageReport[]{
+    {Field::AppName, Field::P1}, {Field::AppVersion, Field::P2}, {Field::ExceptionCode, Field::P4}};
+// Of packaged applications: the package, the application in it ("praid:App"), and then as above. No real MoBEX was at
+// hand.
+constexpr FieldPart packagedCrashReport[]{{Field::PackageFullName, Field::P1}, {Field::AppVersion, Field::P3},
+                                          {Field::ModuleName, Field::P5},      {Field::ModuleVersion, Field::P6},
+                                          {Field::ExceptionCode, Field::P8},   {Field::FaultingOffset, Field::P9}};
+constexpr FieldPart packagedBufferReport[]{{Field::PackageFullName, Field::P1}, {Field::AppVersion, Field::P3},
+                                           {Field::ModuleName, Field::P5},      {Field::ModuleVersion, Field::P6},
+                                           {Field::ExceptionCode, Field::P9},   {Field::FaultingOffset, Field::P8}};
+constexpr FieldPart packagedReport[]{{Field::PackageFullName, Field::P1}, {Field::AppVersion, Field::P3}};
+
+// "Application: Canvix.exe" in the first line, in the system's language.
+constexpr FieldPart runtimeParts[]{{Field::AppName, Field::Text, ": "},
+                                   {Field::ExceptionName, Field::Text, "Exception Info: ", ":"},
+                                   {Field::ExceptionCode, Field::Text, "exit code ", "."}};
+// "Canvix.exe - Application Error".
+constexpr FieldPart popupParts[]{{Field::AppName, Field::Caption, "", " - "},
+                                 {Field::ExceptionCode, Field::Message, "(0x", ")"}};
+
+constexpr FieldPart stopParts[]{{Field::StopCode, Field::param1}, {Field::ReportId, Field::param3}};
+constexpr FieldPart stopReport[]{{Field::StopCode, Field::P1}};
+
+constexpr FieldPart updateParts[]{{Field::ChangedName, Field::updateTitle}};
+constexpr FieldPart driverParts[]{{Field::ChangedName, Field::DriverDescription},
+                                  {Field::ChangedVersion, Field::DriverVersion}};
+constexpr FieldPart serviceParts[]{{Field::ChangedName, Field::ServiceName}};
+constexpr FieldPart productParts[]{{Field::ChangedName, Field::ProductName},
+                                   {Field::ChangedVersion, Field::ProductVersion}};
+// "Product: Some Program -- Installation completed successfully.", in the system's language.
+constexpr FieldPart messageParts[]{{Field::ChangedName, Field::Message, ": ", " -- "}};
+// 1641 and 3010: done, once Windows has restarted.
+constexpr std::string_view installed = "Status=0|1641|3010";
+
+constexpr std::string_view crashReported =
+    "Error report {EventName}: {AppName} {AppVersion} crashed{ in |ModuleName}{ |ModuleVersion}"
+    "{: exception |ExceptionCode:exception}{ at offset |FaultingOffset:hex}";
+constexpr std::string_view packagedCrashReported =
+    "Error report {EventName}: {PackageFullName} crashed{ in |ModuleName}{ |ModuleVersion}"
+    "{: exception |ExceptionCode:exception}{ at offset |FaultingOffset:hex}";
+
+constexpr EventRow rows[] = {
+    {1000, Crash, Error, "Application Error",
+     "{AppName} {AppVersion} crashed in {ModuleName} {ModuleVersion}: exception {ExceptionCode:exception} at "
+     "offset {FaultingOffset:hex}",
+     "", Teller::Event, errorParts},
+    {1002, Hang, Error, "Application Hang", "{AppName} {AppVersion} stopped responding and was closed{: |HangType}", "",
+     Teller::Event, hangParts},
+    {1026, Crash, Error, ".NET Runtime", "{AppName} crashed: unhandled .NET exception{ |ExceptionName}", "",
+     Teller::Runtime, runtimeParts},
+    {1023, Crash, Error, ".NET Runtime", "{AppName} crashed within the .NET runtime{: |ExceptionCode:exception}",
+     "", Teller::Runtime, runtimeParts},
+    // One that tells of two addresses, or of an exception and its address; others tell of files that are missing.
+    {26, Crash, Error, "Application Popup", "{AppName} crashed, says a box of the system: {Message}", "Message=*0x*0x*",
+     Teller::Popup, popupParts},
+    {26, Other, Notice, "Application Popup", "The system showed a box: {Caption}{: |Message}"},
+    {1001, Other, Notice, errorReporting, "Error report {EventName}, sent again: {P1} {P2}", "Rechecking"},
+    {1001, Crash, Error, errorReporting, crashReported, "EventName=APPCRASH*", Teller::Report, crashReport},
+    {1001, Crash, Error, errorReporting, crashReported, "EventName=BEX*", Teller::Report, bufferReport},
+    {1001, Crash, Error, errorReporting,
+     "Error report {EventName}: {AppName} {AppVersion} crashed{ in |ModuleName}{ |ModuleVersion}"
+     "{: exception |ExceptionName}",
+     "EventName=CLR20r3*", Teller::Report, managedReport},
+    // No real one was at hand.
+    {1001, Crash, Error, errorReporting, crashReported, "EventName=InPageError*", Teller::Report, pageReport},
+    {1001, Crash, Error, errorReporting, packagedCrashReported, "EventName=MoAppCrash*", Teller::Report,
+     packagedCrashReport},
+    {1001, Crash, Error, errorReporting, packagedCrashReported, "EventName=MoBEX*", Teller::Report,
+     packagedBufferReport},
+    {1001, Recovered, Notice, errorReporting,
+     "Error report {EventName}: {AppName} {AppVersion} did not respond for a while and recovered",
+     "EventName=AppHangTransient*", Teller::Report, programReport},
+    {1001, Recovered, Notice, errorReporting,
+     "Error report {EventName}: {PackageFullName} did not respond for a while and recovered",
+     "EventName=MoAppHangTransient*", Teller::Report, packagedReport},
+    {1001, Hang, Error, errorReporting, "Error report {EventName}: {AppName} {AppVersion} stopped responding",
+     "EventName=AppHang*", Teller::Report, programReport},
+    {1001, Hang, Error, errorReporting, "Error report {EventName}: {PackageFullName} stopped responding",
+     "EventName=MoAppHang*", Teller::Report, packagedReport},
+    {1001, Leak, Notice, errorReporting, "Error report {EventName}: {AppName} {AppVersion} uses more and more memory",
+     "EventName=RADAR_PRE_LEAK*", Teller::Report, programReport},
+    {1001,
+     BlueScreen,
+     Error,
+     errorReporting,
+     "The machine crashed with the blue screen {StopCode:stop}, says its error "
+     "report",
+     "EventName=BlueScreen*",
+     {},
+     stopReport},
+    {1001, Hardware, Warning, errorReporting, "Error report {EventName}: the kernel met {P1:stop} and went on",
+     "EventName=LiveKernelEvent*"},
+    {1001, Other, Notice, errorReporting, "Error report {EventName}: {P1} {P2}{, |P4}{, |P7}{ |P8}"},
+    {1001,
+     BlueScreen,
+     Error,
+     "Microsoft-Windows-WER-SystemErrorReporting|BugCheck",
+     "The machine crashed with the blue screen {StopCode:stop}{, dump |param2}",
+     "",
+     {},
+     stopParts},
+    {41, BlueScreen, Error, kernelPower, "The machine crashed with the blue screen {BugcheckCode:decimal stop}",
+     "BugcheckCode"},
+    {41, PowerLoss, Error, kernelPower, "The machine lost power during sleep",
+     "SleepInProgress|ConnectedStandbyInProgress"},
+    {41, PowerLoss, Error, kernelPower, "The power button was held until the machine went off",
+     "PowerButtonTimestamp|LongPowerButtonPressDetected"},
+    {41, PowerLoss, Error, kernelPower, "The machine lost power or froze, and restarted without shutting down first"},
+    {6008, PowerLoss, Error, "EventLog", "The shutdown at {Time} on {Date} was unexpected"},
+    {1074, ShutdownBegun, Warning, "User32", "{param1} began a {param5} for {param7}: {param3}{, |param6}"},
+    {109, ShutdownDone, Notice, kernelPower,
+     "The kernel began to {ShutdownActionType:action}{: |ShutdownReason:reason}"},
+    {6006, ShutdownDone, Notice, "EventLog", "The event log stopped: a clean shutdown"},
+    {13, ShutdownDone, Notice, kernelGeneral, "Windows shut down at {StopTime}"},
+    {6005, Boot, Notice, "EventLog", "The event log started: Windows came up"},
+    {6009, Boot, Notice, "EventLog", "Windows {WindowsVersion}{BuildNumber}{ |ServicePack} came up"},
+    {12, Boot, Notice, kernelGeneral, "Windows started at {StartTime}"},
+    {1, Clock, Info, kernelGeneral, "The clock was set from {OldTime} to {NewTime}"},
+    {42, Sleep, Notice, kernelPower, "The machine hibernates{: |Reason:reason}", "EffectiveState|TargetState=5",
+     SleepKind::Hibernation},
+    {42, Sleep, Notice, kernelPower, "The machine goes to sleep{: |Reason:reason}", "", SleepKind::Sleep},
+    {107, Resume, Notice, kernelPower, "The machine has resumed from hibernation", "EffectiveState|TargetState=5",
+     SleepKind::Hibernation},
+    {107, Resume, Notice, kernelPower, "The machine has resumed from sleep", "", SleepKind::Sleep},
+    {1, Resume, Notice, troubleshooter,
+     "The machine hibernated from {SleepTime} to {WakeTime}{, woken by |WakeSourceText}",
+     "EffectiveState|TargetState=5", SleepKind::Hibernation},
+    {1, Resume, Notice, troubleshooter, "The machine slept from {SleepTime} to {WakeTime}{, woken by |WakeSourceText}",
+     "", SleepKind::Sleep},
+    {506, StandbyBegun, Notice, kernelPower, "Modern standby began{: |Reason:standby}", "", SleepKind::Standby},
+    {507, StandbyEnded, Notice, kernelPower, "Modern standby ended{: |Reason:standby}", "", SleepKind::Standby},
+    {105, Battery, Notice, kernelPower, "The machine ran on its battery", "AcOnline=false"},
+    {105, Other, Notice, kernelPower, "The machine runs on mains", "AcOnline=true"},
+    {4101, Display, Warning, "Display", "The display driver {Driver} stopped responding and was restarted"},
+    {0, Display, Warning, "nvlddmkm|amdkmdag|amdwddmg|amduw23*|atikmdag|igfx*|igdkmd*|dxgkrnl",
+     "The graphics driver reported: {*}"},
+    {2004, Memory, Warning, "Microsoft-Windows-Resource-Exhaustion-Detector",
+     "The machine ran low on virtual memory{; used most by |ProcessInfo.Process_1.Name}"
+     "{ |ProcessInfo.Process_1.CommitCharge:size}{, |ProcessInfo.Process_2.Name}"
+     "{ |ProcessInfo.Process_2.CommitCharge:size}{, |ProcessInfo.Process_3.Name}"
+     "{ |ProcessInfo.Process_3.CommitCharge:size}"},
+    {7, Disk, Warning, "disk", "A disk has a bad block: {*}"},
+    {11, Disk, Warning, "disk", "A disk's controller reported an error: {*}"},
+    {51, Disk, Warning, "disk", "An error came up while paging to a disk: {*}"},
+    {153, Disk, Warning, "disk", "A disk operation was tried again: {*}"},
+    {129, Disk, Warning, "stornvme|storahci|iaStor*|stor*", "A disk did not answer and was reset: {*}"},
+    {0, Disk, Warning, "disk|stornvme|storahci|iaStor*|Ntfs|Microsoft-Windows-Ntfs|volmgr",
+     "A disk or its file system reported: {*}"},
+    {0, Hardware, Warning, "Microsoft-Windows-WHEA-Logger", "The hardware reported an error: {*}"},
+    {19, Change, Notice, updateClient, "An update was installed: {ChangedName}", "", ChangeKind::Update, updateParts},
+    {20, Change, Warning, updateClient, "An update could not be installed: {ChangedName}{, code |errorCode}", "",
+     ChangeKind::Update, updateParts},
+    {20001, Change, Notice, "Microsoft-Windows-UserPnp", "A driver was installed: {ChangedName}{ |ChangedVersion}",
+     "InstallStatus=0x00000000|0x0|0", ChangeKind::Driver, driverParts},
+    {20001, Change, Warning, "Microsoft-Windows-UserPnp",
+     "A driver could not be installed: {ChangedName}{ |ChangedVersion}{, code |InstallStatus}", "InstallStatus",
+     ChangeKind::Driver, driverParts},
+    // The type of a service is told in the system's language, the file's name is not.
+    {7045, Change, Notice, "Service Control Manager", "A driver was installed: {ChangedName}{, |ImagePath}",
+     "ImagePath=*.sys", ChangeKind::Driver, serviceParts},
+    {1033, Change, Notice, installer, "A program was installed: {ChangedName}{ |ChangedVersion}", installed,
+     ChangeKind::ProgramInstalled, productParts},
+    {1033, Change, Warning, installer,
+     "A program could not be installed: {ChangedName}{ |ChangedVersion}, code {Status}", "Status",
+     ChangeKind::ProgramInstalled, productParts},
+    // No real one of the next four was at hand: the first two are documented to be as 1033, the others were published.
+    {1034, Change, Notice, installer, "A program was removed: {ChangedName}{ |ChangedVersion}", installed,
+     ChangeKind::ProgramRemoved, productParts},
+    {1034, Change, Warning, installer, "A program could not be removed: {ChangedName}{ |ChangedVersion}, code {Status}",
+     "Status", ChangeKind::ProgramRemoved, productParts},
+    {11707, Change, Notice, installer, "A program was installed: {ChangedName}", "", ChangeKind::ProgramInstalled,
+     messageParts},
+    {11724, Change, Notice, installer, "A program was removed: {ChangedName}", "", ChangeKind::ProgramRemoved,
+     messageParts},
 };
 
-// Calls until one says yes for the parts between bars.
-template <typename Check>
-bool anyPart(std::string_view parts, const Check& check) {
-  for (std::size_t bar = 0; (bar = parts.find('|')) != std::string_view::npos; parts.remove_prefix(bar + 1)) {
-    if (check(parts.substr(0, bar))) {
-      return true;
+consteval bool everyRow(bool (*isGood)(const EventRow&)) {
+  return std::all_of(std::begin(rows), std::end(rows), isGood);
+}
+
+consteval bool everyMeaning() {
+  // The first three are of the program's own lines, or of none.
+  for (int meaning = 0; meaning <= static_cast<int>(Change); ++meaning) {
+    const auto wanted = static_cast<Meaning>(meaning);
+    if (wanted != Exit && wanted != DisplayChange &&
+        std::none_of(std::begin(rows), std::end(rows), [&](const EventRow& row) { return row.meaning == wanted; })) {
+      return false;
     }
   }
-  return check(parts);
+  return true;
 }
 
-bool mayFit(const EventRow& row, const EventHead& event) {
-  if (row.id != event.id && (row.id != 0 || event.level == 0 || event.level > 3)) {
-    return false;
-  }
-  return anyPart(row.provider, [&](std::string_view name) {
-    return name.ends_with('*') ? beginsIgnoringCase(event.provider, name.substr(0, name.size() - 1))
-                               : equalIgnoringCase(event.provider, name);
-  });
-}
-
-bool fits(const EventRow& row, const EventRecord& event) {
-  if (!mayFit(row, {event.provider, event.channel, event.id, event.level})) {
-    return false;
-  }
-  if (row.when.empty()) {
-    return true;
-  }
-  const std::size_t equals = row.when.find('=');
-  return equals == std::string_view::npos
-             ? anyPart(row.when, [&](std::string_view field) { return isSet(event, field); })
-             : anyPart(row.when.substr(equals + 1), [&](std::string_view begin) {
-                 return beginsIgnoringCase(event.field(row.when.substr(0, equals)), begin);
-               });
-}
-
-// A value in one of the forms that the rows name; as it is when it is no number.
-std::string inForm(std::string_view form, const std::string& value) {
-  const auto withWords = [](CodeKind kind, std::uint64_t code) {
-    const std::string words(codeWords(kind, code));
-    return showHex(code) + (words.empty() ? "" : kind == CodeKind::Stop ? ' ' + words : " (" + words + ')');
-  };
-  if (form == "hex") {
-    return inHex(value);
-  }
-  if (form == "exception" || form == "stop") {
-    const auto code = parseHex(value);
-    return code ? withWords(form == "stop" ? CodeKind::Stop : CodeKind::Exception, *code) : value;
-  }
-  std::uint64_t number = 0;
-  if (std::from_chars(value.data(), value.data() + value.size(), number).ec != std::errc{}) {
-    return value;
-  }
-  if (form == "size") {
-    return '(' + std::to_string(number >> 20U) + " MiB)";
-  }
-  if (form == "decimal stop") {
-    return withWords(CodeKind::Stop, number);
-  }
-  const std::string_view words = codeWords(form == "standby"  ? CodeKind::StandbyReason
-                                           : form == "action" ? CodeKind::PowerAction
-                                                              : CodeKind::SleepReason,
-                                           number);
-  return words.empty() ? "code " + value : std::string(words);
-}
-
-// One line: times in local time, blanks for line ends.
-std::string shownValue(const std::string& value, std::chrono::minutes offset) {
-  constexpr std::size_t longestShown = 200;
-  std::size_t used = 0;
-  if (const auto time = parseTime(value, &used); time && used == value.size() && value.ends_with('Z')) {
-    return showTime(time->instant, offset);
-  }
-  std::istringstream words(value);
-  std::string line;
-  for (std::string word; words >> word;) {
-    line += (line.empty() ? "" : " ") + word;
-  }
-  return shortText(line, longestShown);
-}
-
-// Bytes say nothing to a reader.
-bool isBinary(std::string_view value) {
-  constexpr std::size_t shortest = 64;
-  return value.size() >= shortest && value.find_first_not_of("0123456789abcdefABCDEF") == std::string_view::npos;
-}
-
-std::string allFields(const EventRecord& event, std::chrono::minutes offset) {
-  constexpr std::size_t longestWords = 400;
-  std::string text;
-  for (const auto& [name, value] : event.data) {
-    if (value.empty() || name == "Binary" || name == "BinaryEventData" || name.starts_with("RenderingInfo.") ||
-        isBinary(value)) {
-      continue;
-    }
-    text += (text.empty() ? "" : ", ") + name + (name.empty() ? "" : " ") + shownValue(value, offset);
-    if (text.size() > longestWords) {
-      return shortText(text, longestWords);
-    }
-  }
-  return text;
-}
-
-std::string fillIn(std::string_view words, const EventRecord& event, std::chrono::minutes offset) {
-  std::string text;
-  while (!words.empty()) {
-    const std::size_t open = words.find('{');
-    text += words.substr(0, open);
-    if (open == std::string_view::npos) {
-      break;
-    }
-    const std::size_t close = words.find('}', open);
-    std::string_view name = words.substr(open + 1, close - open - 1);
-    words.remove_prefix(close + 1);
-    const std::size_t bar = name.find('|');
-    const std::string_view before = bar != std::string_view::npos ? name.substr(0, bar) : std::string_view{};
-    name.remove_prefix(bar != std::string_view::npos ? bar + 1 : 0);
-    const std::size_t colon = name.find(':');
-    const std::string value =
-        name == "*" ? allFields(event, offset) : shownValue(event.field(name.substr(0, colon)), offset);
-    if (!value.empty()) {
-      text.append(before).append(colon != std::string_view::npos ? inForm(name.substr(colon + 1), value) : value);
-    } else if (before.empty()) {
-      text += "unknown";
-    }
-  }
-  return text;
-}
+static_assert(everyRow(patternsAreGood), "a row names a field or a form that there is not");
+static_assert(everyRow(fitsItsMeaning), "a row lacks what the facts of its meaning are made of");
+static_assert(everyMeaning(), "a meaning that no event has");
 
 }  // namespace
 
-EventWords describeEvent(const EventRecord& event, std::chrono::minutes offset) {
-  const auto* const row = std::find_if(std::begin(eventRows), std::end(eventRows),
-                                       [&](const EventRow& candidate) { return fits(candidate, event); });
-  if (row == std::end(eventRows)) {
-    return {
-        Meaning::Other, severityOfLevel(event.level),
-        event.provider + ' ' + std::to_string(event.id) + fillIn("{: |RenderingInfo.Message}{: |*}", event, offset)};
-  }
-  // Other programs fail, too: that is worth a line but is not what the logs are about.
-  const bool ofProgram = isFailure(row->meaning) || row->meaning == Meaning::Recovered || row->meaning == Meaning::Leak;
-  const bool ofAnother = ofProgram && !event.isOfCanvix();
-  return {ofAnother ? Meaning::Other : row->meaning,
-          ofAnother ? std::min(row->severity, Severity::Warning) : row->severity, fillIn(row->words, event, offset)};
+std::span<const EventRow> eventRows() {
+  return rows;
 }
 
-bool mayMatter(const EventHead& event) {
-  return std::any_of(std::begin(eventRows), std::end(eventRows),
-                     [&](const EventRow& row) { return mayFit(row, event); });
-}
-
-Severity severityOfLevel(int level) {
-  return level == 1 || level == 2 ? Severity::Error : level == 3 ? Severity::Warning : Severity::Info;
-}
-
-bool isFailure(Meaning meaning) {
-  return meaning == Meaning::Crash || meaning == Meaning::Hang;
-}
-
-bool isSet(const EventRecord& event, std::string_view field) {
-  const std::string& value = event.field(field);
-  return !value.empty() && value != "false" && value.find_first_not_of("0x") != std::string::npos;
-}
-
-std::string_view severityName(Severity severity) {
-  constexpr std::array<std::string_view, 4> names{"info", "notice", "warning", "error"};
-  return names[static_cast<std::size_t>(severity)];
+const EventRow* findRow(std::string_view provider, int id, int level, const OwnField& field) {
+  const auto* const row = std::find_if(std::begin(rows), std::end(rows), [&](const EventRow& candidate) {
+    return mayFit(candidate, provider, id, level) && holds(candidate, field);
+  });
+  return row != std::end(rows) ? row : nullptr;
 }
 
 }  // namespace sentiq

@@ -2,12 +2,16 @@
 
 #include <algorithm>
 #include <fstream>
+#include <system_error>
+#include <type_traits>
 #include <utility>
 
 namespace sentiq {
 namespace {
 
 constexpr std::size_t headSize = 128;
+// Windows tells size and time of a file that others hold open as they were when it was opened.
+constexpr bool tellsWrites = !std::is_same_v<std::filesystem::path::value_type, wchar_t>;
 constexpr std::size_t blockSize = 1U << 16;
 
 // Fewer bytes than asked for only at the file's end.
@@ -23,10 +27,24 @@ std::string readBytes(std::istream& in, std::size_t size) {
 FollowedFile::FollowedFile(std::filesystem::path path) : path_(std::move(path)) {}
 
 void FollowedFile::poll(const Handlers& handlers, const std::atomic<bool>& stop) {
+  std::error_code error;
+  if (!std::filesystem::is_regular_file(path_, error)) {
+    return;
+  }
+  const std::uint64_t size = std::filesystem::file_size(path_, error);
+  const auto written = std::filesystem::last_write_time(path_, error);
+  if (error || (tellsWrites && size == size_ && written == written_)) {
+    return;
+  }
   std::ifstream in(path_, std::ios::binary);
-  if (!isStillTheSame(in)) {
+  const State state = stateOf(in);
+  if (state == State::Unreadable) {
+    return;
+  }
+  if (state == State::Another) {
     offset_ = 0;
     head_.clear();
+    text_ = {};
     handlers.startedAnew();
   }
   in.clear();
@@ -38,19 +56,22 @@ void FollowedFile::poll(const Handlers& handlers, const std::atomic<bool>& stop)
     }
     head_ += bytes.substr(0, headSize - std::min(headSize, head_.size()));
     offset_ += bytes.size();
-    handlers.bytes(bytes);
+    handlers.bytes(text_.take(bytes));
+  }
+  if (offset_ == size && !in.bad()) {
+    size_ = size;
+    written_ = written;
   }
 }
 
-bool FollowedFile::isStillTheSame(std::istream& in) {
-  if (offset_ == 0) {
-    return true;
-  }
-  if (!in || readBytes(in, head_.size()) != head_) {
-    return false;
-  }
+FollowedFile::State FollowedFile::stateOf(std::istream& in) const {
+  const std::string head = readBytes(in, head_.size());
   in.seekg(0, std::ios::end);
-  return in && static_cast<std::uint64_t>(in.tellg()) >= offset_;
+  const auto end = in.tellg();
+  if (in.bad() || end < 0) {
+    return State::Unreadable;
+  }
+  return head == head_ && static_cast<std::uint64_t>(end) >= offset_ ? State::Same : State::Another;
 }
 
 }  // namespace sentiq

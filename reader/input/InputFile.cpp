@@ -1,45 +1,59 @@
 #include "reader/input/InputFile.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <filesystem>
-#include <fstream>
-#include <istream>
+#include <iostream>
+#include <optional>
 #include <system_error>
 #include <vector>
 
 #include "reader/console/Console.h"
+#include "reader/input/ByteSource.h"
+#include "reader/input/Utf8Bytes.h"
 
 namespace sentiq {
+namespace {
 
-bool readInput(const std::string& name, std::istream& standardInput, Progress& progress,
-               const std::function<void(std::string_view)>& visit) {
+std::optional<std::size_t> readStream(std::istream& in, std::vector<char>& block) {
+  in.read(block.data(), static_cast<std::streamsize>(block.size()));
+  return in.bad() ? std::nullopt : std::optional(static_cast<std::size_t>(in.gcount()));
+}
+
+}  // namespace
+
+bool readInput(const std::string& name, std::istream& standardInput, Progress& progress, const std::atomic<bool>& stop,
+               const std::function<bool(std::string_view)>& visit) {
   const std::filesystem::path path = pathFromText(name);
   const std::string shownName = textFromPath(path.filename());
   const bool isFile = name != "-";
+  const bool isStream = !isFile && &standardInput != &std::cin;
   std::error_code error;
-  std::ifstream file;
-  std::uintmax_t total = 0;
-  if (isFile) {
-    file.rdbuf()->pubsetbuf(nullptr, 0);  // The blocks are read straight to where they are used.
-    file.open(path, std::ios::binary);
-    const std::uintmax_t size = std::filesystem::file_size(path, error);
-    total = error ? 0 : size;
-    if (!file.is_open() || std::filesystem::is_directory(path, error)) {
-      return false;
-    }
+  const std::uintmax_t size = isFile ? std::filesystem::file_size(path, error) : 0;
+  const std::uintmax_t total = error ? 0 : size;
+  ByteSource source = isFile ? ByteSource::file(path) : ByteSource::standardInput();
+  if (!isStream && (!source.isOpen() || (isFile && std::filesystem::is_directory(path, error)))) {
+    return false;
   }
-  std::istream& in = isFile ? file : standardInput;
+  Utf8Bytes text;
   std::vector<char> block(64U << 10);
   std::uintmax_t done = 0;
-  while (in) {
-    in.read(block.data(), static_cast<std::streamsize>(block.size()));
-    const auto size = static_cast<std::size_t>(in.gcount());
-    visit({block.data(), size});
-    done += size;
+  std::optional<std::size_t> count = 0;
+  bool wanted = true;
+  while (wanted && !stop) {
+    count = isStream ? readStream(standardInput, block) : source.read(block.data(), block.size(), stop);
+    if (!count || *count == 0) {
+      break;
+    }
+    wanted = visit(text.take({block.data(), *count}));
+    done += *count;
     progress.show(shownName, done >> 20U, total >> 20U, "MiB");
   }
+  if (const std::string_view rest = text.finish(); !rest.empty() && wanted && !stop) {
+    visit(rest);
+  }
   progress.end();
-  return in.eof() && !in.bad();
+  return count.has_value();
 }
 
 }  // namespace sentiq

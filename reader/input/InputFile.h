@@ -1,6 +1,7 @@
 // Reads a file or standard input from its beginning to its end.
 #pragma once
 
+#include <atomic>
 #include <functional>
 #include <iosfwd>
 #include <string>
@@ -10,10 +11,12 @@
 
 namespace sentiq {
 
-/// Hands on the input's bytes in large blocks.
+/// Hands on the input's bytes in large blocks, in UTF-8 and without a byte order mark.
 /// @param name a path in UTF-8, or "-" for standard input.
-/// @return false when the input cannot be opened or not be read to its end.
-bool readInput(const std::string& name, std::istream& standardInput, Progress& progress,
-               const std::function<void(std::string_view)>& visit);
+/// @param standardInput read when it is not std::cin, of which the bytes are taken without it.
+/// @param stop ends the reading, also one that waits for a pipe; so does a visit that returns false.
+/// @return false when the input cannot be opened or not be read as far as was asked.
+bool readInput(const std::string& name, std::istream& standardInput, Progress& progress, const std::atomic<bool>& stop,
+               const std::function<bool(std::string_view)>& visit);
 
 }  // namespace sentiq

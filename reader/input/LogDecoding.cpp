@@ -8,6 +8,7 @@
 #include <optional>
 
 #include "logging/LogEncoding.h"
+#include "logging/LogGrammar.h"
 #include "reader/input/CleanText.h"
 
 namespace sentiq {
@@ -92,16 +93,16 @@ bool hasShape(std::string_view text, std::string_view shape) {
          });
 }
 
-constexpr std::string_view separatorHead = "================";
+constexpr std::string_view separatorHead = grammar::separator.substr(0, 16);  // Most of it is enough.
 
 bool beginsEntry(std::string_view text) {
   return hasShape(text, "0000-00-00T00:00") || text.starts_with("{\"") || text.starts_with(separatorHead) ||
-         text.starts_with("[TIMESTAMP_ERROR]");
+         text.starts_with(grammar::noTimeStamp);
 }
 
 // The lines that are plain in an encoded log, too, and so tell nothing about their neighbours.
 bool namesSessionOrProcess(std::string_view line) {
-  return line.find("OrbelSessionID") != std::string_view::npos || line.find("ProcessID") != std::string_view::npos;
+  return line.find(grammar::sessionId) != std::string_view::npos || line.find(grammar::processId) != std::string_view::npos;
 }
 
 bool decodesToBeginning(std::string_view line) {

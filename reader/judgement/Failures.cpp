@@ -3,162 +3,169 @@
 #include <algorithm>
 #include <charconv>
 #include <chrono>
-#include <sstream>
+#include <cstddef>
 #include <string>
-#include <string_view>
+#include <unordered_map>
 #include <utility>
-
-#include "reader/events/CodeWords.h"
-#include "reader/input/CleanText.h"
 
 namespace sentiq {
 namespace {
 
-// The error report of a crash may come later than the exit, and the exit later than the crash.
-constexpr std::chrono::minutes nearEnd{5};
+// Those that tell of one failure without naming it follow each other within this time; so do a failure and the exit.
+constexpr std::chrono::minutes nearby{5};
 
-std::string reportIdOf(const EventRecord& event) {
-  const std::string& own = event.field("ReportId");
-  return own.empty() ? event.field("IntegratorReportId") : own;
-}
-
-// Crash and report tell of the same failure: by their id, or, where ids do not help, because one soon follows the
-// other.
-bool tellOfTheSame(const Session& session, const LogEntry& a, const LogEntry& b) {
-  const std::string id = reportIdOf(session.eventOf(a));
-  return (!id.empty() && id == reportIdOf(session.eventOf(b))) || std::chrono::abs(*a.time - *b.time) < nearEnd;
-}
-
-// A process id may be used again, but not at the same time. A creation time of other days is no help: then the clock
-// was set in between.
-bool startedAtAnotherTime(const EventRecord& event, const WatchedProcess& process) {
-  constexpr std::chrono::minutes tolerance{2};
-  constexpr std::chrono::hours days{48};
-  constexpr std::int64_t ticksTo1970 = 116'444'736'000'000'000;
-  const std::string& text = event.field("ProcessCreationTime");
-  const auto ticks = parseHex(text.empty() ? event.field("StartTime") : text);
-  if (!ticks || !process.started || !event.time) {
-    return false;
-  }
-  const Instant created(Ticks(static_cast<std::int64_t>(*ticks) - ticksTo1970));
-  return created <= *event.time && *event.time - created < days &&
-         std::chrono::abs(created - *process.started) > tolerance;
-}
-
-// A report names no process. It may be sent again later, under the same id; a process that ran on did not fail.
-Whose whoseReport(const Session& session, const LogEntry& entry, const WatchedProcess& process,
-                  const std::vector<Failure>& others) {
-  const std::string id = reportIdOf(session.eventOf(entry));
-  std::optional<Whose> whose;
-  for (const Failure& other : others) {
-    const EventRecord& event = session.eventOf(*other.entry);
-    if (!event.isReport() && tellOfTheSame(session, entry, *other.entry)) {
-      whose = std::max(whose.value_or(other.whose), other.whose);
-    } else if (event.isReport() && !id.empty() && id == reportIdOf(event) && *other.entry->time < *process.begin) {
-      return Whose::Nobody;
+// Fills in what is not known yet.
+void addFacts(ProgramFailure& facts, ProgramFailure more) {
+  for (std::string ProgramFailure::*const text :
+       {&ProgramFailure::version, &ProgramFailure::module, &ProgramFailure::moduleVersion,
+        &ProgramFailure::exceptionName, &ProgramFailure::hangKind, &ProgramFailure::reportId, &ProgramFailure::bucket,
+        &ProgramFailure::reportPath}) {
+    if ((facts.*text).empty()) {
+      facts.*text = std::move(more.*text);
     }
   }
-  return whose.value_or(*entry.time >= *process.over - nearEnd ? Whose::Watched : Whose::Nobody);
+  facts.exception = facts.exception ? facts.exception : more.exception;
+  facts.offset = facts.offset ? facts.offset : more.offset;
+  facts.processId = facts.processId != 0 ? facts.processId : more.processId;
+  facts.created = facts.created ? facts.created : more.created;
+  for (std::string& dump : more.dumps) {
+    if (std::find(facts.dumps.begin(), facts.dumps.end(), dump) == facts.dumps.end()) {
+      facts.dumps.push_back(std::move(dump));
+    }
+  }
 }
 
-Whose whoseFailure(const Session& session, const Failure& failure, const WatchedProcess& process,
-                   const std::vector<Failure>& others) {
-  const Instant time = *failure.entry->time;
-  const EventRecord& event = session.eventOf(*failure.entry);
-  if (!process.begin || time < *process.begin || time > *process.over + nearEnd) {
+// Puts together what tells of one failure: by the id of its report, or because one soon follows the other and nothing
+// says that they are two.
+class Gathering {
+ public:
+  explicit Gathering(std::vector<Failure>& failures) : failures_(failures) {}
+
+  void add(const LogEntry& entry, ProgramFailure facts) {
+    const bool hang = entry.meaning == Meaning::Hang;
+    const std::string id = facts.reportId;
+    const std::size_t place = placeOf(entry, hang, facts);
+    if (place == failures_.size()) {
+      failures_.push_back({hang, {}, &entry, {}, Whose::Nobody});
+    }
+    Failure& failure = failures_[place];
+    if (!failure.tellers.empty() && facts.teller < failure.facts.teller) {  // It tells more than those before.
+      failure.best = &entry;
+      std::swap(failure.facts, facts);
+    }
+    failure.tellers.push_back(&entry);
+    if (failure.tellers.size() == 1) {
+      failure.facts = std::move(facts);
+    } else {
+      addFacts(failure.facts, std::move(facts));
+    }
+    if (!id.empty()) {
+      byReport_.emplace(id, place);
+    }
+  }
+
+ private:
+  std::size_t placeOf(const LogEntry& entry, bool hang, const ProgramFailure& facts) const {
+    if (const auto known = byReport_.find(facts.reportId); !facts.reportId.empty() && known != byReport_.end()) {
+      return known->second;
+    }
+    // Beside it stand at most a few others.
+    constexpr std::size_t mostLookedAt = 8;
+    for (std::size_t i = failures_.size(); i > 0 && failures_.size() - i < mostLookedAt; --i) {
+      if (isSame(failures_[i - 1], entry, hang, facts)) {
+        return i - 1;
+      }
+    }
+    return failures_.size();
+  }
+
+  static bool isSame(const Failure& failure, const LogEntry& entry, bool hang, const ProgramFailure& facts) {
+    const ProgramFailure& known = failure.facts;
+    const bool otherReport = !facts.reportId.empty() && !known.reportId.empty();  // Else it was found by its id.
+    const bool otherProcess =
+        facts.processId != 0 && known.processId != 0 && facts.processId != known.processId;
+    const bool twoEvents = facts.teller == Teller::Event && known.teller == Teller::Event;
+    return failure.hang == hang && !otherReport && !otherProcess && !twoEvents &&
+           std::chrono::abs(*entry.time - failure.time()) < nearby;
+  }
+
+  std::vector<Failure>& failures_;
+  std::unordered_map<std::string, std::size_t> byReport_;
+};
+
+// A process id may be used again, but not at the same time. A creation time of other days is no help: then the clock was
+// set in between.
+std::optional<bool> startedThen(const Failure& failure, const WatchedProcess& process) {
+  constexpr std::chrono::minutes tolerance{2};
+  constexpr std::chrono::hours days{48};
+  const std::optional<Instant> created = failure.facts.created;
+  if (!created || !process.started) {
+    return std::nullopt;
+  }
+  const bool same = std::chrono::abs(*created - *process.started) <= tolerance;
+  const bool helps = same || (*created <= failure.time() && failure.time() - *created < days);
+  return helps ? std::optional(same) : std::nullopt;
+}
+
+Whose whoseFailure(const Failure& failure, const WatchedProcess& process) {
+  if (!process.begin || !process.over) {
     return Whose::Nobody;
   }
-  if (event.isReport()) {
-    return whoseReport(session, *failure.entry, process, others);
+  const Instant time = failure.time();
+  const bool inTime = *failure.tellers.front()->time >= *process.begin && time <= *process.over + nearby;
+  const bool ranOn = time < *process.over - nearby;
+  if (failure.facts.processId == 0 || process.id == 0) {
+    return inTime && !ranOn ? Whose::Watched : Whose::Nobody;
   }
-  const bool known = failure.process != 0 && process.id != 0;
-  if (known && (failure.process != process.id || startedAtAnotherTime(event, process))) {
-    return Whose::Other;
+  if (failure.facts.processId != process.id) {
+    return inTime ? Whose::Other : Whose::Nobody;
   }
-  return known || time >= *process.over - nearEnd ? Whose::Watched : Whose::Nobody;
-}
-
-// Decimal in one event, hexadecimal in the others; 0 when there is none.
-std::uint64_t stopCode(const EventRecord& event) {
-  std::uint64_t code = 0;
-  const std::string& decimal = event.field("BugcheckCode");
-  std::from_chars(decimal.data(), decimal.data() + decimal.size(), code);
-  return code != 0 ? code : parseHex(event.field(event.field("param1").empty() ? "P1" : "param1")).value_or(0);
+  const std::optional<bool> same = startedThen(failure, process);
+  if (same == false || (!same && !inTime)) {
+    return inTime ? Whose::Other : Whose::Nobody;
+  }
+  return ranOn ? Whose::WatchedRanOn : Whose::Watched;
 }
 
 }  // namespace
 
-std::vector<Failure> failuresOf(const Session& session, const WatchedProcess& process) {
-  std::vector<Failure> failures;
-  for (const bool reports : {false, true}) {
-    for (const LogEntry& entry : session.entries) {
-      if (isFailure(entry.meaning) && entry.time && session.eventOf(entry).isReport() == reports) {
-        const auto id = parseHex(session.eventOf(entry).field("ProcessId")).value_or(0);
-        Failure failure{&entry, Whose::Nobody, static_cast<std::int64_t>(id)};
-        failure.whose = whoseFailure(session, failure, process, failures);
-        failures.push_back(failure);
-      }
+WatchedProcess watchedProcess(const Session& session, const EntryIndex& index) {
+  const SessionSpan span = sessionSpan(session);
+  WatchedProcess process;
+  process.begin = span.begin;
+  process.over = span.end;
+  std::from_chars(session.processId.data(), session.processId.data() + session.processId.size(), process.id);
+  if (!session.metrics.empty()) {
+    const MetricSample& record = session.metrics.front();
+    process.id = record.processId;
+    process.started = record.ran ? std::optional(record.time.instant - *record.ran) : std::nullopt;
+  }
+  for (auto entry = session.entries.rbegin(); entry != session.entries.rend(); ++entry) {
+    if (entry->role == LogRole::Session && entry->time) {  // The records, where there are any, end with the process.
+      process.over = entry->time;
+      break;
     }
   }
-  return failures;
+  if (!index.all(Meaning::Exit).empty()) {
+    process.over = index.all(Meaning::Exit).front()->time;
+    process.exited = true;
+  }
+  if (process.begin && process.over && *process.over < *process.begin) {  // The clock was set back meanwhile.
+    process.begin = process.over;
+  }
+  return process;
 }
 
-Evidence evidenceOf(const Session& session, const LogEntry& entry) {
-  Evidence evidence;
-  if (!entry.event) {
-    return evidence;
+std::vector<Failure> failuresOf(const Session& session, const EntryIndex& index, const WatchedProcess& process) {
+  std::vector<Failure> failures;
+  Gathering gathering(failures);
+  for (const LogEntry* const entry : index.between({Meaning::Crash, Meaning::Hang}, Instant::min(), Instant::max())) {
+    gathering.add(*entry, programFailure(session.eventOf(*entry)));
   }
-  const EventRecord& event = session.eventOf(entry);
-  const auto add = [&](const char* name, std::string_view text) {
-    if (!text.empty()) {
-      evidence.texts.emplace_back(name, text);
-    }
-  };
-  if (entry.meaning == Meaning::SystemCrash) {
-    const std::uint64_t code = stopCode(event);
-    add("stopCode", showHex(code));
-    add("stopWords", codeWords(CodeKind::Stop, code));
-    if (const std::string& dump = event.field("param2"); !dump.empty()) {
-      evidence.dumps = {dump};
-    }
+  for (Failure& failure : failures) {
+    failure.whose = whoseFailure(failure, process);
   }
-  if (!isFailure(entry.meaning)) {
-    return evidence;
-  }
-  std::string hangKind = event.field("HangType") == "Unknown" ? "" : event.field("HangType");
-  const EventRecord* last = &event;  // That tells of it.
-  for (const LogEntry& other : session.entries) {
-    if (!isFailure(other.meaning) || !other.time || !session.eventOf(other).isReport() ||
-        !tellOfTheSame(session, entry, other)) {
-      continue;
-    }
-    last = &session.eventOf(other);
-    if (last->field("EventName").find("XProc") != std::string::npos && hangKind.empty()) {
-      hangKind = "Cross-process";
-    }
-    std::istringstream files(last->field("AttachedFiles"));
-    for (std::string file; std::getline(files, file);) {
-      file.erase(file.find_last_not_of("\r ") + 1);
-      if (file.size() > 4 && equalIgnoringCase(file.substr(file.size() - 3), "dmp")) {
-        evidence.dumps.push_back(file);
-      }
-    }
-  }
-  if (entry.meaning == Meaning::Crash) {
-    const std::string exception = inHex(event.field("ExceptionCode"));
-    add("module", event.field("ModuleName"));
-    add("moduleVersion", event.field("ModuleVersion"));
-    add("exception", exception);
-    add("exceptionWords", codeWords(CodeKind::Exception, parseHex(exception).value_or(0)));
-    add("offset", inHex(event.field("FaultingOffset")));
-  } else {
-    add("hangKind", hangKind);
-  }
-  add("canvixVersion", event.field("AppVersion"));
-  add("reportId", reportIdOf(reportIdOf(*last).empty() ? event : *last));
-  add("bucket", last->field(last->field("HashedBucket").empty() ? "Bucket" : "HashedBucket"));
-  add("reportPath", last->field("StorePath"));
-  return evidence;
+  return failures;
 }
 
 }  // namespace sentiq

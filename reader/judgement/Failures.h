@@ -1,11 +1,12 @@
-// Which of the crashes and hangs in the event log are those of the process that a session watched.
+// The crashes and hangs of Canvix that a session's logs know of, each told by one entry or several, and whose they are.
 #pragma once
 
 #include <cstdint>
 #include <optional>
 #include <vector>
 
-#include "reader/judgement/Judgement.h"
+#include "reader/events/EventFacts.h"
+#include "reader/judgement/EntryIndex.h"
 #include "reader/session/Session.h"
 
 namespace sentiq {
@@ -15,25 +16,30 @@ struct WatchedProcess {
   std::int64_t id = 0;             // 0 when the logs do not tell.
   std::optional<Instant> started;  // From its run time in the first record.
   std::optional<Instant> begin;    // Of the session.
-  std::optional<Instant> over;     // The exit, or the last line when there is none.
+  std::optional<Instant> over;     // The exit, or the last sign of it when there is none.
+  bool exited = false;
 };
+
+WatchedProcess watchedProcess(const Session& session, const EntryIndex& index);
 
 enum class Whose : std::uint8_t {
   Nobody,  // Of another time.
   Other,   // Of another instance of Canvix.
   Watched,
+  WatchedRanOn,  // Its own, but it ran on for long.
 };
 
 struct Failure {
-  const LogEntry* entry = nullptr;  // Of the session.
+  bool hang = false;
+  std::vector<const LogEntry*> tellers;  // In order of time.
+  const LogEntry* best = nullptr;        // The one that tells most.
+  ProgramFailure facts;                  // Of all of them.
   Whose whose = Whose::Nobody;
-  std::int64_t process = 0;  // 0 when the event does not tell: a report never does.
+
+  Instant time() const { return *best->time; }
 };
 
-/// All that have a time, in order of time; the events first, then the error reports, which tell less.
-std::vector<Failure> failuresOf(const Session& session, const WatchedProcess& process);
-
-/// @param entry a failure, or the end of the machine.
-Evidence evidenceOf(const Session& session, const LogEntry& entry);
+/// In order of the first that tells of them.
+std::vector<Failure> failuresOf(const Session& session, const EntryIndex& index, const WatchedProcess& process);
 
 }  // namespace sentiq

@@ -1,72 +1,41 @@
 #include "reader/session/LogFileReader.h"
 
 #include <algorithm>
-#include <charconv>
 #include <chrono>
 #include <functional>
-#include <iterator>
-#include <map>
-#include <system_error>
 #include <utility>
 
-#include <nlohmann/json.hpp>
-
+#include "logging/LogGrammar.h"
 #include "reader/events/EventHead.h"
 #include "reader/input/CleanText.h"
 
 namespace sentiq {
 namespace {
 
-constexpr std::string_view sessionKey = "OrbelSessionID: ";
-constexpr std::string_view processKey = "ProcessID: ";
-constexpr std::string_view eventHead = R"({"xmlData":)";
-constexpr std::size_t rawBytesKept = 4U << 20;
 constexpr std::size_t longestMessage = 64U << 10;
 
-// The program's own lines that mean something for the session.
-struct MarkerRow {
-  std::string_view begin;
-  Meaning meaning;
-  Severity severity;
-};
-constexpr MarkerRow markerRows[] = {
-    MarkerRow{"App has exited", Meaning::Exit, Severity::Notice},
-    MarkerRow{"Exit Status - Canvix is no longer alive", Meaning::Exit, Severity::Notice},
-    MarkerRow{"System Will Sleep", Meaning::Sleep, Severity::Notice},
-    MarkerRow{"System Resume", Meaning::Resume, Severity::Notice},
-    MarkerRow{"System Will enter/exit Standby", Meaning::Standby, Severity::Notice},
-    MarkerRow{"Error in CaptureData api", Meaning::Other, Severity::Warning},
-    MarkerRow{"EvtQuery failed", Meaning::Other, Severity::Warning},
-    MarkerRow{"Issue in reading logs", Meaning::Other, Severity::Warning},
-    MarkerRow{"inside power thread, ", Meaning::Other, Severity::Warning},
-};
-
-bool isRecord(std::string_view text) {
-  return text.starts_with("{\"");
+// That of an event which is only counted.
+Severity severityOfLevel(int level) {
+  return level == 1 || level == 2 ? Severity::Error : level == 3 ? Severity::Warning : Severity::Info;
 }
 
-// The figure as it stands in the record, if it does.
-std::optional<std::int64_t> figureOf(std::string_view record, std::string_view key) {
-  const std::size_t at = record.find(key);
-  std::int64_t value = 0;
-  const bool found =
-      at != std::string_view::npos &&
-      std::from_chars(record.data() + at + key.size(), record.data() + record.size(), value).ec == std::errc{};
-  return found ? std::optional(value) : std::nullopt;
+std::string_view computerIn(std::string_view event) {
+  constexpr std::string_view begin = "<Computer>";
+  const std::size_t found = event.find(begin);
+  event.remove_prefix(found == std::string_view::npos ? event.size() : found + begin.size());
+  return event.substr(0, event.find('<'));
 }
 
-std::optional<EventRecord> readEvent(std::string_view text) {
-  using nlohmann::json;
-  const json object = json::parse(text, /*cb=*/nullptr, /*allow_exceptions=*/false);
-  const auto xml = object.is_object() ? object.find("xmlData") : object.end();
-  const bool isText = xml != object.end() && xml->is_string();
-  return isText ? parseEvent(xml->get_ref<const std::string&>()) : std::nullopt;
+// The header says local time, and summer time too, with the offset of standard time. In force is that of the line.
+std::optional<Instant> readBootTime(std::string_view text, const std::optional<LogTime>& line) {
+  const auto time = parseTime(text);
+  return time ? std::optional(time->instant + time->offset - (line ? line->offset : time->offset)) : std::nullopt;
 }
 
 }  // namespace
 
 LogFileReader::LogFileReader(LogFileInfo& file, std::size_t index, Keep keep)
-    : file_(file), index_(index), keep_(keep) {}
+    : file_(file), index_(index), keep_(keep), raw_(file) {}
 
 void LogFileReader::feed(std::string_view bytes) {
   splitter_.feed(bytes, [this](const Line& line) { take(line); });
@@ -77,8 +46,11 @@ void LogFileReader::finish() {
 }
 
 void LogFileReader::take(const Line& line) {
+  const bool rawToo = keep_ == Keep::RawLines;
   if (line.number == line_) {  // A further piece of an overlong line.
-    keepRaw(line.text);
+    if (rawToo) {
+      raw_.keep(line.text);
+    }
     return;
   }
   line_ = line.number;
@@ -86,15 +58,18 @@ void LogFileReader::take(const Line& line) {
   text_.clear();
   const bool good = decoder_.decode(line.text, text_) != LineKind::Damaged && line.whole;
   const std::string_view text = text_;
-  keepRaw(text);
-  if (keep_ == Keep::Judgement && good && keepRecord(text)) {
+  if (rawToo) {
+    raw_.keep(text);
+  }
+  if (keep_ == Keep::Judgement && good && kept_.keep(text, line_)) {
     return;
   }
   takeKeptRecords();
-  if (!good) {
-    addDamaged("Damaged line: ", text);
-  } else {
+  if (good) {
     takeText(text);
+  } else {
+    addDamaged("Damaged line: ", text);
+    copies_.takeLoss(part().session.copies);
   }
 }
 
@@ -121,34 +96,39 @@ std::vector<SessionPart> LogFileReader::takeOut() {
   std::vector<SessionPart> taken = std::exchange(parts_, {});
   lastContinues_ = false;
   damagedRun_ = 0;
+  ofProcess_.clear();
+  copies_ = {};
   if (!taken.empty()) {
-    const SessionPart& last = taken.back();
+    const SessionPart& last = taken[current_];
     SessionPart& next = parts_.emplace_back();
     next.role = last.role;
     next.session.id = last.session.id;
     next.session.processId = last.session.processId;
   }
+  current_ = 0;
   return taken;
 }
 
 SessionPart& LogFileReader::part() {
-  return parts_.empty() ? parts_.emplace_back() : parts_.back();
+  return parts_.empty() ? parts_.emplace_back() : parts_[current_];
 }
 
 void LogFileReader::beginPart() {
+  current_ = parts_.size();
   parts_.emplace_back();
   seen_.clear();
+  copies_ = {};
 }
 
-LogEntry& LogFileReader::add(std::string_view what) {
+LogEntry& LogFileReader::add(std::string_view text) {
   LogEntry& entry = part().session.entries.emplace_back();
   if (time_) {
     entry.time = time_->instant;
     entry.offset = time_->offset;
   }
-  entry.file = index_;
+  entry.file = static_cast<std::uint32_t>(index_);
   entry.line = line_;
-  entry.what = shortText(what, longestMessage);
+  entry.text = shortText(text, longestMessage);
   lastContinues_ = false;
   damagedRun_ = 0;
   return entry;
@@ -160,9 +140,9 @@ void LogFileReader::addDamaged(std::string_view what, std::string_view bytes) {
   if (damagedRun_ == 0) {
     LogEntry& entry = add(std::string(what) + std::string(bytes.substr(0, longestShown)));
     entry.severity = Severity::Warning;
-    damagedHead_ = entry.what.size();
+    damagedHead_ = entry.text.size();
   } else {
-    std::string& text = part().session.entries.back().what;
+    std::string& text = part().session.entries.back().text;
     text.resize(damagedHead_);
     text += " (and " + std::to_string(damagedRun_) + " more after it)";
   }
@@ -170,103 +150,103 @@ void LogFileReader::addDamaged(std::string_view what, std::string_view bytes) {
 }
 
 void LogFileReader::takeText(std::string_view text) {
-  std::size_t used = 0;
-  if (const auto time = parseTime(text, &used)) {
-    time_ = time;
-    text.remove_prefix(std::min(used + 1, text.size()));
-    takeMessage(text);
-  } else if (text.starts_with("[TIMESTAMP_ERROR]")) {
-    takeMessage(text.substr(std::min<std::size_t>(18, text.size())));
-  } else if (isRecord(text)) {
-    takeMetric(text);
-  } else if (text.starts_with(sessionKey) || text.starts_with(processKey)) {
-    time_.reset();
-    takeHeader(text);
-    part().role = LogRole::Session;
-    add(text);
-  } else if (text.find_first_not_of("=\r") == std::string_view::npos) {
-    lastContinues_ = false;  // An empty line or the separator.
-  } else if (lastContinues_) {
-    continueEntry(text);
-  } else {
-    add(text);
-    lastContinues_ = true;
+  const LogLine line = readLine(text);
+  known_ = known_ || line.known;
+  if (line.time) {
+    time_ = line.time;
   }
+  const bool header = line.says >= LineSays::SessionId && line.says <= LineSays::InitialBegun;
+  if (header) {
+    takeHeader(line);
+  }
+  LogRole& role = part().role;
+  if (line.tagged || line.says == LineSays::Event) {
+    role = role == LogRole::Initial ? role : LogRole::Watchdog;
+  } else if (header || (line.known && role == LogRole::Unknown)) {
+    role = LogRole::Session;
+  }
+  switch (line.says) {
+    case LineSays::Nothing:
+      lastContinues_ = false;
+      return;
+    case LineSays::Rest:
+      if (lastContinues_) {
+        continueEntry(line.text);
+      } else {
+        add(line.text);
+        lastContinues_ = true;
+      }
+      return;
+    case LineSays::Record:
+      takeMetric(line.text);
+      return;
+    case LineSays::Event:
+      takeEvent(line.text);
+      return;
+    case LineSays::LostEvent:
+      add("An event that the system did not render").severity = Severity::Warning;
+      copies_.takeLoss(part().session.copies);
+      return;
+    default:
+      break;
+  }
+  if (role == LogRole::Watchdog) {
+    copies_.takeMessage(line, time_, part().session.copies);
+  }
+  LogEntry& entry = add(line.text);
+  entry.meaning = line.meaning;
+  entry.severity = line.severity;
+  lastContinues_ = line.stamped;
 }
 
 void LogFileReader::continueEntry(std::string_view text) {
-  std::string& what = part().session.entries.back().what;
+  std::string& whole = part().session.entries.back().text;
   constexpr std::string_view ellipsis = "\xE2\x80\xA6";
-  if (what.size() < longestMessage) {
-    what += ' ' + shortText(text, longestMessage);
-  } else if (!what.ends_with(ellipsis)) {
-    what += ellipsis;
+  if (whole.size() < longestMessage) {
+    whole += ' ' + shortText(text, longestMessage);
+  } else if (!whole.ends_with(ellipsis)) {
+    whole += ellipsis;
   }
-}
-
-void LogFileReader::takeMessage(std::string_view message) {
-  const std::size_t tags = message.find("]: ");
-  const bool tagged = message.starts_with('[') && tags != std::string_view::npos;
-  if (tagged) {
-    message.remove_prefix(tags + 3);
-  }
-  const bool event = message.starts_with(eventHead);
-  if (tagged && !event) {
-    takeHeader(message);
-  }
-  if ((tagged || event) && part().role != LogRole::Initial) {
-    part().role = LogRole::Watchdog;
-  }
-  if (event) {
-    takeEvent(message);
-    return;
-  }
-  if (tagged && message.empty()) {
-    add("An event that the system did not render").severity = Severity::Warning;
-    return;
-  }
-  LogEntry& entry = add(message);
-  const auto* const row = std::find_if(std::begin(markerRows), std::end(markerRows),
-                                       [&](const MarkerRow& marker) { return message.starts_with(marker.begin); });
-  if (row != std::end(markerRows)) {
-    entry.meaning = row->meaning;
-    entry.severity = row->severity;
-  }
-  lastContinues_ = true;
 }
 
 void LogFileReader::takeEvent(std::string_view text) {
+  Session& session = part().session;
   const std::optional<EventHead> head = readEventHead(text);
-  const bool parsed = keep_ > Keep::WhatMatters || !head || mayMatter(*head);
+  const bool parsed = keep_ > Keep::WhatMatters || !head || mayMatter(*head, text);
+  if (session.computer.empty()) {
+    session.computer = shortText(computerIn(text), 256);
+  }
+  lastContinues_ = false;
   if (parsed || keep_ != Keep::Judgement) {  // A judgement does not ask how many others there are.
     const std::size_t hash = std::hash<std::string_view>{}(text);
-    if (!seen_.insert(hash).second) {
-      ++part().session.eventCopies;
+    if (seen_.contains(hash) || session.counted.contains(hash)) {
+      ++session.eventCopies;
     } else if (!parsed) {
-      part().session.counted.emplace(hash, severityOfLevel(head->level));
+      session.counted.emplace(hash, severityOfLevel(head->level));
     } else if (auto event = readEvent(text)) {
+      seen_.insert(hash);
+      if (!head) {
+        copies_.takeEvent(event->channel(), event->recordId, event->time, session.copies);
+      }
       addEvent(std::move(*event));
     } else {
-      seen_.erase(hash);
       addDamaged("Unreadable event: ", text);
+      copies_.takeLoss(part().session.copies);
       return;
     }
   }
-  lastContinues_ = false;
-  std::optional<Instant>& copied = part().session.applicationCopied;
-  if (head && head->channel == "Application" && time_ && part().role != LogRole::Initial) {
-    copied = std::max(copied.value_or(time_->instant), time_->instant);
+  if (head) {
+    copies_.takeEvent(head->channel, head->recordId, head->time, session.copies);
   }
 }
 
 void LogFileReader::addEvent(EventRecord event) {
-  EventWords words = describeEvent(event, time_ ? time_->offset : std::chrono::minutes{});
-  LogEntry& entry = add(words.words);
+  LogEntry& entry = add({});
   entry.time = event.time ? event.time : entry.time;
-  entry.meaning = words.meaning;
-  entry.severity = words.severity;
+  entry.meaning = event.meaning;
+  entry.severity = event.severity;
   std::vector<EventRecord>& events = part().session.events;
-  entry.event = events.size();
+  entry.event = static_cast<std::uint32_t>(events.size());
   events.push_back(std::move(event));
 }
 
@@ -276,85 +256,77 @@ void LogFileReader::takeMetric(std::string_view text) {
     addDamaged("Unreadable record: ", text);
     return;
   }
-  part().role = LogRole::Session;
+  known_ = true;
   time_ = metric->time;
+  const std::size_t now = current_;
+  if (metric->processId > 0) {
+    turnToProcess(std::to_string(metric->processId));
+  }
+  part().role = LogRole::Session;
   std::vector<MetricSample>& metrics = part().session.metrics;
-  add(keep_ <= Keep::WhatMatters ? std::string{} : describeMetric(*metric)).metric = metrics.size();
+  add({}).metric = static_cast<std::uint32_t>(metrics.size());
   metrics.push_back(std::move(*metric));
+  current_ = now;
 }
 
-// Whether it is a record, as far as that shows without parsing it.
-bool LogFileReader::keepRecord(std::string_view text) {
-  const bool whole = isRecord(text) && text.ends_with('}');
-  const auto disk = whole ? figureOf(text, R"(freeDiskSpace":)") : std::nullopt;
-  const auto swap = whole ? figureOf(text, R"(freeSwapMemory":)") : std::nullopt;
-  if (!disk || !swap) {
-    return false;
-  }
-  const auto line = static_cast<std::int64_t>(line_);
-  const std::array<std::int64_t, 4> figures{line, *disk, *swap, -line};
-  for (std::size_t i = 0; i < figures.size(); ++i) {
-    if (kept_[i].text.empty() || figures[i] < kept_[i].figure) {
-      kept_[i].figure = figures[i];
-      kept_[i].line = line_;
-      kept_[i].text = text;
+// A record says of which process it is: another program may write it into the same file.
+void LogFileReader::turnToProcess(const std::string& processId) {
+  std::string& current = part().session.processId;
+  if (current.empty()) {
+    current = processId;
+  } else if (current != processId) {
+    const auto [found, isNew] = ofProcess_.emplace(processId, parts_.size());
+    if (isNew) {
+      parts_.emplace_back().session.processId = processId;
     }
+    current_ = found->second;
   }
-  return true;
+  ofProcess_[processId] = current_;
 }
 
 void LogFileReader::takeKeptRecords() {
-  std::map<std::uint64_t, std::string> records;  // One may be several of them.
-  for (KeptRecord& kept : kept_) {
-    if (!kept.text.empty()) {
-      records.emplace(kept.line, std::exchange(kept.text, {}));
-    }
-  }
   const std::uint64_t now = line_;
-  for (const auto& [line, text] : records) {
+  kept_.takeOut([this](std::uint64_t line, const std::string& text) {
     line_ = line;
     takeMetric(text);
-  }
+  });
   line_ = now;
 }
 
 // A session id begins a header; so does a process id that another one stands before.
-void LogFileReader::takeHeader(std::string_view message) {
-  const auto rest = [&](std::string_view key) {
-    return message.starts_with(key) ? std::optional(shortText(message.substr(key.size()), longestMessage))
-                                    : std::nullopt;
-  };
-  if (auto id = rest(sessionKey)) {
-    beginPart();
-    part().session.id = std::move(*id);
-  } else if (auto pid = rest(processKey)) {
-    if (parts_.empty() || !part().session.processId.empty()) {
+void LogFileReader::takeHeader(const LogLine& line) {
+  const std::string value = shortText(line.value, longestMessage);
+  if (!line.stamped) {
+    time_.reset();
+  }
+  switch (line.says) {
+    case LineSays::SessionId:
       beginPart();
+      part().session.id = value;
+      break;
+    case LineSays::ProcessId:
+      if (parts_.empty() || !part().session.processId.empty()) {
+        beginPart();
+      }
+      part().session.processId = value;
+      if (!value.empty()) {
+        ofProcess_[value] = current_;
+      }
+      break;
+    case LineSays::TimeZone: {
+      std::string& zone = part().session.timeZone = value;
+      if (const std::size_t at = zone.find(grammar::timeZoneName); at != std::string::npos) {
+        zone.replace(at, grammar::timeZoneName.size(), ", ");
+      }
+      break;
     }
-    part().session.processId = std::move(*pid);
-  } else if (auto zone = rest("Time zone offset: ")) {
-    constexpr std::string_view between = " Time Zone Name: ";
-    if (const std::size_t at = zone->find(between); at != std::string::npos) {
-      zone->replace(at, between.size(), ", ");
-    }
-    part().session.timeZone = std::move(*zone);
-  } else if (auto boot = rest("LastBootTime: ")) {
-    part().session.bootTime = std::move(*boot);
-  } else if (message == "Starting initial metric collection.") {
-    part().role = LogRole::Initial;
-  }
-}
-
-void LogFileReader::keepRaw(std::string_view text) {
-  if (keep_ != Keep::RawLines) {
-    return;
-  }
-  file_.rawLines.emplace_back(text);
-  rawBytes_ += sizeof(std::string) + text.size();
-  while (rawBytes_ > rawBytesKept) {
-    rawBytes_ -= sizeof(std::string) + file_.rawLines.front().size();
-    file_.rawLines.pop_front();
-    ++file_.rawLeftOut;
+    case LineSays::BootTime:
+      part().session.bootText = value;
+      part().session.booted = readBootTime(line.value, line.time);
+      break;
+    default:
+      part().role = LogRole::Initial;
+      break;
   }
 }
 

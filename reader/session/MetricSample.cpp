@@ -1,9 +1,12 @@
 #include "reader/session/MetricSample.h"
 
+#include <array>
+#include <cstdio>
 #include <type_traits>
 
 #include <nlohmann/json.hpp>
 
+#include "logging/LogGrammar.h"
 #include "reader/input/CleanText.h"
 
 namespace sentiq {
@@ -13,7 +16,7 @@ using nlohmann::json;
 
 // Nothing, too, where it is too large for its type.
 template <typename Number>
-std::optional<Number> numberOf(const json& object, const char* key) {
+std::optional<Number> numberOf(const json& object, std::string_view key) {
   const auto member = object.find(key);
   if (member == object.end() || !(std::is_integral_v<Number> ? member->is_number_integer() : member->is_number())) {
     return std::nullopt;
@@ -22,7 +25,7 @@ std::optional<Number> numberOf(const json& object, const char* key) {
   return static_cast<double>(number) == member->get<double>() ? std::optional(number) : std::nullopt;
 }
 
-std::string textOf(const json& object, const char* key) {
+std::string textOf(const json& object, std::string_view key) {
   const auto member = object.find(key);
   return member != object.end() && member->is_string() ? member->get<std::string>() : std::string{};
 }
@@ -30,32 +33,34 @@ std::string textOf(const json& object, const char* key) {
 }  // namespace
 
 std::optional<MetricSample> parseMetric(std::string_view text) {
+  namespace key = grammar::record;
   const json object = json::parse(text, /*cb=*/nullptr, /*allow_exceptions=*/false);
-  const auto time = object.is_object() ? parseTime(textOf(object, "timestamp")) : std::nullopt;
-  if (!time) {
+  const auto time = object.is_object() ? parseTime(textOf(object, key::timestamp)) : std::nullopt;
+  if (!time || !object.contains(key::processId) || !object.contains(key::status)) {  // Each record holds these.
     return std::nullopt;
   }
   MetricSample record;
   record.time = *time;
-  const auto sizeOf = [&](const char* key) { return numberOf<std::int64_t>(object, key).value_or(0); };
-  record.totalDisk = sizeOf("totalDiskSpace");
-  record.freeDisk = sizeOf("freeDiskSpace");
-  record.totalSwap = sizeOf("totalSwapMemory");
-  record.freeSwap = sizeOf("freeSwapMemory");
-  record.battery = numberOf<int>(object, "batteryPercentage");
-  record.batteryText = textOf(object, "batteryPercentage");
-  record.processId = sizeOf("processId");
-  record.status = textOf(object, "status");
-  record.appRunTime = textOf(object, "appStartTime");
-  record.systemUpTime = textOf(object, "systemUpTime");
-  record.cpuUsage = numberOf<double>(object, "cpuUsage");
-  record.memory = numberOf<std::int64_t>(object, "memoryUsage");
-  record.threads = numberOf<std::int64_t>(object, "threadCount");
-  for (const json& adapter : object.value("gpuInfo", json::array())) {
+  const auto sizeOf = [&](std::string_view name) { return numberOf<std::int64_t>(object, name).value_or(0); };
+  record.totalDisk = sizeOf(key::totalDisk);
+  record.freeDisk = sizeOf(key::freeDisk);
+  record.totalSwap = sizeOf(key::totalSwap);
+  record.freeSwap = sizeOf(key::freeSwap);
+  record.battery = numberOf<int>(object, key::battery);
+  record.batteryText = textOf(object, key::battery);
+  record.processId = sizeOf(key::processId);
+  record.status = textOf(object, key::status);
+  record.ran = parseElapsed(textOf(object, key::appRunTime));
+  record.up = parseElapsed(textOf(object, key::systemUpTime));
+  record.cpuUsage = numberOf<double>(object, key::cpuUsage);
+  record.memory = numberOf<std::int64_t>(object, key::memoryUsage);
+  record.threads = numberOf<std::int64_t>(object, key::threads);
+  const auto adapters = object.find(key::adapters);
+  for (const json& adapter : adapters != object.end() ? *adapters : json::array()) {
     if (adapter.is_object()) {
-      record.adapters.push_back(cleanText(textOf(adapter, "gpuName")) + " (" +
-                                std::to_string(numberOf<std::int64_t>(adapter, "gpuMemoryUsage").value_or(0)) +
-                                " MiB)");
+      record.adapters.push_back(
+          cleanText(textOf(adapter, key::adapterName)) + " (" +
+          std::to_string(numberOf<std::int64_t>(adapter, key::adapterMemory).value_or(0)) + " MiB)");
     }
   }
   return record;
@@ -77,6 +82,14 @@ std::optional<Ticks> parseElapsed(std::string_view text) {
     }
   }
   return separators == 3 ? std::optional<Ticks>(std::chrono::seconds(seconds + part)) : std::nullopt;
+}
+
+std::string showElapsed(Ticks elapsed) {
+  const auto seconds = static_cast<long long>(std::chrono::floor<std::chrono::seconds>(elapsed).count());
+  std::array<char, 64> text{};
+  static_cast<void>(std::snprintf(text.data(), text.size(), "%lld %02lld:%02lld:%02lld", seconds / 86400,
+                                  seconds % 86400 / 3600, seconds % 3600 / 60, seconds % 60));
+  return text.data();
 }
 
 std::string describeMetric(const MetricSample& record) {

@@ -23,8 +23,8 @@ struct MetricSample {
   std::vector<std::string> adapters;
   std::int64_t processId = 0;
   std::string status;
-  std::string appRunTime;  // Days, blank, hours:minutes:seconds.
-  std::string systemUpTime;
+  std::optional<Ticks> ran;  // Canvix by then; nothing when it could not be asked.
+  std::optional<Ticks> up;   // Windows.
   std::optional<double> cpuUsage;
   std::optional<std::int64_t> memory;
   std::optional<std::int64_t> threads;
@@ -33,8 +33,9 @@ struct MetricSample {
 /// Nothing when the text is not such a record. Never throws for any bytes.
 std::optional<MetricSample> parseMetric(std::string_view text);
 
-/// The elapsed-time form "2 03:04:05".
+/// The form of elapsed times in records: "2 03:04:05", days first.
 std::optional<Ticks> parseElapsed(std::string_view text);
+std::string showElapsed(Ticks elapsed);
 
 /// One line for the timeline.
 std::string describeMetric(const MetricSample& record);

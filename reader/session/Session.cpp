@@ -1,18 +1,48 @@
 #include "reader/session/Session.h"
 
+#include <algorithm>
 #include <array>
 
+#include "reader/events/EventWords.h"
 #include "reader/input/CleanText.h"
 
 namespace sentiq {
 
-std::string Session::sourceOf(const LogEntry& entry) const {
-  return entry.event ? cleanText(eventOf(entry).channel) : roleName(entry.role);
+bool SessionSpan::contains(Instant time) const {
+  constexpr std::chrono::minutes afterEnd{5};
+  return begin && end && time >= *begin && time <= *end + afterEnd;
+}
+
+SessionSpan sessionSpan(const Session& session) {
+  SessionSpan span;
+  const MetricSample* firstRecord = nullptr;
+  for (const LogEntry& entry : session.entries) {
+    if (entry.time && !entry.event && entry.role != LogRole::Initial) {
+      span.begin = std::min(span.begin.value_or(*entry.time), *entry.time);
+      span.end = std::max(span.end.value_or(*entry.time), *entry.time);
+      span.offset = entry.offset;
+      firstRecord = firstRecord == nullptr && entry.metric ? &session.recordOf(entry) : firstRecord;
+    }
+  }
+  if (span.begin && firstRecord != nullptr) {
+    span.begin = std::min(*span.begin, firstRecord->time.instant - firstRecord->ran.value_or(Ticks{}));
+  }
+  return span;
+}
+
+std::string sourceOf(const Session& session, const LogEntry& entry) {
+  return entry.event ? cleanText(session.eventOf(entry).channel()) : roleName(entry.role);
 }
 
 std::string roleName(LogRole role) {
   constexpr std::array<const char*, 4> names{"unknown", "session", "watchdog", "initial"};
   return names[static_cast<std::size_t>(role)];
+}
+
+std::string wordsOf(const Session& session, const LogEntry& entry) {
+  return entry.event    ? eventWords(session.eventOf(entry), entry.offset)
+         : entry.metric ? describeMetric(session.recordOf(entry))
+                        : entry.text;
 }
 
 }  // namespace sentiq

@@ -1,127 +1,169 @@
 #include "reader/views/HtmlReport.h"
 
+#include <algorithm>
+#include <array>
 #include <cstddef>
-#include <ostream>
-#include <set>
-#include <string>
-#include <string_view>
+#include <deque>
+#include <utility>
 #include <vector>
 
 #include "logging/LogEncoding.h"
-#include "reader/judgement/Judgement.h"
-#include "reader/views/Chart.h"
-#include "reader/views/EntryTable.h"
-#include "reader/views/HtmlText.h"
-#include "reader/views/Strip.h"
+#include "reader/views/JudgementText.h"
 #include "reader/views/Summary.h"
+#include "reader/views/page/EntryTable.h"
 #include "reader/views/page/PageAssets.h"
+#include "reader/views/page/PageSession.h"
+#include "reader/views/page/Strip.h"
 
 namespace sentiq {
 namespace {
 
-void writeList(std::string_view title, const std::vector<std::string>& items, std::ostream& out) {
-  if (items.empty()) {
-    return;
-  }
-  out << "<h2>" << htmlText(title) << "</h2>\n<ul>\n";
-  for (const std::string& item : items) {
-    out << "<li>" << htmlText(item) << "</li>\n";
-  }
-  out << "</ul>\n";
+Places textPlace(std::string_view name, std::string text) {
+  Places place;
+  place.text(name, std::move(text));
+  return place;
 }
 
-// The verdict, and what else there is to say.
-void writeStatements(const std::vector<Statement>& statements, const std::string& prefix, std::ostream& out) {
-  const auto write = [&](const char* element, const char* style, const Statement& statement) {
-    out << '<' << element << " class=\"" << style << severityName(statement.severity) << "\">"
-        << htmlText(statement.text);
-    if (statement.entry) {
-      out << " <a href=\"#" << entryAnchor(prefix, *statement.entry) << "\">in the table</a>";
-    }
-    out << "</" << element << ">\n";
+void addStatements(const PageSession& page, Places& places) {
+  const Judgement& judgement = page.judgement();
+  places.text("verdict", judgement.verdict.text);
+  places.text("severity", std::string(severityName(judgement.verdict.severity)));
+  places.text("link", page.rowName(judgement.verdict.entry));
+  places.list("before", judgement.before, [&page](const Before& before) {
+    Places place;
+    place.text("earlier", showDuration(before.earlier));
+    place.text("text", before.text);
+    place.text("row", page.rowName(before.entry));
+    return place;
+  });
+  places.list("others", judgement.others, [&page](const Statement& statement) {
+    Places place;
+    place.text("severity", std::string(severityName(statement.severity)));
+    place.text("text", statement.text);
+    place.text("row", page.rowName(statement.entry));
+    return place;
+  });
+  const bool changed = isFailure(judgement.outcome) && !judgement.changes.empty();
+  places.text("changed", changed ? std::string(changesTitle) : "");
+  places.list("changes", judgement.changes, [&page](const Change& change) {
+    Places place;
+    place.text("earlier", showDuration(change.earlier));
+    place.text("time", showTime(change.time, change.offset).substr(0, 16));
+    place.text("text", changeText(change.change));
+    place.flag("failed", change.change.failed);
+    place.text("row", page.rowName(change.entry));
+    return place;
+  });
+}
+
+// Who and what, for below the headline, and the other facts; what the logs do not tell is left out.
+void addFacts(const PageSession& page, Places& places) {
+  constexpr std::array<std::string_view, 7> keys{"canvixVersion", "computer",  "windowsBuild", "adapters",
+                                                 "sessionId",     "processId", "timeZone"};
+  std::vector<Fact> facts = page.summary.facts;
+  std::erase_if(facts, [](const Fact& fact) { return fact.value.is_null(); });
+  const auto rest = std::stable_partition(facts.begin(), facts.end(), [&](const Fact& fact) {
+    return std::find(keys.begin(), keys.end(), fact.key) != keys.end();
+  });
+  const auto place = [](const Fact& fact) {
+    Places fact_;
+    fact_.text("name", fact.label);
+    fact_.text("value", fact.text);
+    return fact_;
   };
-  write("p", "outcome ", statements.front());
-  out << "<ul class=\"statements\">\n";
-  for (std::size_t i = 1; i < statements.size(); ++i) {
-    write("li", "", statements[i]);
-  }
-  out << "</ul>\n";
+  std::vector<Fact> who(facts.begin(), rest);
+  const auto rank = [&](const Fact& fact) { return std::find(keys.begin(), keys.end(), fact.key); };
+  std::sort(who.begin(), who.end(), [&](const Fact& a, const Fact& b) { return rank(a) < rank(b); });
+  places.list("who", std::move(who), place);
+  places.list("facts", std::vector<Fact>(rest, facts.end()), place);
+  places.list("gaps", page.summary.gaps, [](const std::string& gap) { return textPlace("gap", gap); });
+  places.list("repeated", page.summary.repeated, [](const std::string& file) { return textPlace("copy", file); });
 }
 
-/// @param prefix what the names of the session's entries in the page begin with.
-void writeSession(const LogSet& logs, const Session& session, const std::string& prefix, std::ostream& out) {
-  const Summary summary = summarize(logs, session);
-  const SessionSpan span = sessionSpan(session);
-  writeStatements(summary.statements, prefix, out);
-  std::set<std::size_t> linked = writeStrip(session, span, summary.judgement, prefix, out);
-  for (const Statement& statement : summary.statements) {
-    if (statement.entry) {
-      linked.insert(*statement.entry);
-    }
+/// @param page has to outlive the writing.
+Places sessionPlaces(const PageSession& page, bool isOpen) {
+  Places places;
+  places.text("name", page.prefix);
+  places.text("prefix", page.prefix);
+  places.flag("open", isOpen);
+  addStatements(page, places);
+  addFacts(page, places);
+  std::vector<ChartMark> marks;
+  if (const std::optional<StripItems> strip = stripItems(page)) {
+    addStrip(page, *strip, places);
+    marks = marksOf(page, *strip);
   }
-  out << "<h2>Figures</h2>\n";
-  writeCharts(session, marksOf(session, span, summary.judgement), out);
-  writeList("Gaps of more than 15 s in the records", summary.gaps, out);
-  out << "<h2>The session</h2>\n<dl>\n";
-  for (const Fact& fact : summary.facts) {
-    out << "<dt>" << htmlText(fact.label) << "</dt><dd>" << htmlText(fact.text) << "</dd>\n";
-  }
-  out << "</dl>\n";
-  writeEntries(session, span, linked, prefix, out);
+  addCharts(page, marks, places);
+  addEntries(page, places);
+  return places;
 }
 
-void writeSessions(const LogSet& logs, std::ostream& out) {
-  const std::vector<Session>& sessions = logs.sessions;
-  if (sessions.size() < 2) {
-    writeSession(logs, sessions.empty() ? Session{} : sessions.front(), "", out);
-    return;
-  }
-  const auto name = [&](std::size_t i) { return htmlText(sessions[i].id.empty() ? "without a name" : sessions[i].id); };
-  out << "<p>" << sessions.size() << " sessions, newest first:</p>\n<ol>\n";
-  for (std::size_t i = sessions.size(); i-- > 0;) {
-    const Statement verdict = judge(sessions[i]).verdict;
-    out << "<li class=\"" << severityName(verdict.severity) << "\"><a href=\"#s" << i << "\">" << name(i)
-        << "</a>: " << htmlText(verdict.text) << "</li>\n";
-  }
-  out << "</ol>\n";
-  for (std::size_t i = sessions.size(); i-- > 0;) {
-    out << "<details open class=\"session" << (i + 1 == sessions.size() ? " newest" : "") << "\"><summary id=\"s" << i
-        << "\">Session " << name(i) << "</summary>\n";
-    writeSession(logs, sessions[i], 's' + std::to_string(i), out);
-    out << "</details>\n";
-  }
+// A line of the overview.
+Places overviewPlaces(const PageSession& page) {
+  Places places;
+  places.text("name", page.prefix);
+  places.text("from", page.begin ? showTime(*page.begin, page.offset).substr(0, 16) : "without a time");
+  places.text("length", page.begin && page.end ? showDuration(*page.end - *page.begin) : "");
+  places.text("outcome", std::string(outcomeName(page.judgement().outcome)));
+  places.text("severity", std::string(severityName(page.judgement().verdict.severity)));
+  places.text("verdict", page.judgement().verdict.text);
+  return places;
 }
 
-void writeRawLines(const LogSet& logs, std::ostream& out) {
-  out << "<h2>The logs, decoded</h2>\n";
-  for (const LogFileInfo& file : logs.files) {
-    out << "<details><summary>" << htmlText(file.name) << " (" << roleName(file.role) << " log, " << file.lines
-        << " lines)</summary>\n";
-    if (file.rawLeftOut > 0) {
-      out << "<p>The first " << file.rawLeftOut
-          << " lines are left out here; <code>sentiq-logs decode</code> shows them.</p>\n";
-    }
-    out << "<pre tabindex=\"0\">";
-    for (const std::string& line : file.rawLines) {
-      out << htmlText(line) << '\n';
-    }
-    out << "</pre></details>\n";
+Places filePlaces(const LogFileInfo& file) {
+  Places places;
+  places.text("file", file.name);
+  places.text("role", roleName(file.role));
+  places.text("lines", std::to_string(file.lines));
+  places.text("leftOut", file.rawLeftOut > 0 ? std::to_string(file.rawLeftOut) : "");
+  places.list("raw", file.rawLines.size(), [&file](std::size_t i) { return textPlace("line", file.rawLines[i]); });
+  return places;
+}
+
+// "12 sessions of Canvix: 3 crashes, 9 ended"
+std::string overviewTitle(const std::deque<PageSession>& pages) {
+  std::array<std::size_t, outcomeCount> counts{};
+  for (const PageSession& page : pages) {
+    ++counts[static_cast<std::size_t>(page.judgement().outcome)];
   }
+  std::string text;
+  for (const Outcome outcome : allOutcomes()) {
+    if (const std::size_t count = counts[static_cast<std::size_t>(outcome)]; count > 0) {
+      text += (text.empty() ? ": " : ", ") + outcomeCountText(outcome, count);
+    }
+  }
+  return std::to_string(pages.size()) + " sessions of Canvix" + text;
 }
 
 }  // namespace
 
-void writeHtmlReport(const LogSet& logs, std::ostream& out) {
-  out << "<!DOCTYPE html>\n<html lang=\"en\">\n<head>\n<meta charset=\"utf-8\">\n"
-         "<meta name=\"viewport\" content=\"width=device-width, initial-scale=1\">\n"
-         "<meta http-equiv=\"Content-Security-Policy\" content=\"default-src 'none'; style-src 'sha256-"
-      << base64Encode(reportStyleDigest) << "'; script-src 'sha256-" << base64Encode(reportScriptDigest)
-      << "'\">\n<title>Canvix session report</title>\n<style>" << reportStyle << "</style>\n<script>" << reportScript
-      << "</script>\n</head>\n<body>\n<main>\n<h1>Canvix session report</h1>\n";
-  writeSessions(logs, out);
-  writeList("Missing or damaged", summarize(logs, Session{}).problems, out);
-  writeRawLines(logs, out);
-  out << "</main>\n</body>\n</html>\n";
+void writeHtmlReport(const LogSet& logs, const ReportOptions& options, std::ostream& out) {
+  const Session none;
+  std::deque<PageSession> pages;  // Newest first.
+  for (std::size_t i = logs.sessions.size(); i-- > 0;) {
+    pages.push_back(pageSession(logs, logs.sessions[i], logs.sessions.size() > 1 ? 's' + std::to_string(i) : ""));
+  }
+  if (pages.empty()) {
+    pages.push_back(pageSession(logs, none, ""));
+  }
+  const bool several = pages.size() > 1;
+  Places places;
+  for (const std::string_view name : {"Report.css hash", "Entries.js hash", "Figures.js hash", "Report.js hash"}) {
+    places.text(name, base64Encode(pageAsset(name)));
+  }
+  places.text("title", several ? overviewTitle(pages) : pages.front().judgement().verdict.text);
+  places.flag("several", several);
+  places.text("part", several ? "3" : "2");  // The level of headings within a session.
+  places.list("overview", pages.size(), [&pages](std::size_t i) { return overviewPlaces(pages[i]); });
+  places.list("sessions", pages.size(), [&pages](std::size_t i) { return sessionPlaces(pages[i], i == 0); });
+  std::vector<std::string> problems = problemsOf(logs);
+  places.flag("problems", !problems.empty());
+  places.list("problemItems", std::move(problems),
+              [](const std::string& problem) { return textPlace("item", problem); });
+  places.list("files", logs.files.size(), [&logs](std::size_t i) { return filePlaces(logs.files[i]); });
+  places.text("made", showTime(options.made, options.offset).substr(0, 16) + ' ' + showOffset(options.offset));
+  places.text("program", options.program);
+  writePage("Report.html", places, out);
 }
 
 }  // namespace sentiq

@@ -1,16 +1,33 @@
-// Columns and colours of a terminal.
+// Columns, line breaks and colours of a terminal.
 #pragma once
 
 #include <cstddef>
 #include <string>
 #include <string_view>
+#include <vector>
 
-#include "reader/events/EventTable.h"
+#include "reader/events/Meaning.h"
 
 namespace sentiq {
 
-/// Filled up with blanks to so many bytes.
+/// In one line that steers no terminal: names of files may hold any bytes.
+std::string harmlessLine(std::string_view bytes);
+
+/// So, separated by commas.
+std::string joined(const std::vector<std::string>& items);
+
+/// Columns that UTF-8 text takes.
+std::size_t shownWidth(std::string_view text);
+
+/// Filled up with blanks to so many columns.
 std::string padded(std::string_view text, std::size_t width);
+
+/// Cut at its end, with an ellipsis, when it takes more columns. @param width 0 cuts nothing.
+std::string fitted(std::string_view text, std::size_t width);
+
+/// Broken between words, within words longer than a line; further lines begin with so many blanks.
+/// @param width of a line, the first one's beginning included, which has as many columns. 0 breaks nothing.
+std::string wrapped(std::string_view text, std::size_t indent, std::size_t width);
 
 /// @param colour the terminal's sequence for it; empty for none.
 std::string coloured(const std::string& text, std::string_view colour);

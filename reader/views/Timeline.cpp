@@ -1,137 +1,148 @@
 #include "reader/views/Timeline.h"
 
 #include <algorithm>
+#include <charconv>
 #include <chrono>
-#include <cstddef>
-#include <list>
 #include <ostream>
 #include <string_view>
-#include <thread>
-#include <unordered_set>
+#include <system_error>
 
-#include <nlohmann/json.hpp>
-
-#include "reader/console/Console.h"
 #include "reader/input/CleanText.h"
-#include "reader/input/FollowedFile.h"
-#include "reader/session/LogFileReader.h"
+#include "reader/judgement/Judgement.h"
+#include "reader/views/JudgementJson.h"
 #include "reader/views/TextStyle.h"
 
 namespace sentiq {
 namespace {
 
-bool isWanted(const LogEntry& entry, const std::string& source, const TimelineOptions& options) {
-  const Instant local = entry.time.value_or(Instant{}) + entry.offset;
-  if ((options.since && local < *options.since) || (options.until && local > *options.until)) {
+using Json = nlohmann::ordered_json;
+
+bool holds(std::string_view text, std::string_view part) {
+  for (std::size_t at = 0; at + part.size() <= text.size(); ++at) {
+    if (equalIgnoringCase(text.substr(at, part.size()), part)) {
+      return true;
+    }
+  }
+  return false;
+}
+
+bool isFound(const Session& session, const LogEntry& entry, const std::string& words, const std::string& part) {
+  if (part.empty() || holds(words, part)) {
+    return true;
+  }
+  if (!entry.event) {
     return false;
   }
-  return options.sources.empty() ||
-         std::any_of(options.sources.begin(), options.sources.end(),
-                     [&](const std::string& wanted) { return equalIgnoringCase(wanted, source); });
+  const std::vector<NamedValue> fields = session.eventOf(entry).fields();
+  return std::any_of(fields.begin(), fields.end(), [&](const NamedValue& field) { return holds(field.value, part); });
 }
 
-std::string textLine(const LogEntry& entry, const std::string& source, bool colour) {
+// Whether the entry is wanted, but for its words.
+bool isWanted(const LogEntry& entry, const std::string& source, const TimelineOptions& options) {
+  const Instant local = entry.time.value_or(Instant{}) + entry.offset;
+  if (entry.severity < options.severity || (options.since && local < *options.since) ||
+      (options.until && local > *options.until)) {
+    return false;
+  }
+  const bool named = std::any_of(options.sources.begin(), options.sources.end(),
+                                 [&](const std::string& wanted) { return equalIgnoringCase(wanted, source); });
+  return entry.metric ? named || (options.records && options.sources.empty()) : named || options.sources.empty();
+}
+
+std::string textLine(const LogEntry& entry, const std::string& source, const std::string& words,
+                     const TimelineOptions& options) {
   constexpr std::size_t timeWidth = 30;
+  constexpr std::size_t sourceWidth = 11;
+  constexpr std::size_t severityWidth = 7;
+  const std::string gap = "  ";
   const std::string time =
       entry.time ? showTime(*entry.time, entry.offset) + ' ' + showOffset(entry.offset) : "no time";
-  std::string what = entry.what;
-  std::replace_if(what.begin(), what.end(), [](char c) { return c == '\n' || c == '\r'; }, ' ');
-  return padded(time, timeWidth) + "  " + padded(source, 11) + "  " +
-         styled(entry.severity, padded(severityName(entry.severity), 7) + "  " + what, colour);
+  const std::string before = padded(time, timeWidth) + gap + padded(source, sourceWidth) + gap;
+  const std::string severity = padded(severityName(entry.severity), severityWidth) + gap;
+  const std::size_t indent = shownWidth(before) + severity.size();
+  return before +
+         styled(entry.severity, severity + wrapped(harmlessLine(words), indent, options.width), options.colour);
 }
 
-std::string jsonLine(const LogFileInfo& file, const Session& session, const LogEntry& entry,
-                     const std::string& source) {
-  nlohmann::ordered_json object;
-  object["time"] = entry.time ? nlohmann::ordered_json(isoTime(*entry.time, entry.offset)) : nullptr;
-  object["source"] = source;
-  object["severity"] = severityName(entry.severity);
-  object["what"] = entry.what;
-  object["file"] = file.name;
-  object["line"] = entry.line;
+std::string jsonLine(const LogFileInfo& file, const Session& session, const LogEntry& entry, const std::string& source,
+                     const std::string& words) {
+  Json object{{"time", entry.time ? Json(isoTime(*entry.time, entry.offset)) : Json()},
+              {"source", source},
+              {"severity", severityName(entry.severity)},
+              {"what", words},
+              {"file", file.name},
+              {"line", entry.line}};
   if (entry.event) {
     const EventRecord& event = session.eventOf(entry);
     object["event"] = {
-        {"id", event.id}, {"provider", event.provider}, {"level", event.level}, {"recordId", event.recordId}};
-    for (const auto& [name, value] : event.data) {
-      object["event"]["data"].push_back({{"name", name}, {"value", value}});
+        {"id", event.id}, {"provider", event.provider()}, {"level", event.level}, {"recordId", event.recordId}};
+    for (const NamedValue& field : event.fields()) {
+      object["event"]["data"].push_back({{"name", field.name}, {"value", field.value}});
     }
   }
-  return object.dump(/*indent=*/-1, ' ', /*ensure_ascii=*/false, nlohmann::ordered_json::error_handler_t::replace);
+  return dumped(object);
 }
 
-void writeEntry(const LogFileInfo& file, const Session& session, const LogEntry& entry, const TimelineOptions& options,
-                std::ostream& out) {
-  const std::string source = session.sourceOf(entry);
-  if (isWanted(entry, source, options)) {
-    out << (options.json ? jsonLine(file, session, entry, source) : textLine(entry, source, options.colour)) << '\n';
+// In local time.
+std::optional<Instant> beginOfLast(const Session& session, Ticks last) {
+  const SessionSpan span = sessionSpan(session);
+  const Judgement judgement = judge(session);
+  if (judgement.time) {
+    return judgement.time->to + judgement.offset - last;
   }
+  return span.end ? std::optional(*span.end + span.offset - last) : std::nullopt;
 }
-
-// A log that grows, and what was understood of it.
-struct FollowedLog {
-  LogInput input;
-  LogFileInfo info;
-  FollowedFile file;
-  std::optional<LogFileReader> reader{};
-};
 
 }  // namespace
 
+std::string timelineLine(const LogFileInfo& file, const Session& session, const LogEntry& entry,
+                         const TimelineOptions& options) {
+  const std::string source = sourceOf(session, entry);
+  if (!isWanted(entry, source, options)) {
+    return {};
+  }
+  const std::string words = wordsOf(session, entry);  // Made only now: it takes longest.
+  if (!isFound(session, entry, words, options.grep)) {
+    return {};
+  }
+  return (options.json ? jsonLine(file, session, entry, source, words) : textLine(entry, source, words, options)) +
+         '\n';
+}
+
 void writeTimeline(const LogSet& logs, const TimelineOptions& options, std::ostream& out) {
   for (const Session& session : logs.sessions) {
+    TimelineOptions wanted = options;
+    if (const auto begin = options.last ? beginOfLast(session, *options.last) : std::nullopt) {
+      wanted.since = std::max(*begin, options.since.value_or(*begin));
+    }
     for (const LogEntry& entry : session.entries) {
-      writeEntry(logs.files[entry.file], session, entry, options, out);
+      out << timelineLine(logs.files[entry.file], session, entry, wanted);
     }
   }
 }
 
-void followTimeline(const std::vector<std::string>& inputs, const TimelineOptions& options, std::ostream& out,
-                    const std::atomic<bool>& stop) {
-  std::list<FollowedLog> logs;
-  std::unordered_set<std::string> shown;  // The keys of the events, of all logs.
-  const auto show = [&](FollowedLog& log) {
-    for (const SessionPart& part : log.reader->takeOut()) {
-      for (const LogEntry& entry : part.session.entries) {
-        const bool known = !log.input.fromFolder || part.role != LogRole::Unknown;  // A folder holds other logs, too.
-        if (known && (!entry.event || shown.insert(part.session.eventOf(entry).key()).second)) {
-          writeEntry(log.info, part.session, entry, options, out);
-        }
-      }
-    }
-  };
-  while (!stop && out.good()) {
-    for (const LogInput& input : findLogs(inputs)) {
-      if (std::none_of(logs.begin(), logs.end(), [&](const auto& log) { return log.input.name == input.name; })) {
-        FollowedLog& log = logs.emplace_back(FollowedLog{input, {}, FollowedFile(pathFromText(input.name))});
-        log.info.name = input.name;
-        log.reader.emplace(log.info, 0, Keep::AllEvents);
-      }
-    }
-    for (FollowedLog& log : logs) {
-      const auto read = [&](std::string_view bytes) {
-        log.reader->feed(bytes);
-        show(log);
-      };
-      const auto startAnew = [&] {
-        log.reader->finish();
-        show(log);
-        log.reader.emplace(log.info, 0, Keep::AllEvents);
-      };
-      log.file.poll({read, startAnew}, stop);
-    }
-    out.flush();
-    constexpr std::chrono::milliseconds pollInterval{200};
-    std::this_thread::sleep_for(pollInterval);
-  }
+std::optional<LogTime> parseWholeTime(const std::string& text) {
+  std::size_t used = 0;
+  const auto time = parseTime(text, &used);
+  return used == text.size() ? time : std::nullopt;
 }
 
 std::optional<Instant> parseLocalTime(const std::string& text) {
   constexpr std::size_t dayOnly = 10;
-  const std::string whole = text.size() == dayOnly ? text + "T00:00" : text;
-  std::size_t used = 0;
-  const auto time = parseTime(whole, &used);
-  return time && used == whole.size() && time->offset.count() == 0 ? std::optional(time->instant) : std::nullopt;
+  const auto time = parseWholeTime(text.size() == dayOnly ? text + "T00:00" : text);
+  return time && time->offset.count() == 0 ? std::optional(time->instant) : std::nullopt;
+}
+
+std::optional<Ticks> parseDuration(const std::string& text) {
+  constexpr std::string_view units = "smhd";
+  constexpr std::chrono::seconds lengths[]{std::chrono::seconds(1), std::chrono::minutes(1), std::chrono::hours(1),
+                                           std::chrono::days(1)};
+  std::uint32_t number = 0;
+  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+  constexpr std::uint32_t longest = 1'000'000;  // More is not meant, and days of it could not be counted.
+  const bool isNumber = error == std::errc{} && number < longest && end + 1 == text.data() + text.size();
+  const std::size_t unit = isNumber ? units.find(*end) : units.npos;
+  return unit == units.npos ? std::nullopt : std::optional<Ticks>(number * lengths[unit]);
 }
 
 }  // namespace sentiq

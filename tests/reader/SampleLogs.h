@@ -89,7 +89,7 @@ inline LogSet readTexts(const std::vector<std::string>& texts) {
   }
   std::istringstream noInput;
   Progress progress(nullptr);
-  return readLogs(findLogs(files), noInput, progress, Keep::RawLines);
+  return readLogs(findLogs(files), noInput, progress, Keep::RawLines, false);
 }
 
 }  // namespace sentiq

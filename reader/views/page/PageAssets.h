@@ -1,14 +1,12 @@
-// Style and script of the report page, and the SHA-256 of each, by which the page allows them. Defined by a file that
-// the build makes of Report.css and Report.js.
+// The files beside this one, as the build puts them into the program.
 #pragma once
 
 #include <string_view>
 
 namespace sentiq {
 
-extern const std::string_view reportStyle;
-extern const std::string_view reportStyleDigest;  // 32 bytes; so is the other.
-extern const std::string_view reportScript;
-extern const std::string_view reportScriptDigest;
+/// "Report.html", say, without the blanks that its lines begin with. Of style and script there is also the SHA-256, by
+/// which the page allows them, 32 bytes: "Report.css hash". Empty when there is no such file.
+std::string_view pageAsset(std::string_view name);
 
 }  // namespace sentiq

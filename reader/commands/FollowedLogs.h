@@ -1,0 +1,29 @@
+// Logs that are read while others write them, and those that appear meanwhile.
+#pragma once
+
+#include <atomic>
+#include <cstddef>
+#include <functional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "reader/session/LogSet.h"
+
+namespace sentiq {
+
+/// What is called on the thread that follows. Logs are numbered as they appear, from 0.
+struct FollowHandlers {
+  std::function<void(const LogInput& log)> appeared;
+  std::function<void(std::size_t log, std::string_view bytes)> bytes;
+  std::function<void(std::size_t log)> startedAnew;  // What comes next is another log at the same place.
+  std::function<void()> roundDone;
+};
+
+/// Returns once stop is set. What grows is looked at five times a second; of very many logs the others so often that it
+/// costs a twentieth of a core at most. When a handler does not come back after stop, since nobody takes the output,
+/// the process ends.
+/// @param inputs files, which need not be there yet, and folders.
+void followLogs(const std::vector<std::string>& inputs, const FollowHandlers& handlers, const std::atomic<bool>& stop);
+
+}  // namespace sentiq

@@ -1,0 +1,84 @@
+#include "reader/commands/Inputs.h"
+
+#include <algorithm>
+#include <filesystem>
+#include <fstream>
+#include <string_view>
+#include <system_error>
+
+#include "reader/console/Console.h"
+#include "reader/input/Progress.h"
+#include "reader/session/LogFileReader.h"
+
+namespace sentiq {
+
+std::vector<std::string> existing(const std::vector<std::string>& inputs, bool anyKind, Messages& messages) {
+  std::vector<std::string> found;
+  for (const std::string& input : inputs) {
+    std::error_code error;
+    const std::filesystem::file_status status = std::filesystem::status(pathFromText(input), error);
+    if (input != "-" && !std::filesystem::exists(status)) {
+      messages.say(input + ": there is no such file or folder", exitFailed);
+    } else if (!anyKind && !is_regular_file(status) && !is_directory(status)) {
+      messages.say(input + ": is neither a file nor a folder", exitFailed);
+    } else {
+      found.push_back(input);
+    }
+  }
+  return found;
+}
+
+LogSet readInputs(const std::vector<std::string>& inputs, Keep keep, const Streams& streams) {
+  Messages& messages = streams.messages;
+  const std::vector<std::string> found = existing(inputs, /*anyKind=*/true, messages);
+  Progress progress(streams.progress);
+  LogSet logs = readLogs(findLogs(found, &streams.stop), streams.in, progress, keep, streams.stop);
+  for (const LogFileInfo& file : logs.files) {
+    if (!file.readable) {
+      messages.say(file.name + ": cannot be read", exitFailed);
+    }
+    messages.raise(file.damagedLines > 0 ? exitDamaged : exitGood);
+  }
+  // Beside real logs a foreign one is left out, as in a folder.
+  for (const std::string& name : logs.foreign) {
+    messages.say(name + ": no log of CanvixSentiq", logs.files.empty() ? exitFailed : exitGood);
+  }
+  if (logs.files.empty() && logs.foreign.empty() && !found.empty()) {
+    messages.say("no logs found", exitFailed);
+  }
+  return logs;
+}
+
+bool isOurs(const LogInput& file) {
+  constexpr std::size_t enough = 64U << 10;
+  std::ifstream in(pathFromText(file.name), std::ios::binary);
+  std::string bytes(enough, '\0');
+  in.read(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+  LogFileInfo info;
+  LogFileReader reader(info, 0, Keep::Judgement);
+  reader.feed(std::string_view(bytes.data(), static_cast<std::size_t>(in.gcount())));
+  reader.takeOut();
+  return info.role != LogRole::Unknown;
+}
+
+void sayLeftOut(const LogSet& logs, Messages& messages) {
+  if (!logs.leftOut.empty()) {
+    messages.say("left out, no logs of CanvixSentiq: " + someOf(logs.leftOut));
+  }
+  for (const Session& session : logs.sessions) {
+    if (!session.repeated.empty()) {
+      messages.say("the same logs again, taken once: " + someOf(session.repeated));
+    }
+  }
+}
+
+std::string someOf(const std::vector<std::string>& names) {
+  constexpr std::size_t shown = 5;
+  std::string text;
+  for (std::size_t i = 0; i < std::min(shown, names.size()); ++i) {
+    text += (i == 0 ? "" : ", ") + names[i];
+  }
+  return text + (names.size() > shown ? " and " + std::to_string(names.size() - shown) + " more" : "");
+}
+
+}  // namespace sentiq

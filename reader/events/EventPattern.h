@@ -1,0 +1,126 @@
+// The language of the event table: words with places for fields, and texts with asterisks.
+#pragma once
+
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <string_view>
+
+#include "reader/events/EventField.h"
+
+namespace sentiq {
+
+/// How a value is shown.
+enum class Form : std::uint8_t { Plain, Hex, Exception, Stop, DecimalStop, SleepReason, StandbyReason, Action, Size };
+
+struct FormName {
+  std::string_view name;
+  Form form;
+};
+constexpr FormName formNames[] = {
+    FormName{"", Form::Plain},
+    FormName{"hex", Form::Hex},
+    FormName{"exception", Form::Exception},
+    FormName{"stop", Form::Stop},
+    FormName{"decimal stop", Form::DecimalStop},
+    FormName{"reason", Form::SleepReason},
+    FormName{"standby", Form::StandbyReason},
+    FormName{"action", Form::Action},
+    FormName{"size", Form::Size},
+};
+
+/// {Name}: a field. {, |Name}: one that may be missing, with what stands before it. {Name:form}: in one of the forms.
+/// {*}: all fields.
+struct Place {
+  std::string_view before;
+  bool mayBeMissing = false;
+  bool allFields = false;
+  std::optional<Field> field;
+  std::optional<Form> form;
+
+  /// Names a field and a form that there are.
+  constexpr bool good() const { return (allFields || field) && form; }
+};
+
+/// Takes the words up to the next place, and that, from the rest; the place is nothing at the end of the words.
+constexpr std::optional<Place> nextPlace(std::string_view& rest, std::string_view& text) {
+  const std::size_t open = rest.find('{');
+  text = rest.substr(0, open);
+  if (open == std::string_view::npos) {
+    rest = {};
+    return std::nullopt;
+  }
+  const std::size_t close = rest.find('}', open);
+  std::string_view name = rest.substr(open + 1, close - open - 1);
+  rest = close == std::string_view::npos ? std::string_view{} : rest.substr(close + 1);
+  Place place;
+  const std::size_t bar = name.find('|');
+  place.mayBeMissing = bar != std::string_view::npos;
+  place.before = name.substr(0, place.mayBeMissing ? bar : 0);
+  name.remove_prefix(place.mayBeMissing ? bar + 1 : 0);
+  const std::size_t colon = name.find(':');
+  const std::string_view form = colon == std::string_view::npos ? std::string_view{} : name.substr(colon + 1);
+  for (const FormName& row : formNames) {
+    if (row.name == form) {
+      place.form = row.form;
+    }
+  }
+  place.allFields = name == "*";
+  place.field = fieldNamed(name.substr(0, colon));
+  return place;
+}
+
+/// Takes the part before the next bar, or all, from the list.
+constexpr std::string_view nextPart(std::string_view& list) {
+  const std::size_t bar = list.find('|');
+  const std::string_view part = list.substr(0, bar);
+  list = bar == std::string_view::npos ? std::string_view{} : list.substr(bar + 1);
+  return part;
+}
+
+/// Whether the check says yes for one of the parts between bars.
+template <typename Check>
+constexpr bool anyPart(std::string_view parts, const Check& check) {
+  do {
+    if (check(nextPart(parts))) {
+      return true;
+    }
+  } while (!parts.empty());
+  return false;
+}
+
+constexpr char lowerCase(char c) {
+  return c >= 'A' && c <= 'Z' ? static_cast<char>(c + ('a' - 'A')) : c;
+}
+
+/// In any case of the letters A to Z; so in the next one.
+constexpr bool contains(std::string_view text, std::string_view part) {
+  return std::search(text.begin(), text.end(), part.begin(), part.end(),
+                     [](char a, char b) { return lowerCase(a) == lowerCase(b); }) != text.end();
+}
+
+/// An asterisk in the pattern stands for any text.
+constexpr bool matches(std::string_view text, std::string_view pattern) {
+  std::size_t star =
+      std::string_view::npos;  // In the pattern, with the place in the text from which it was tried last.
+  std::size_t tried = 0;
+  std::size_t p = 0;
+  for (std::size_t t = 0; t < text.size();) {
+    if (p < pattern.size() && pattern[p] == '*') {
+      star = p++;
+      tried = t;
+    } else if (p < pattern.size() && lowerCase(pattern[p]) == lowerCase(text[t])) {
+      ++p;
+      ++t;
+    } else if (star != std::string_view::npos) {
+      p = star + 1;
+      t = ++tried;
+    } else {
+      return false;
+    }
+  }
+  return pattern.find_first_not_of('*', p) == std::string_view::npos;
+}
+
+}  // namespace sentiq

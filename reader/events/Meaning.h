@@ -1,0 +1,46 @@
+// What an entry of a log, an event or a line of the program, means for a session, and how serious it is.
+#pragma once
+
+#include <cstdint>
+#include <string_view>
+
+namespace sentiq {
+
+enum class Severity : std::uint8_t { Info, Notice, Warning, Error };
+
+enum class Meaning : std::uint8_t {
+  Other,
+  Crash,      // Of Canvix, as are the next three; told by an event, a report or the system's pop-up.
+  Hang,       // It did not answer and was closed.
+  Recovered,  // A hang that ended by itself.
+  Leak,
+  Exit,           // Canvix has ended.
+  PowerLoss,      // The machine went down without shutting down.
+  BlueScreen,     // So, with a stop code.
+  ShutdownBegun,  // Somebody asked for it.
+  ShutdownDone,
+  Boot,
+  Sleep,  // Or hibernation.
+  Resume,
+  StandbyBegun,  // Modern standby.
+  StandbyEnded,
+  DisplayChange,  // The display went on or off, or standby began or ended: the program cannot tell which.
+  Clock,          // Was set.
+  Display,        // Trouble with the graphics driver; so with memory, disks and the rest of the hardware.
+  Memory,
+  Disk,
+  Hardware,
+  Battery,  // On it, not on mains.
+  Change,   // Of the machine: an update, a driver, a program.
+};
+
+/// A crash or a hang of Canvix.
+bool isFailure(Meaning meaning);
+
+/// The machine went down without shutting down.
+bool isFall(Meaning meaning);
+
+/// "info", "notice", "warning", "error".
+std::string_view severityName(Severity severity);
+
+}  // namespace sentiq

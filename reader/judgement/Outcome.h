@@ -1,0 +1,32 @@
+// The ways in which a session ends, and their names.
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+namespace sentiq {
+
+/// In the order in which an overview counts them.
+enum class Outcome : std::uint8_t { Ended, Crashed, Hung, PowerLoss, BlueScreen, Shutdown, Asleep, Unknown };
+
+constexpr std::size_t outcomeCount = static_cast<std::size_t>(Outcome::Unknown) + 1;
+
+/// All of them, in that order.
+std::array<Outcome, outcomeCount> allOutcomes();
+
+/// For scripts, one word: "power-loss".
+std::string_view outcomeWord(Outcome outcome);
+
+/// "1 blue screen", "10 blue screens", "11 lost power".
+std::string outcomeCountText(Outcome outcome, std::size_t count);
+
+/// What it is called where it stands alone: "lost power".
+std::string_view outcomeName(Outcome outcome);
+
+/// Whether Canvix or the machine failed: a crash, a hang, a fall of the machine.
+bool isFailure(Outcome outcome);
+
+}  // namespace sentiq

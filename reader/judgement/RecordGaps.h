@@ -1,0 +1,26 @@
+// Where the ten-second records are further apart than they should be, and for how long Canvix really ran there.
+#pragma once
+
+#include <vector>
+
+#include "reader/input/LogTime.h"
+#include "reader/judgement/Sleeps.h"
+#include "reader/session/Session.h"
+
+namespace sentiq {
+
+struct RecordGap {
+  LogTime from;  // The last record before it.
+  LogTime to;
+  Ticks length{};  // By how long Canvix ran, where the records tell: the clock may have been set meanwhile.
+  bool slept = false;
+};
+
+/// Of more than 15 s, in order.
+std::vector<RecordGap> recordGaps(const Session& session, const std::vector<Sleep>& sleeps);
+
+/// How far the clock was set forward (back: negative) between two records that follow each other, by how long Canvix
+/// ran; 0 where the records do not tell.
+Ticks clockJump(const MetricSample& a, const MetricSample& b);
+
+}  // namespace sentiq

@@ -1,0 +1,87 @@
+#include "reader/judgement/Sleeps.h"
+
+#include <algorithm>
+#include <chrono>
+
+namespace sentiq {
+namespace {
+
+// What one entry tells of a sleep.
+struct Told {
+  SleepTold sleep;
+  const LogEntry* entry;
+
+  Instant at() const { return sleep.begin ? *sleep.begin : *sleep.end; }
+};
+
+bool isClose(std::optional<Instant> a, std::optional<Instant> b) {
+  constexpr std::chrono::minutes close{2};
+  return a && b && std::chrono::abs(*a - *b) <= close;
+}
+
+bool tellsOfSleep(const LogEntry& entry) {
+  return entry.meaning == Meaning::Sleep || entry.meaning == Meaning::Resume ||
+         entry.meaning == Meaning::StandbyBegun || entry.meaning == Meaning::StandbyEnded;
+}
+
+Told toldBy(const Session& session, const LogEntry& entry) {
+  if (entry.event) {
+    SleepTold told = sleepTold(session.eventOf(entry));
+    if (!told.begin && !told.end) {
+      told.begin = entry.time;
+    }
+    return {told, &entry};
+  }
+  const bool begins = entry.meaning == Meaning::Sleep;  // A line of the program.
+  return {{SleepKind::Sleep, begins ? entry.time : std::nullopt, begins ? std::nullopt : entry.time}, &entry};
+}
+
+bool isSame(const Sleep& sleep, const SleepTold& told) {
+  if (told.begin) {
+    return isClose(sleep.begin, told.begin) || (sleep.begin && sleep.end && *told.begin <= *sleep.end) ||
+           (!sleep.begin && isClose(sleep.end, told.end));
+  }
+  return !sleep.end || isClose(sleep.end, told.end);
+}
+
+}  // namespace
+
+// Events before and after it and the program's own lines tell of the same sleep. A sleep empties the watchdog log, so
+// that its end may be all that is left of it.
+std::vector<Sleep> sleepsOf(const Session& session) {
+  std::vector<Told> all;
+  for (const LogEntry& entry : session.entries) {
+    if (entry.time && tellsOfSleep(entry)) {
+      all.push_back(toldBy(session, entry));
+    }
+  }
+  std::stable_sort(all.begin(), all.end(), [](const Told& a, const Told& b) { return a.at() < b.at(); });
+  std::vector<Sleep> sleeps;
+  bool byEvent = false;  // Whether one tells of the last sleep: it knows the kind, a line does not.
+  for (const auto& [told, entry] : all) {
+    const auto index = static_cast<std::size_t>(entry - session.entries.data());
+    if (sleeps.empty() || !isSame(sleeps.back(), told)) {
+      sleeps.push_back({told.kind, told.begin, told.end, told.batteryEmpty, index});
+      byEvent = entry->event.has_value();
+      continue;
+    }
+    Sleep& sleep = sleeps.back();
+    sleep.begin = sleep.begin ? sleep.begin : told.begin;
+    sleep.end = sleep.end && told.end ? std::max(sleep.end, told.end) : sleep.end ? sleep.end : told.end;
+    sleep.batteryEmpty = sleep.batteryEmpty || told.batteryEmpty;
+    if (entry->event && (!byEvent || (told.kind == SleepKind::Hibernation && sleep.kind != told.kind))) {
+      sleep.kind = told.kind;
+      sleep.entry = index;
+    }
+    byEvent = byEvent || entry->event;
+  }
+  return sleeps;
+}
+
+bool sleptBetween(const std::vector<Sleep>& sleeps, Instant from, Instant to) {
+  const auto endOf = [](const Sleep& sleep) { return sleep.end ? *sleep.end : *sleep.begin; };
+  const auto first = std::partition_point(sleeps.begin(), sleeps.end(), [&](const Sleep& s) { return endOf(s) < from; });
+  return first != sleeps.end() && (first->begin ? *first->begin : *first->end) <= to;
+}
+
+}  // namespace sentiq

@@ -1,0 +1,299 @@
+#include "reader/session/LineOwners.h"
+
+#include <algorithm>
+#include <chrono>
+#include <cstddef>
+#include <map>
+#include <optional>
+#include <string>
+#include <utility>
+
+#include "logging/LogGrammar.h"
+#include "reader/session/GrowingSession.h"
+
+namespace sentiq {
+namespace {
+
+// Records come every ten seconds, and the watchdog looks at the process each second.
+constexpr std::chrono::seconds nearly{15};
+constexpr std::chrono::seconds secondCopy{120};
+constexpr std::chrono::seconds copySlack{60};
+
+// What is known of a session's process, as far as exits are concerned.
+struct Life {
+  std::size_t session = 0;
+  std::optional<Instant> begin;
+  std::vector<Instant> records;  // In order.
+  std::vector<Instant> power;    // Titles of copies at sleep, resume and display changes: Canvix lives.
+  std::vector<std::size_t> statusExits;    // Entries of the session log.
+  std::vector<std::size_t> watchdogExits;  // Of the watchdog log.
+  std::vector<std::size_t> tails;          // Lines with which a companion ends.
+  std::optional<Instant> statusExit;       // Its own, once that is known.
+  std::optional<Instant> watchdogExit;
+};
+
+bool isPower(Meaning meaning) {
+  return meaning == Meaning::Sleep || meaning == Meaning::Resume || meaning == Meaning::DisplayChange;
+}
+
+bool isTail(const std::string& text) {
+  return text == grammar::stopBegun || text == grammar::exitDone || text == grammar::stopDone;
+}
+
+Life lifeOf(const Session& session, std::size_t index) {
+  Life life;
+  life.session = index;
+  for (std::size_t i = 0; i < session.entries.size(); ++i) {
+    const LogEntry& entry = session.entries[i];
+    if (!entry.time || entry.event || entry.role == LogRole::Initial) {
+      continue;
+    }
+    life.begin = life.begin ? life.begin : entry.time;
+    if (entry.metric) {
+      life.records.push_back(*entry.time);
+    } else if (entry.meaning == Meaning::Exit) {
+      (entry.role == LogRole::Session ? life.statusExits : life.watchdogExits).push_back(i);
+    } else if (isPower(entry.meaning)) {
+      life.power.push_back(*entry.time);
+    } else if (isTail(entry.text)) {
+      life.tails.push_back(i);
+    }
+  }
+  return life;
+}
+
+bool isNear(const std::optional<Instant>& a, Instant b) {
+  return a && std::chrono::abs(*a - b) <= nearly;
+}
+
+// Whether it goes on after that time. One record may follow at once: the sample was under way.
+bool livesAfter(const Life& life, Instant time) {
+  const auto after = std::upper_bound(life.records.begin(), life.records.end(), time);
+  return life.records.end() - after >= 2 || (after != life.records.end() && life.records.back() > time + nearly);
+}
+
+// Whether its last sign before that time is a fresh one.
+bool endsAt(const Life& life, Instant time) {
+  const auto after = std::upper_bound(life.records.begin(), life.records.end(), time);
+  return !livesAfter(life, time) && after != life.records.begin() && time - *std::prev(after) <= nearly;
+}
+
+// The sessions of one folder, in the order in which they began.
+class Owners {
+ public:
+  Owners(std::vector<Session>& sessions, const std::vector<std::size_t>& ofFolder);
+
+  void give();
+
+ private:
+  using Others = std::vector<Life*>;
+
+  const LogEntry& entryOf(const Life& life, std::size_t i) const { return sessions_[life.session].entries[i]; }
+  Others othersAt(std::size_t index, Instant time);
+  void giveStatusExits(std::size_t index);
+  void giveWatchdogExits(std::size_t index);
+  void giveCopies(std::size_t index);
+  void giveTails(std::size_t index);
+  Life* openOne(const Others& others, Instant time, std::optional<Instant> Life::*exit) const;
+  void move(const Life& from, std::size_t entry, const Life* to);
+  std::size_t nameless();
+  void apply();
+
+  std::vector<Session>& sessions_;
+  std::vector<Life> lives_;
+  std::vector<std::pair<std::size_t, LogEntry>> moved_;  // With the new session.
+  std::vector<std::pair<std::size_t, ChannelCopy>> movedCopies_;
+  std::optional<std::size_t> nameless_;
+};
+
+Owners::Owners(std::vector<Session>& sessions, const std::vector<std::size_t>& ofFolder) : sessions_(sessions) {
+  for (const std::size_t i : ofFolder) {
+    lives_.push_back(lifeOf(sessions[i], i));
+  }
+  std::stable_sort(lives_.begin(), lives_.end(), [](const Life& a, const Life& b) { return a.begin < b.begin; });
+}
+
+void Owners::give() {
+  for (std::size_t i = 0; i < lives_.size(); ++i) {
+    giveStatusExits(i);
+  }
+  for (std::size_t i = 0; i < lives_.size(); ++i) {
+    giveWatchdogExits(i);
+  }
+  for (std::size_t i = 0; i < lives_.size(); ++i) {
+    giveCopies(i);
+    giveTails(i);
+  }
+  apply();
+}
+
+// Those that had begun by then. However many a folder holds, few can have run at the same time.
+Owners::Others Owners::othersAt(std::size_t index, Instant time) {
+  constexpr std::size_t most = 8;
+  Others others;
+  for (std::size_t i = index; i > 0 && others.size() < most; --i) {
+    others.push_back(&lives_[i - 1]);
+  }
+  for (std::size_t i = index + 1; i < lives_.size() && others.size() < 2 * most && lives_[i].begin <= time; ++i) {
+    others.push_back(&lives_[i]);
+  }
+  return others;
+}
+
+// Of those whose exit is not known, and that do not go on, the one with the freshest sign; of those without records the
+// first, which began last.
+Life* Owners::openOne(const Others& others, Instant time, std::optional<Instant> Life::*exit) const {
+  Life* best = nullptr;
+  for (Life* const life : others) {
+    const bool open = !(life->*exit) && life->begin && *life->begin < time && !livesAfter(*life, time);
+    if (open && (best == nullptr || (endsAt(*life, time) && !endsAt(*best, time)))) {
+      best = life;
+    }
+  }
+  return best;
+}
+
+void Owners::giveStatusExits(std::size_t index) {
+  constexpr std::chrono::minutes justBegun{2};
+  Life& life = lives_[index];
+  for (std::size_t i = 0; i < life.statusExits.size(); ++i) {
+    const Instant time = *entryOf(life, life.statusExits[i]).time;
+    const bool last = i + 1 == life.statusExits.size();
+    const bool goesOn = livesAfter(life, time);
+    Life* const other = openOne(othersAt(index, time), time, &Life::statusExit);
+    const bool ofOther = other != nullptr && endsAt(*other, time) && time - *life.begin <= justBegun;
+    if (goesOn || (other != nullptr && (ofOther || !last))) {
+      move(life, life.statusExits[i], other);
+      if (other != nullptr) {
+        other->statusExit = time;
+      }
+    } else {
+      life.statusExit = time;
+    }
+  }
+}
+
+void Owners::giveWatchdogExits(std::size_t index) {
+  Life& life = lives_[index];
+  for (std::size_t i = 0; i < life.watchdogExits.size(); ++i) {
+    const Instant time = *entryOf(life, life.watchdogExits[i]).time;
+    Others others = othersAt(index, time);
+    const auto told = std::find_if(others.begin(), others.end(), [&](const Life* other) {
+      return !other->watchdogExit && isNear(other->statusExit, time);
+    });
+    const bool own = isNear(life.statusExit, time);
+    const bool elsewhere = life.statusExit && !own;
+    const bool goesOn = livesAfter(life, time) || (!life.power.empty() && life.power.back() > time + nearly);
+    const bool last = i + 1 == life.watchdogExits.size();
+    Life* other = told != others.end() ? *told : nullptr;
+    if (other == nullptr && (elsewhere || goesOn || !last)) {
+      other = openOne(others, time, &Life::watchdogExit);
+    }
+    // Where both ended at nearly that time, the older one first.
+    const bool ofOther = other != nullptr && (!own || (!last && other->begin < life.begin));
+    if (ofOther || livesAfter(life, time)) {
+      move(life, life.watchdogExits[i], ofOther ? other : nullptr);
+      if (ofOther) {
+        other->watchdogExit = time;
+      }
+    } else {
+      life.watchdogExit = time;
+    }
+  }
+}
+
+// How far it is from a copy that follows the exit.
+Ticks copyDistance(const Life& life, Instant made) {
+  const std::optional<Instant> exit = life.watchdogExit ? life.watchdogExit : life.statusExit;
+  return exit ? std::min(std::chrono::abs(made - *exit), std::chrono::abs(made - *exit - secondCopy)) : Ticks::max();
+}
+
+void Owners::giveCopies(std::size_t index) {
+  Life& life = lives_[index];
+  std::vector<ChannelCopy>& copies = sessions_[life.session].copies;
+  std::erase_if(copies, [&](const ChannelCopy& copy) {
+    if (!copy.afterExit) {
+      return false;
+    }
+    const Others others = othersAt(index, copy.made);
+    const auto nearest = std::min_element(others.begin(), others.end(), [&](const Life* a, const Life* b) {
+      return copyDistance(*a, copy.made) < copyDistance(*b, copy.made);
+    });
+    const bool given = nearest != others.end() && copyDistance(**nearest, copy.made) <= copySlack &&
+                       copyDistance(**nearest, copy.made) < copyDistance(life, copy.made);
+    if (given) {
+      movedCopies_.emplace_back((*nearest)->session, copy);
+    }
+    return given;
+  });
+}
+
+void Owners::giveTails(std::size_t index) {
+  constexpr std::chrono::minutes longest{5};
+  const Life& life = lives_[index];
+  for (const std::size_t i : life.tails) {
+    const Instant time = *entryOf(life, i).time;
+    if (life.watchdogExit && *life.watchdogExit <= time) {
+      continue;
+    }
+    for (const Life* const other : othersAt(index, time)) {
+      const std::optional<Instant>& exit = other->watchdogExit ? other->watchdogExit : other->statusExit;
+      if (exit && *exit <= time + nearly && time - *exit <= longest) {
+        move(life, i, other);
+        break;
+      }
+    }
+  }
+}
+
+// Leaves an entry without a file behind.
+void Owners::move(const Life& from, std::size_t entry, const Life* to) {
+  LogEntry& old = sessions_[from.session].entries[entry];
+  const std::size_t target = to != nullptr ? to->session : nameless();
+  moved_.emplace_back(target, std::exchange(old, {}));
+  old.line = 0;
+}
+
+std::size_t Owners::nameless() {
+  if (!nameless_) {
+    nameless_ = sessions_.size();
+    const std::string folder = sessions_[lives_.front().session].folder;
+    sessions_.emplace_back().folder = folder;
+  }
+  return *nameless_;
+}
+
+void Owners::apply() {
+  if (moved_.empty() && movedCopies_.empty()) {
+    return;
+  }
+  for (const Life& life : lives_) {
+    std::erase_if(sessions_[life.session].entries, [](const LogEntry& entry) { return entry.line == 0; });
+  }
+  for (auto& [session, entry] : moved_) {
+    sessions_[session].entries.push_back(std::move(entry));
+  }
+  for (auto& [session, copy] : movedCopies_) {
+    sessions_[session].copies.push_back(std::move(copy));
+  }
+  for (const Life& life : lives_) {
+    sortSession(sessions_[life.session]);
+  }
+  if (nameless_) {
+    sortSession(sessions_[*nameless_]);
+  }
+}
+
+}  // namespace
+
+void giveLinesToTheirOwners(std::vector<Session>& sessions) {
+  std::map<std::string, std::vector<std::size_t>> folders;
+  for (std::size_t i = 0; i < sessions.size(); ++i) {
+    folders[sessions[i].folder].push_back(i);
+  }
+  for (const auto& [folder, ofFolder] : folders) {
+    Owners(sessions, ofFolder).give();
+  }
+}
+
+}  // namespace sentiq

@@ -1,0 +1,107 @@
+#include "reader/session/SessionExtent.h"
+
+#include <algorithm>
+#include <chrono>
+
+#include "reader/input/CleanText.h"
+
+namespace sentiq {
+namespace {
+
+using std::chrono::abs;
+
+// The program tells the start of Windows from two clocks, in whole seconds, and those are set right now and then.
+constexpr std::chrono::seconds bootSlack{10};
+
+template <typename Choose>
+void extend(std::optional<Instant>& limit, const std::optional<Instant>& more, Choose choose) {
+  if (more) {
+    limit = limit ? choose(*limit, *more) : *more;
+  }
+}
+
+void extendBoot(SessionExtent& extent, const std::optional<Instant>& from, const std::optional<Instant>& to) {
+  extend(extent.bootFrom, from, [](Instant a, Instant b) { return std::min(a, b); });
+  extend(extent.bootTo, to, [](Instant a, Instant b) { return std::max(a, b); });
+}
+
+// How far b's start of Windows is after a's; 0 when they are the same, nothing when one is not known. The header tells
+// it in local time: when summer time has begun or ended since, it is an hour off.
+std::optional<Ticks> bootDistance(const SessionExtent& a, const SessionExtent& b) {
+  if (!a.bootFrom || !b.bootFrom) {
+    return std::nullopt;
+  }
+  const Ticks distance = *b.bootFrom > *a.bootTo   ? *b.bootFrom - *a.bootTo
+                         : *a.bootFrom > *b.bootTo ? *b.bootTo - *a.bootFrom
+                                                   : Ticks{};
+  const bool same = abs(distance) <= bootSlack || abs(abs(distance) - std::chrono::hours(1)) <= bootSlack;
+  return same ? Ticks{} : distance;
+}
+
+// Nothing when one is not known.
+std::optional<bool> sameComputer(const SessionExtent& a, const SessionExtent& b) {
+  return a.computer.empty() || b.computer.empty() ? std::nullopt
+                                                  : std::optional(equalIgnoringCase(a.computer, b.computer));
+}
+
+}  // namespace
+
+void SessionExtent::add(const SessionExtent& more) {
+  extend(begin, more.begin, [](Instant a, Instant b) { return std::min(a, b); });
+  extend(end, more.end, [](Instant a, Instant b) { return std::max(a, b); });
+  extendBoot(*this, more.bootFrom, more.bootTo);
+  computer = computer.empty() ? more.computer : computer;
+}
+
+SessionExtent extentOf(const Session& session) {
+  SessionExtent own;
+  SessionExtent told;
+  for (const LogEntry& entry : session.entries) {
+    if (entry.time && !entry.event) {
+      SessionExtent& extent = entry.role == LogRole::Initial ? told : own;
+      extent.begin = std::min(extent.begin.value_or(*entry.time), *entry.time);
+      extent.end = std::max(extent.end.value_or(*entry.time), *entry.time);
+    }
+  }
+  SessionExtent& extent = own.begin ? own : told;
+  extent.computer = session.computer;
+  extendBoot(extent, session.booted, session.booted);
+  for (const MetricSample& record : session.metrics) {
+    if (record.up) {
+      const Instant boot = record.time.instant - *record.up;
+      extendBoot(extent, boot, boot);
+    }
+  }
+  return extent;
+}
+
+Tie tieOfRun(const SessionExtent& a, const SessionExtent& b) {
+  constexpr std::chrono::days longestPause{1};
+  if (const auto same = sameComputer(a, b)) {
+    return *same ? Tie::Proven : Tie::Impossible;
+  }
+  if (const auto distance = bootDistance(a, b)) {
+    return *distance == Ticks{} ? Tie::Proven : Tie::Impossible;
+  }
+  const bool apart = a.begin && b.begin && (*a.begin > *b.end + longestPause || *b.begin > *a.end + longestPause);
+  return apart ? Tie::Impossible : Tie::Possible;
+}
+
+Tie tieToSubject(const SessionExtent& initial, const SessionExtent& subject) {
+  constexpr std::chrono::minutes late{10};  // The program beside the process that ended goes on for minutes.
+  if (initial.begin && subject.end && *subject.end > *initial.begin + late) {
+    return Tie::Impossible;
+  }
+  if (const auto same = sameComputer(initial, subject)) {
+    return *same ? Tie::Proven : Tie::Impossible;
+  }
+  const auto distance = bootDistance(subject, initial);
+  if (distance && *distance == Ticks{}) {
+    return Tie::Proven;
+  }
+  // Windows was started anew after the session, or it is another machine.
+  const bool startedAfter = distance && *distance > Ticks{} && subject.end && *initial.bootTo > *subject.end - late;
+  return distance && !startedAfter ? Tie::Impossible : Tie::Possible;
+}
+
+}  // namespace sentiq

@@ -1,0 +1,57 @@
+// Sessions by a key, and of those with one key the ones that began near a time: however many bear it, few are looked at.
+#pragma once
+
+#include <cstddef>
+#include <iterator>
+#include <initializer_list>
+#include <map>
+#include <optional>
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+#include "reader/input/LogTime.h"
+
+namespace sentiq {
+
+class SessionIndex {
+ public:
+  void add(const std::string& key, std::optional<Instant> begin, std::size_t session) {
+    byKey_[key].emplace(begin.value_or(Instant{}), session);
+  }
+
+  /// The nearest ones, those that began before it first, each time the nearest first.
+  std::vector<std::size_t> near(const std::string& key, std::optional<Instant> time) const {
+    constexpr int most = 8;
+    std::vector<std::size_t> sessions;
+    const auto found = byKey_.find(key);
+    if (found == byKey_.end()) {
+      return sessions;
+    }
+    const auto& ofKey = found->second;
+    const auto after = ofKey.upper_bound(time.value_or(Instant{}));
+    auto before = std::make_reverse_iterator(after);
+    for (int i = 0; i < most && before != ofKey.rend(); ++i, ++before) {
+      sessions.push_back(before->second);
+    }
+    auto next = after;
+    for (int i = 0; i < most && next != ofKey.end(); ++i, ++next) {
+      sessions.push_back(next->second);
+    }
+    return sessions;
+  }
+
+ private:
+  std::unordered_map<std::string, std::multimap<Instant, std::size_t>> byKey_;
+};
+
+/// A key of several texts.
+inline std::string joinedKey(std::initializer_list<std::string_view> texts) {
+  std::string key;
+  for (const std::string_view text : texts) {
+    (key += text) += '\0';
+  }
+  return key;
+}
+
+}  // namespace sentiq

@@ -1,0 +1,32 @@
+// What the command line is, in plain values: the manual page and the completions are made of it.
+#pragma once
+
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace sentiq {
+
+struct OptionWords {
+  std::vector<std::string> names;    // "-f", "--follow"
+  std::string value;                 // What stands for its value: "TIME"; empty for a switch.
+  std::vector<std::string> choices;  // That the value is one of, if they are known.
+  std::string text;
+};
+
+struct CommandWords {
+  std::string name;
+  std::string inputs;  // "FILE", "FOLDER"
+  std::string text;    // One line.
+  std::string more;    // Paragraphs; may be empty.
+  std::vector<OptionWords> options;
+  std::vector<std::string> examples;  // Whole command lines.
+};
+
+struct CommandLineWords {
+  std::string text;
+  std::vector<CommandWords> commands;
+  std::vector<std::pair<int, std::string>> exitCodes;  // With their meanings.
+};
+
+}  // namespace sentiq

@@ -1,0 +1,27 @@
+// What the logs of a session say about the machine, Canvix and the figures, one fact a row.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include <nlohmann/json.hpp>
+
+#include "reader/judgement/Judgement.h"
+#include "reader/session/Session.h"
+
+namespace sentiq {
+
+struct Fact {
+  std::string label;
+  std::string key;  // The same for scripts, which find null where the logs do not tell.
+  nlohmann::ordered_json value = nullptr;
+  std::string text = "unknown";
+};
+
+/// In the order in which they are shown, always the same ones.
+std::vector<Fact> factsOf(const Session& session, const Judgement& judgement);
+
+/// 38.5 GiB, 512 MiB
+std::string showMebibytes(std::int64_t size);
+
+}  // namespace sentiq

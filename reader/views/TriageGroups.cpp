@@ -1,0 +1,126 @@
+#include "reader/views/TriageGroups.h"
+
+#include <algorithm>
+#include <array>
+#include <cstdint>
+#include <cstdio>
+#include <optional>
+#include <string_view>
+#include <utility>
+
+#include "reader/events/CodeWords.h"
+#include "reader/views/JudgementText.h"
+
+namespace sentiq {
+namespace {
+
+std::string orUnknown(std::string_view text) {
+  return std::string(text.empty() ? "unknown" : text);
+}
+
+std::string codeText(CodeKind kind, const std::optional<std::uint64_t>& code) {
+  const std::string_view words = code ? codeWords(kind, *code) : "";
+  return !words.empty() ? std::string(words) : code ? showHex(*code) : "unknown";
+}
+
+std::string crashText(const ProgramFailure& crash) {
+  const std::string exception =
+      crash.exceptionName.empty() ? codeText(CodeKind::Exception, crash.exception) : crash.exceptionName;
+  return " in " + orUnknown(crash.module) + ": " + exception + " at " +
+         (crash.offset ? showHex(*crash.offset) : "unknown");
+}
+
+std::set<std::string> adaptersOf(const TriagedSession& session) {
+  std::set<std::string> names;
+  for (const std::string& adapter : session.judgement.adapters) {
+    names.insert(adapter.substr(0, adapter.rfind(" (")));  // Its memory may differ from one machine to the next.
+  }
+  return names;
+}
+
+std::set<std::string> changesOf(const TriagedSession& session) {
+  std::set<std::string> names;
+  for (const Change& change : session.judgement.changes) {
+    names.insert(changeText(change.change));
+  }
+  return names;
+}
+
+std::set<std::string> kindsBefore(const TriagedSession& session) {
+  std::set<std::string> kinds;
+  for (const Before& before : session.judgement.before) {
+    kinds.emplace(beforeName(before.kind));
+  }
+  return kinds;
+}
+
+}  // namespace
+
+const Trait adapterTrait{adaptersOf, /*alwaysTold=*/false};
+const Trait changeTrait{changesOf, /*alwaysTold=*/true};
+const Trait beforeTrait{kindsBefore, /*alwaysTold=*/true};
+
+std::string signatureOf(const Judgement& judgement) {
+  const std::string name(outcomeName(judgement.outcome));
+  const Evidence& evidence = judgement.evidence;
+  if (evidence.failure && judgement.outcome == Outcome::Crashed) {
+    return name + crashText(*evidence.failure);
+  }
+  if (evidence.failure && !evidence.failure->hangKind.empty()) {
+    return name + ": " + evidence.failure->hangKind;
+  }
+  if (evidence.fall && evidence.fall->stopCode) {
+    return name + ": " + codeText(CodeKind::Stop, evidence.fall->stopCode);
+  }
+  return name;
+}
+
+std::vector<TriageGroup> groupsOf(const Sessions& all) {
+  std::map<std::string, Sessions> bySignature;
+  for (const TriagedSession* const session : all) {
+    if (session->judgement.outcome != Outcome::Ended) {
+      bySignature[signatureOf(session->judgement)].push_back(session);
+    }
+  }
+  std::vector<TriageGroup> groups;
+  for (auto& [signature, sessions] : bySignature) {
+    groups.push_back({signature, std::move(sessions)});
+  }
+  std::stable_sort(groups.begin(), groups.end(),
+                   [](const TriageGroup& a, const TriageGroup& b) { return a.sessions.size() > b.sessions.size(); });
+  return groups;
+}
+
+TraitCounts countTrait(const Trait& trait, const Sessions& sessions) {
+  TraitCounts counts;
+  for (const TriagedSession* const session : sessions) {
+    const std::set<std::string> names = trait.namesOf(*session);
+    counts.telling += trait.alwaysTold || !names.empty() ? 1 : 0;
+    for (const std::string& name : names) {
+      ++counts.sessions[name];
+    }
+  }
+  return counts;
+}
+
+std::vector<Distinction> distinctionsOf(const TraitCounts& group, const TraitCounts& all) {
+  constexpr std::size_t fewSessions = 10;
+  constexpr std::size_t clearly = 2;
+  std::vector<Distinction> distinctions;
+  for (const auto& [name, count] : group.sessions) {
+    const std::size_t countOfAll = all.sessions.at(name);
+    if (count >= fewSessions && count * all.telling >= clearly * countOfAll * group.telling) {
+      distinctions.push_back({name, showShare(count, group.telling), showShare(countOfAll, all.telling)});
+    }
+  }
+  return distinctions;
+}
+
+std::string showShare(std::size_t part, std::size_t whole) {
+  std::array<char, 16> text{};
+  const double share = whole == 0 ? 0 : 100.0 * static_cast<double>(part) / static_cast<double>(whole);
+  static_cast<void>(std::snprintf(text.data(), text.size(), "%.1f %%", share));
+  return text.data();
+}
+
+}  // namespace sentiq

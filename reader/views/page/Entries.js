@@ -1,0 +1,171 @@
+'use strict';
+// The entries of a session.
+
+const firstRows = 300;
+const moreRows = 1000;
+
+// What a piece of HTML says, without its elements.
+function plain(html) {
+  const signs = { amp: '&', lt: '<', gt: '>', quot: '"', '#39': "'" };
+  return html.replace(/<[^>]*>/g, ' ').replace(/&(\w+|#39);/g, (all, name) => signs[name]);
+}
+
+// The entries: search, severity, those from before the session, order, rows that open.
+class Entries {
+  constructor(box) {
+    this.box = box;
+    this.limit = firstRows;
+    this.older = false;
+    this.unfolded = new Set();
+    [this.field, this.severity] = box.querySelectorAll('input, select');
+    this.olderButton = box.querySelector('button.older');
+    this.body = box.querySelector('tbody');
+    const pieces = box.querySelector('noscript').textContent.split(/\n(?=<t(?:r|body))/);
+    let day = '';
+    let older = false;
+    this.rows = [];
+    for (const piece of pieces) {
+      const html = piece.slice(0, piece.lastIndexOf('</tr>') + 5);
+      older ||= piece.startsWith('<tbody class="older"');
+      if (html.startsWith('<tr class="day"')) {
+        day = html;
+      } else if (html.startsWith('<tr id=')) {
+        this.rows.push({ html, day, older, id: html.slice(8, html.indexOf('"', 8)) });
+      }
+    }
+    this.olderCount = this.rows.filter(row => row.older).length;
+    this.listen();
+    this.show();
+  }
+
+  listen() {
+    this.field.addEventListener('input', () => this.show(firstRows));
+    this.severity.addEventListener('input', () => this.show(firstRows));
+    this.field.addEventListener('keydown', event => {
+      if (event.key === 'Enter') {
+        this.older = true;
+        this.show();
+      }
+    });
+    this.olderButton.addEventListener('click', () => {
+      this.older = !this.older;
+      this.show();
+    });
+    this.box.querySelector('.rest button').addEventListener('click', () => this.show(this.limit + moreRows));
+    this.body.addEventListener('click', event => {
+      const fold = event.target.closest('button.fold');
+      if (fold) {
+        this.unfolded.add(this.kindOf(this.rowOf(fold)));
+        this.show();
+      } else if (event.target.closest('button.copy')) {
+        this.copy(event.target.closest('tr'));
+      }
+    });
+    this.body.addEventListener('keydown', event => {
+      if (event.key === 'c' && !event.ctrlKey && !event.metaKey && event.target.matches('summary')) {
+        this.copy(event.target.closest('tr'));
+      }
+    });
+    this.body.addEventListener('toggle', event => this.fill(event.target), true);
+    this.box.querySelectorAll('.controls, table').forEach(part => { part.hidden = false; });
+  }
+
+  rowOf(inside) {
+    const { id } = inside.closest('tr');
+    return this.rows.find(row => row.id === id);
+  }
+
+  // Rows of one kind on one day are folded into one, unless they mean something for the session.
+  kindOf(row) {
+    if (row.kind === undefined) {
+      const [, style, source, provider, words] = row.html.match(
+        /class="([^"]*)".*?<td class="from">[^<]*<td>([^<]*)<td[^<]*<td>([^<]*)<td><details><summary>([^<]*)/s);
+      row.kind = style.endsWith(' own') ? row.id : [row.day, row.older, style, source, provider || words].join('\n');
+    }
+    return row.kind;
+  }
+
+  fits(row, words, rank) {
+    row.rank ??= ['info', 'notice', 'warning', 'error'].indexOf(row.html.match(/class="(\w+)/)[1]);
+    row.text ??= words.length ? plain(row.html).toLowerCase() : undefined;
+    return row.rank >= rank && words.every(word => row.text.includes(word));
+  }
+
+  show(limit = this.limit) {
+    this.limit = limit;
+    const words = this.field.value.toLowerCase().split(/\s+/).filter(word => word);
+    const fitting = this.rows.filter(row => this.fits(row, words, this.severity.value));
+    const shown = fitting.filter(row => this.older || !row.older);
+    const groups = new Map();
+    for (const row of oldestFirst ? shown.reverse() : shown) {
+      const kind = this.kindOf(row);
+      const name = this.unfolded.has(kind) ? row.id : kind;
+      groups.set(name, { row: groups.get(name)?.row || row, count: (groups.get(name)?.count || 0) + 1 });
+    }
+    const open = new Set([...this.body.querySelectorAll('details[open]')].map(part => part.closest('tr').id));
+    let day;
+    this.body.innerHTML = [...groups.values()].slice(0, limit).map(({ row, count }) => {
+      const heading = row.day === day ? '' : row.day;
+      day = row.day;
+      return heading + row.html.slice(0, row.html.indexOf('</summary>') + 10) + '</details>' +
+        (count > 1 ? `<button type="button" class="fold">${count - 1} more of this kind on this day</button>` : '') + '</tr>';
+    }).join('');
+    open.forEach(id => { document.getElementById(id)?.querySelector('details').setAttribute('open', ''); });
+    this.box.querySelector('.rest').hidden = groups.size <= limit;
+    this.box.querySelector('.rest button').textContent = `Show more (${groups.size - limit} rows are left)`;
+    this.say(shown.length, fitting.length - shown.length);
+  }
+
+  say(shown, olderHits) {
+    const all = this.rows.length - (this.older ? 0 : this.olderCount);
+    const hint = shown === 0 && olderHits > 0 ? `; the older ones hold ${olderHits}: Enter in the search shows them` : '';
+    this.box.querySelector('[role=status]').textContent = `${shown} of ${all} entries${hint}`;
+    this.olderButton.textContent = this.older ? `Hide the ${this.olderCount} older entries`
+      : `Show ${this.olderCount} older entries, too`;
+    this.olderButton.hidden = this.olderCount === 0;
+  }
+
+  // A row that was opened gets its fields.
+  fill(details) {
+    if (details.open && !details.querySelector('dl')) {
+      const { html } = this.rowOf(details);
+      details.append(element(html.slice(html.indexOf('</summary>') + 10, html.indexOf('</details>'))),
+        element('<button type="button" class="copy">Copy as text (c)</button>'));
+    }
+  }
+
+  copy(row) {
+    const cells = [...element(`<table>${this.rowOf(row).html}</table>`).querySelectorAll('td')];
+    const fields = [...cells[5].querySelectorAll('dt')].map(name => `${name.textContent}: ${name.nextSibling.textContent}`);
+    const head = cells.slice(2, 5).map(cell => cell.textContent.trim()).filter(text => text).join(', ');
+    const text = [`${head}: ${cells[5].querySelector('summary').textContent}`, ...fields].join('\n');
+    const area = document.createElement('textarea'); // Works also where the page is a file.
+    area.value = text;
+    row.append(area);
+    area.select();
+    const done = document.execCommand('copy');
+    area.remove();
+    row.querySelector('summary').focus();
+    this.box.querySelector('[role=status]').textContent = done ? 'Copied' : 'The browser did not copy';
+  }
+
+  // Makes the row be there, opened.
+  reveal(id) {
+    const row = this.rows.find(one => one.id === id);
+    if (!row) {
+      return false;
+    }
+    if (!this.fits(row, this.field.value.toLowerCase().split(/\s+/).filter(word => word), this.severity.value)) {
+      this.field.value = '';
+      this.severity.value = '0';
+    }
+    this.older ||= row.older;
+    this.show();
+    if (!document.getElementById(id)) {
+      this.unfolded.add(this.kindOf(row));
+      this.show(Math.max(this.limit, this.rows.length));
+    }
+    document.getElementById(id).querySelector('details').open = true;
+    return true;
+  }
+}

@@ -1,0 +1,34 @@
+// What the strip shows: each thing that lasted or happened in the last minutes around the end, once.
+#pragma once
+
+#include <cstddef>
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "reader/views/page/PageSession.h"
+
+namespace sentiq {
+
+struct StripItem {
+  Instant time;
+  std::string text;
+  Severity severity = Severity::Info;
+  std::optional<std::size_t> entry{};                   // That tells most of it.
+  std::vector<std::pair<Instant, Instant>> spans{};     // A moment where both are one.
+  std::vector<std::pair<Instant, std::size_t>> told{};  // Every entry that tells of it.
+};
+
+struct StripItems {
+  Instant first;
+  Instant last;
+  bool whole = false;                  // From the start of Canvix.
+  std::vector<StripItem> items{};      // In order of time.
+  std::vector<StripItem> unrelated{};  // Warnings and errors without a meaning for the session.
+};
+
+/// Nothing when the logs do not tell when the session was.
+std::optional<StripItems> stripItems(const PageSession& page);
+
+}  // namespace sentiq

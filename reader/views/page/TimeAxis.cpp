@@ -1,0 +1,71 @@
+#include "reader/views/page/TimeAxis.h"
+
+#include <algorithm>
+#include <cmath>
+#include <iterator>
+
+namespace sentiq {
+namespace {
+
+using namespace std::chrono_literals;
+
+constexpr int mostTicks = 6;
+constexpr std::chrono::seconds steps[] = {1s,    2s, 5s, 10s, 30s, 1min, 2min, 5min, 10min,
+                                          30min, 1h, 2h, 4h,  12h, 24h,  48h,  168h};
+
+}  // namespace
+
+TimeAxis::TimeAxis(Instant first, Instant last, std::chrono::minutes offset)
+    : first_(first), last_(std::max(last, Instant(first + 1s))), offset_(offset), step_(last_ - first_) {
+  const auto* const found =
+      std::find_if(std::begin(steps), std::end(steps), [this](auto step) { return step_ / step <= mostTicks; });
+  step_ = found != std::end(steps) ? *found : step_;
+}
+
+double TimeAxis::percent(Instant time) const {
+  const Instant inside = std::clamp(time, first_, last_);
+  return 100 * static_cast<double>((inside - first_).count()) / static_cast<double>((last_ - first_).count());
+}
+
+std::string TimeAxis::at(Instant time) const {
+  return showNumber(percent(time), 2);
+}
+
+std::string TimeAxis::width(Instant from, Instant to) const {
+  return showNumber(percent(to) - percent(from), 2);
+}
+
+void TimeAxis::addTicks(Places& places) const {
+  std::vector<Instant> rounds;
+  const Ticks local = first_.time_since_epoch() + offset_;
+  for (Instant time = first_ + (step_ - local % step_) % step_; time <= last_; time += step_) {
+    rounds.push_back(time);
+  }
+  places.list("ticks", rounds.size(), [rounds, axis = *this](std::size_t i) {
+    constexpr double edge = 4;  // Percent: nearer to it, the text would stand beyond.
+    const double percent = axis.percent(rounds[i]);
+    const std::string text = showTime(rounds[i], axis.offset_);
+    Places tick;
+    tick.text("at", showNumber(percent, 2));
+    tick.text("anchor", percent < edge ? "start" : percent > 100 - edge ? "end" : "middle");
+    tick.text("time", axis.step_ >= 24h ? text.substr(5, 5) : text.substr(11, axis.step_ < 1min ? 8 : 5));
+    tick.flag("spare", i % 2 == 1);
+    return tick;
+  });
+}
+
+std::string showNumber(double number, int decimals) {
+  const double power = std::pow(10, decimals);
+  const long long scaled = std::llround(std::abs(number) * power);
+  std::string digits = std::to_string(scaled);
+  const auto behind = static_cast<std::size_t>(decimals);
+  if (digits.size() <= behind) {
+    digits.insert(0, behind + 1 - digits.size(), '0');
+  }
+  if (behind > 0) {
+    digits.insert(digits.size() - behind, ".");
+  }
+  return (number < 0 && scaled != 0 ? "-" : "") + digits;
+}
+
+}  // namespace sentiq
