@@ -52,7 +52,8 @@ std::string report(std::size_t i) {
 
 std::string sleep(std::size_t i) {
   return line(i * 600, "System Will enter/exit Standby") +
-         event(i * 600, i * 2, "Microsoft-Windows-Kernel-Power", i % 2 == 0 ? 42 : 506, "<Data Name='Reason'>7</Data>") +
+         event(i * 600, i * 2, "Microsoft-Windows-Kernel-Power", i % 2 == 0 ? 42 : 506,
+               "<Data Name='Reason'>7</Data>") +
          event(i * 600 + 300, i * 2 + 1, "Microsoft-Windows-Kernel-Power", i % 2 == 0 ? 107 : 507, "");
 }
 

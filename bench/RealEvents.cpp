@@ -1,8 +1,8 @@
 // Logs made of real events, to measure the reader with what it meets in earnest:
-//   RealEvents events EVENTS MEBIBYTES DISTINCT     a watchdog log of so many distinct events, plain, to standard output
-//   RealEvents sessions EVENTS FOLDER COUNT         sessions of about 80 KB each in FOLDER/session, encoded
-// EVENTS is a folder with one event in each file, XML as the system renders it. They are taken as they are but for their
-// record numbers and times.
+//   RealEvents events EVENTS MEBIBYTES DISTINCT     a watchdog log of so many distinct events, plain, to standard
+//   output RealEvents sessions EVENTS FOLDER COUNT         sessions of about 80 KB each in FOLDER/session, encoded
+// EVENTS is a folder with one event in each file, XML as the system renders it. They are taken as they are but for
+// their record numbers and times.
 #include <algorithm>
 #include <cstdint>
 #include <cstdio>
@@ -100,7 +100,8 @@ void writeEvents(const std::vector<Template>& templates, std::size_t wanted, std
   std::size_t written = 0;
   for (std::size_t i = 0; written < wanted; ++i) {
     const std::size_t which = i % distinct;
-    text += templates[which % templates.size()].line(begin + 100, begin - static_cast<std::int64_t>(which), which) + "\n";
+    text +=
+        templates[which % templates.size()].line(begin + 100, begin - static_cast<std::int64_t>(which), which) + "\n";
     written += std::fwrite(text.data(), 1, text.size(), stdout);
     text.clear();
   }

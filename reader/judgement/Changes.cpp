@@ -26,7 +26,8 @@ class Collection {
   }
 
   std::vector<Change> take() {
-    std::stable_sort(changes_.begin(), changes_.end(), [](const Change& a, const Change& b) { return a.time > b.time; });
+    std::stable_sort(changes_.begin(), changes_.end(),
+                     [](const Change& a, const Change& b) { return a.time > b.time; });
     return std::move(changes_);
   }
 

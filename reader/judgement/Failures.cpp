@@ -82,8 +82,7 @@ class Gathering {
   static bool isSame(const Failure& failure, const LogEntry& entry, bool hang, const ProgramFailure& facts) {
     const ProgramFailure& known = failure.facts;
     const bool otherReport = !facts.reportId.empty() && !known.reportId.empty();  // Else it was found by its id.
-    const bool otherProcess =
-        facts.processId != 0 && known.processId != 0 && facts.processId != known.processId;
+    const bool otherProcess = facts.processId != 0 && known.processId != 0 && facts.processId != known.processId;
     const bool twoEvents = facts.teller == Teller::Event && known.teller == Teller::Event;
     return failure.hang == hang && !otherReport && !otherProcess && !twoEvents &&
            std::chrono::abs(*entry.time - failure.time()) < nearby;
@@ -93,8 +92,8 @@ class Gathering {
   std::unordered_map<std::string, std::size_t> byReport_;
 };
 
-// A process id may be used again, but not at the same time. A creation time of other days is no help: then the clock was
-// set in between.
+// A process id may be used again, but not at the same time. A creation time of other days is no help: then the clock
+// was set in between.
 std::optional<bool> startedThen(const Failure& failure, const WatchedProcess& process) {
   constexpr std::chrono::minutes tolerance{2};
   constexpr std::chrono::hours days{48};

@@ -149,8 +149,7 @@ void Judge::judgeFailure(const Failure& failure) {
   }
   result_.before = whatWentBefore(session_, index_, time, /*hangsToo=*/!failure.hang);
   const Instant over = std::max(time, *process_.over);
-  if (const LogEntry* const shutdown =
-          index_.first({Meaning::ShutdownBegun}, time - shutdownLead, over + lastSign)) {
+  if (const LogEntry* const shutdown = index_.first({Meaning::ShutdownBegun}, time - shutdownLead, over + lastSign)) {
     say("About then a shutdown or restart was asked for" + at(*shutdown) + ": " + wordsFor(*shutdown), *shutdown);
   }
 }
@@ -258,8 +257,8 @@ void Judge::sayOtherFailures(const Failure* own) {
     const LogEntry& entry = *failure.best;
     const std::int64_t process = failure.facts.processId;
     if (failure.whose == Whose::Other && told.insert(process).second) {
-      say("Another Canvix, process " + std::to_string(process) +
-              (failure.hang ? ", stopped responding" : ", crashed") + at(entry) + ": " + wordsFor(entry),
+      say("Another Canvix, process " + std::to_string(process) + (failure.hang ? ", stopped responding" : ", crashed") +
+              at(entry) + ": " + wordsFor(entry),
           entry);
     } else if (failure.whose == Whose::WatchedRanOn) {
       say("It ran on after this" + at(entry) + ": " + wordsFor(entry), entry);
@@ -307,7 +306,8 @@ void Judge::sayTimeBefore() {
     failed = failure.time() < begin && failure.whose == Whose::Nobody ? failure.best : failed;
   }
   // The last end of the machine before it: a fall is told when Windows is up again.
-  const LogEntry* ended = index_.last({Meaning::ShutdownBegun, Meaning::ShutdownDone}, Instant::min(), begin - Ticks(1));
+  const LogEntry* ended =
+      index_.last({Meaning::ShutdownBegun, Meaning::ShutdownDone}, Instant::min(), begin - Ticks(1));
   for (const Fall& fall : falls_) {
     ended = fall.back <= begin && (ended == nullptr || *ended->time <= fall.back) ? fall.best : ended;
   }

@@ -56,8 +56,8 @@ void addFacts(MachineFall& facts, const MachineFall& more) {
   facts.told = facts.told.date.empty() ? more.told : facts.told;
 }
 
-// Of a blue screen one with a dump tells most; else the restart, which knows how the machine went down, before the event
-// that knows only when.
+// Of a blue screen one with a dump tells most; else the restart, which knows how the machine went down, before the
+// event that knows only when.
 auto rankOf(const LogEntry& teller, const MachineFall& facts) {
   const bool crash = teller.meaning == Meaning::BlueScreen;
   return std::tuple(crash, !facts.isErrorReport, !facts.dump.empty(), facts.told.date.empty());
@@ -66,8 +66,7 @@ auto rankOf(const LogEntry& teller, const MachineFall& facts) {
 void addTeller(Fall& fall, const LogEntry& teller, const MachineFall& facts, const Session& session) {
   fall.tellers.push_back(&teller);
   addFacts(fall.facts, facts);
-  if (fall.best == nullptr ||
-      rankOf(teller, facts) > rankOf(*fall.best, machineFall(session.eventOf(*fall.best)))) {
+  if (fall.best == nullptr || rankOf(teller, facts) > rankOf(*fall.best, machineFall(session.eventOf(*fall.best)))) {
     fall.best = &teller;
   }
 }

@@ -15,11 +15,11 @@ namespace sentiq {
 
 /// The machine went down without shutting down.
 struct Fall {
-  Instant back;                           // When Windows was up again, or the first sign of it.
-  bool backIsKnown = false;               // Else it is only the time at which the fall was logged.
-  std::vector<const LogEntry*> tellers;   // In order of time.
-  const LogEntry* best = nullptr;         // The one that tells most.
-  MachineFall facts;                      // Of all of them.
+  Instant back;                          // When Windows was up again, or the first sign of it.
+  bool backIsKnown = false;              // Else it is only the time at which the fall was logged.
+  std::vector<const LogEntry*> tellers;  // In order of time.
+  const LogEntry* best = nullptr;        // The one that tells most.
+  MachineFall facts;                     // Of all of them.
 };
 
 /// When Canvix was seen to run: the machine did not start in between.

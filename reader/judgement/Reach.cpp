@@ -31,8 +31,9 @@ std::vector<Stretch> stretchesOf(const Session& session) {
       continue;
     }
     Stretch* const last = stretches.empty() ? nullptr : &stretches.back();
-    const bool joins = last != nullptr && (*copy.oldest <= last->to || (copy.firstRecord != 0 && last->lastRecord != 0 &&
-                                                                        copy.firstRecord <= last->lastRecord + 1));
+    const bool joins = last != nullptr &&
+                       (*copy.oldest <= last->to ||
+                        (copy.firstRecord != 0 && last->lastRecord != 0 && copy.firstRecord <= last->lastRecord + 1));
     if (!joins) {
       stretches.push_back({*copy.oldest, copy.made, copy.lastRecord, copy.gaps});
       continue;

@@ -35,8 +35,8 @@ std::vector<ClockSet> clocksSet(const Session& session) {
 
 Ticks toldJump(const std::vector<ClockSet>& sets, Instant from, Instant to) {
   Ticks jump{};
-  auto set = std::lower_bound(sets.begin(), sets.end(), from,
-                              [](const ClockSet& s, Instant time) { return s.to < time; });
+  auto set =
+      std::lower_bound(sets.begin(), sets.end(), from, [](const ClockSet& s, Instant time) { return s.to < time; });
   for (; set != sets.end() && set->to <= to; ++set) {
     jump += set->to - set->from;
   }

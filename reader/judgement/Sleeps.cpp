@@ -41,7 +41,7 @@ bool isSame(const Sleep& sleep, const SleepTold& told) {
     return isClose(sleep.begin, told.begin) || (sleep.begin && sleep.end && *told.begin <= *sleep.end) ||
            (!sleep.begin && isClose(sleep.end, told.end));
   }
-  return !sleep.end || isClose(sleep.end, told.end);
+  return !sleep.end || *told.end <= *sleep.end || isClose(sleep.end, told.end);
 }
 
 }  // namespace
@@ -80,7 +80,8 @@ std::vector<Sleep> sleepsOf(const Session& session) {
 
 bool sleptBetween(const std::vector<Sleep>& sleeps, Instant from, Instant to) {
   const auto endOf = [](const Sleep& sleep) { return sleep.end ? *sleep.end : *sleep.begin; };
-  const auto first = std::partition_point(sleeps.begin(), sleeps.end(), [&](const Sleep& s) { return endOf(s) < from; });
+  const auto first =
+      std::partition_point(sleeps.begin(), sleeps.end(), [&](const Sleep& s) { return endOf(s) < from; });
   return first != sleeps.end() && (first->begin ? *first->begin : *first->end) <= to;
 }
 

@@ -19,20 +19,24 @@ struct BeforeRow {
   BeforeKind kind;
 };
 constexpr std::array beforeRows{
-    BeforeRow{Meaning::Display, true, BeforeKind::Display},  BeforeRow{Meaning::Memory, false, BeforeKind::Memory},
-    BeforeRow{Meaning::Disk, true, BeforeKind::Disk},        BeforeRow{Meaning::Hardware, true, BeforeKind::Hardware},
-    BeforeRow{Meaning::Battery, false, BeforeKind::Battery}, BeforeRow{Meaning::Leak, false, BeforeKind::Leak},
-    BeforeRow{Meaning::Resume, false, BeforeKind::Resume},   BeforeRow{Meaning::StandbyEnded, false, BeforeKind::Resume},
-    BeforeRow{Meaning::Recovered, false, BeforeKind::Hang},  BeforeRow{Meaning::Hang, false, BeforeKind::Hang},
+    BeforeRow{Meaning::Display, true, BeforeKind::Display},
+    BeforeRow{Meaning::Memory, false, BeforeKind::Memory},
+    BeforeRow{Meaning::Disk, true, BeforeKind::Disk},
+    BeforeRow{Meaning::Hardware, true, BeforeKind::Hardware},
+    BeforeRow{Meaning::Battery, false, BeforeKind::Battery},
+    BeforeRow{Meaning::Leak, false, BeforeKind::Leak},
+    BeforeRow{Meaning::Resume, false, BeforeKind::Resume},
+    BeforeRow{Meaning::StandbyEnded, false, BeforeKind::Resume},
+    BeforeRow{Meaning::Recovered, false, BeforeKind::Hang},
+    BeforeRow{Meaning::Hang, false, BeforeKind::Hang},
 };
 
 constexpr std::chrono::minutes shortlyBefore{10};
 
 // What the last record says.
 void addFromRecords(const Session& session, Instant until, std::vector<Before>& before) {
-  const auto entry = std::find_if(session.entries.rbegin(), session.entries.rend(), [&](const LogEntry& e) {
-    return e.metric && e.time && *e.time <= until;
-  });
+  const auto entry = std::find_if(session.entries.rbegin(), session.entries.rend(),
+                                  [&](const LogEntry& e) { return e.metric && e.time && *e.time <= until; });
   if (entry == session.entries.rend() || until - *entry->time > shortlyBefore) {
     return;
   }
@@ -119,8 +123,8 @@ std::vector<Statement> machineStatements(const Session& session, const EntryInde
   std::array<std::size_t, 3> counts{};  // Of each kind of sleep.
   for (const Sleep& sleep : sleeps) {
     // What ended right after the start was before the session.
-    const bool during = sleep.begin ? span.contains(*sleep.begin)
-                                     : span.contains(*sleep.end) && *sleep.end - *span.begin > atStart;
+    const bool during =
+        sleep.begin ? span.contains(*sleep.begin) : span.contains(*sleep.end) && *sleep.end - *span.begin > atStart;
     counts[static_cast<std::size_t>(sleep.kind)] += during ? 1 : 0;
   }
   state("The machine slept ", counts[static_cast<std::size_t>(SleepKind::Sleep)]);

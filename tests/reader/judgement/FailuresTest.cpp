@@ -36,8 +36,9 @@ TEST(Failure, BeforeTheSessionIsToldAsSuch) {
 
 TEST(Failure, FromWhichTheProcessRanOnIsNoEnd) {
   const Lines records{recordLine("2025-01-31T12:59:50.000+0100"), recordLine("2025-01-31T14:00:00.000+0100")};
-  EXPECT_THAT(said({.watchdog = lines(Crash{.at = "12:00:02", .created = createdThen}), .exited = false, .records = records}),
-              AllOf(StartsWith("unknown"), HasSubstr("It ran on after this at 2025-01-31 13:00:02.000")));
+  EXPECT_THAT(
+      said({.watchdog = lines(Crash{.at = "12:00:02", .created = createdThen}), .exited = false, .records = records}),
+      AllOf(StartsWith("unknown"), HasSubstr("It ran on after this at 2025-01-31 13:00:02.000")));
 }
 
 TEST(Failure, ThatIsACrashCountsBeforeAHangBesideIt) {
@@ -48,7 +49,8 @@ TEST(Failure, ThatIsACrashCountsBeforeAHangBesideIt) {
 }
 
 TEST(Failure, OfWhichOnlyAReportTellsCountsAtTheEnd) {
-  EXPECT_THAT(said({lines(Report{"12:00:06"})}), AllOf(StartsWith("crashed"), HasSubstr("0xc0000005, offset 0xa1b2")) );
+  EXPECT_THAT(said({lines(Report{"12:00:06"})}),
+              AllOf(StartsWith("crashed"), HasSubstr("0xc0000005 (access violation), offset 0xa1b2")));
   EXPECT_THAT(said({lines(Report{"12:00:06", "AppHangXProcB1"})}), StartsWith("hung"));
   EXPECT_THAT(said({lines(Report{"12:20:00"})}), StartsWith("ended"));
 }
@@ -62,24 +64,31 @@ TEST(Failure, ReportedUnderTheIdOfAnEarlierOneIsThatOneSentAgain) {
 }
 
 TEST(Failure, OfAnotherReportIdBesideItIsAnotherFailure) {
-  EXPECT_THAT(said({lines(Crash{.at = "12:00:01", .pid = "0x1", .reportId = "r-1"}, Report{"12:00:03", "APPCRASH", "r-2"})}),
-              AllOf(StartsWith("crashed: Canvix crashed at 2025-01-31 13:00:03"), HasSubstr("Another Canvix, process 1")));
-  EXPECT_THAT(said({lines(Crash{.at = "12:00:01", .pid = "0x1", .reportId = "r-1"}, Report{"12:00:03", "APPCRASH", "r-1"})}),
-              StartsWith("ended"));
+  EXPECT_THAT(
+      said({lines(Crash{.at = "12:00:01", .pid = "0x1", .reportId = "r-1"}, Report{"12:00:03", "APPCRASH", "r-2"})}),
+      AllOf(StartsWith("crashed: Canvix crashed at 2025-01-31 13:00:03"), HasSubstr("Another Canvix, process 1")));
+  EXPECT_THAT(
+      said({lines(Crash{.at = "12:00:01", .pid = "0x1", .reportId = "r-1"}, Report{"12:00:03", "APPCRASH", "r-1"})}),
+      StartsWith("ended"));
 }
 
 TEST(Failure, OfWhichOnlyTheRuntimeOrThePopUpTellsCountsToo) {
-  const std::string runtime = "Application: Canvix.exe\nCoreCLR Version: 8.0\nDescription: The process was terminated due "
-                              "to an unhandled exception.\nException Info: System.IO.IOException: gone\n   at A.B()";
+  const std::string runtime =
+      "Application: Canvix.exe\nCoreCLR Version: 8.0\nDescription: The process was terminated due "
+      "to an unhandled exception.\nException Info: System.IO.IOException: gone\n   at A.B()";
   EXPECT_THAT(said({lines(Any{"12:00:02", ".NET Runtime", 1026, {runtime}})}),
               AllOf(StartsWith("crashed"), HasSubstr("System.IO.IOException")));
-  EXPECT_THAT(said({lines(Any{"12:00:02", "Application Popup", 26,
-                              {"Caption=Canvix.exe - Application Error", "Message=The instruction referenced memory."}})}),
+  EXPECT_THAT(said({lines(Any{"12:00:02",
+                              "Application Popup",
+                              26,
+                              {"Caption=Canvix.exe - Application Error",
+                               "Message=The instruction at 0x1 referenced memory at 0x0."}})}),
               StartsWith("crashed"));
 }
 
 TEST(Failure, OfAnotherProgramALeakAndAHangThatRecoveredAreNoEnd) {
-  EXPECT_THAT(said({lines(Report{"12:00:02", "APPCRASH", "", "Other.exe"})}), StartsWith("ended: Canvix ended normally"));
+  EXPECT_THAT(said({lines(Report{"12:00:02", "APPCRASH", "", "Other.exe"})}),
+              StartsWith("ended: Canvix ended normally"));
   EXPECT_THAT(said({lines(Report{"12:00:02", "AppHangTransient"})}),
               AllOf(StartsWith("ended"), HasSubstr("for a while and recovered")));
   EXPECT_THAT(said({lines(Report{"12:00:02", "RADAR_PRE_LEAK_64"})}),

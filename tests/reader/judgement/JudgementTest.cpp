@@ -36,13 +36,13 @@ TEST(Outcome, OfLogsThatEndWithASleepIsAsleep) {
 }
 
 TEST(Before, IsToldInOrderAndOnce) {
-  const LogSet logs =
-      read({.watchdog = lines(Crash{.at = "12:00:02"}, Report{"12:00:04"}, Any{"11:59:58", "DISPLAY", 4101, {"nvlddmkm"}},
-                              Any{"11:59:57", "nvlddmkm", 13, {"\\Device\\Video3", "Error 0x2"}},
-                              Any{"11:59:56", "nvlddmkm", 13, {"\\Device\\Video3", "Error 0x2"}},
-                              Any{"11:55:00", "disk", 153, {"\\Device\\Harddisk0"}},
-                              Any{"11:40:00", "disk", 7, {"long ago"}}, Power{"11:52:00", 107}),
-            .records = {recordLine("2025-01-31T12:50:00.000+0100", 5)}});
+  const LogSet logs = read(
+      {.watchdog = lines(Crash{.at = "12:00:02"}, Report{"12:00:04"}, Any{"11:59:58", "DISPLAY", 4101, {"nvlddmkm"}},
+                         Any{"11:59:57", "nvlddmkm", 13, {"\\Device\\Video3", "Error 0x2"}},
+                         Any{"11:59:56", "nvlddmkm", 13, {"\\Device\\Video3", "Error 0x2"}},
+                         Any{"11:55:00", "disk", 153, {"\\Device\\Harddisk0"}},
+                         Any{"11:40:00", "disk", 7, {"long ago"}}, Power{"11:52:00", 107}),
+       .records = {recordLine("2025-01-31T12:50:00.000+0100", 5)}});
   std::string before;
   for (const Before& fact : judge(logs.sessions.front()).before) {
     before += std::string(beforeName(fact.kind)) + ": " + fact.text + ", " + showDuration(fact.earlier) + '\n';
@@ -73,8 +73,8 @@ TEST(Changes, OfTheDaysBeforeAreToldOnceAndTheNewestFirst) {
       Any{"2025-01-30T20:00:00", update, 19, {"updateTitle=Definitions (Version 2)"}},
       Any{"2025-01-29T10:00:00", update, 20, {"errorCode=0x8024001e", "updateTitle=KB5"}},
       Any{"2025-01-31T11:00:00", "MsiInstaller", 11707, {"Product: Pens -- Installation completed successfully."}},
-      Any{"2025-01-31T11:00:01", "MsiInstaller", 1033, {"Pens", "4.0", "0", "0", "Maker"}}, Boot{"2025-01-25T08:00:00", "19044"},
-      Boot{"2025-01-28T08:00:00", "19045"}, Crash{.at = "12:00:02"})});
+      Any{"2025-01-31T11:00:01", "MsiInstaller", 1033, {"Pens", "4.0", "0", "0", "Maker"}},
+      Boot{"2025-01-25T08:00:00", "19044"}, Boot{"2025-01-28T08:00:00", "19045"}, Crash{.at = "12:00:02"})});
   std::vector<std::string> changes;
   for (const Change& change : judge(logs.sessions.front()).changes) {
     changes.push_back(std::string(changeName(change.change.kind)) + ' ' + change.change.name +
@@ -88,12 +88,19 @@ TEST(Machine, IsSaidToHaveSleptOnceForAllThatTellsOfOneSleep) {
   const Lines records{recordLine("2025-01-31T13:00:00.000+0100"), recordLine("2025-01-31T14:00:00.000+0100"),
                       recordLine("2025-01-31T16:00:10.000+0100")};
   Lines watchdog = lines(Power{"12:00:01", 42, {"Reason=7"}}, Power{"12:20:00", 107},
-                         Any{"12:59:58", "Microsoft-Windows-Power-Troubleshooter", 1, {"SleepTime=2025-01-31T12:00:00.5Z", "WakeTime=2025-01-31T12:59:57Z"}},
+                         Any{"12:59:58",
+                             "Microsoft-Windows-Power-Troubleshooter",
+                             1,
+                             {"SleepTime=2025-01-31T12:00:00.5Z", "WakeTime=2025-01-31T12:59:57Z"}},
                          Power{"14:10:00", 506, {"Reason=12"}}, Power{"14:20:00", 507, {"Reason=31"}},
-                         Any{"15:00:05", "Microsoft-Windows-Kernel-General", 1,
+                         Any{"15:00:05",
+                             "Microsoft-Windows-Kernel-General",
+                             1,
                              {"NewTime=2025-01-31T15:00:05Z", "OldTime=2025-01-31T14:00:05Z", "Reason=1"}});
-  for (const auto& [time, text] : {std::pair("12:59:51", "System Will enter/exit Standby"), {"13:00:02", "System Will Sleep"},
-                                   {"13:59:59", "System Resume"}, {"15:10:01", "System Will enter/exit Standby"},
+  for (const auto& [time, text] : {std::pair("12:59:51", "System Will enter/exit Standby"),
+                                   {"13:00:02", "System Will Sleep"},
+                                   {"13:59:59", "System Resume"},
+                                   {"15:10:01", "System Will enter/exit Standby"},
                                    {"15:40:00", "System Will enter/exit Standby"}}) {
     watchdog.push_back(marker(time, text));
   }

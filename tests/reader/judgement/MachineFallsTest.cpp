@@ -10,10 +10,11 @@ static std::string saidOfStop(const Lines& watchdog) {
 }
 
 TEST(Fall, IsSaidToBeBetweenTheLastSignOfLifeAndTheTimeThatIsTold) {
-  EXPECT_THAT(saidOfStop(lines(Boot{"20:00:00"}, Restart{"20:00:02"}, Unexpected{"20:00:05", "1:04:00 PM"})),
-              StartsWith("power-loss: The machine lost power or froze, and restarted without shutting down first, while "
-                         "Canvix ran, between 2025-01-31 13:00:00.000 and 2025-01-31 13:04:00.000; it was up again at "
-                         "2025-01-31 21:00:00.000\n"));
+  EXPECT_THAT(
+      saidOfStop(lines(Boot{"20:00:00"}, Restart{"20:00:02"}, Unexpected{"20:00:05", "1:04:00 PM"})),
+      StartsWith("power-loss: The machine lost power or froze, and restarted without shutting down first, while "
+                 "Canvix ran, between 2025-01-31 13:00:00.000 and 2025-01-31 13:04:00.000; it was up again at "
+                 "2025-01-31 21:00:00.000\n"));
 }
 
 TEST(Fall, ThatIsToldToBeLongAfterTheLogsStopIsNotTheirEnd) {

@@ -1,5 +1,5 @@
-// One session in a few words: Canvix, process 4242 (0x1092), runs from 12:59:40 to 13:00:05 local time, which is UTC plus
-// one hour. Times of events are UTC, on that day unless they name another one.
+// One session in a few words: Canvix, process 4242 (0x1092), runs from 12:59:40 to 13:00:05 local time, which is UTC
+// plus one hour. Times of events are UTC, on that day unless they name another one.
 #pragma once
 
 #include "reader/judgement/Judgement.h"
@@ -46,9 +46,9 @@ struct Report {
 };
 inline std::string line(const Report& r) {
   return eventLine("Windows Error Reporting", 1001, utc(r.at),
-                   {"",        "0",    r.kind, "",         "0",    r.program, "29.5", "1",
-                    "gfx.dll", "3.1",  "2",    "c0000005", "a1b2", "",        "",     "\nC:\\a.tmp.dmp\nC:\\b.xml",
-                    "C:\\Rep", "",     r.rechecking, r.id, "4",    "hash"});
+                   {"",        "0",   r.kind,       "",         "0",    r.program, "29.5", "1",
+                    "gfx.dll", "3.1", "2",          "c0000005", "a1b2", "",        "",     "\nC:\\a.tmp.dmp\nC:\\b.xml",
+                    "C:\\Rep", "",    r.rechecking, r.id,       "4",    "hash"});
 }
 
 struct Restart {  // Logged after the machine has fallen.
@@ -73,10 +73,10 @@ struct Boot {
   std::string build = "19045";
 };
 inline std::string line(const Boot& b) {
-  return eventLine("Microsoft-Windows-Kernel-General", 12, utc(b.at),
-                   {"MajorVersion=10", "MinorVersion=0", "BuildVersion=" + b.build, "QfeVersion=1",
-                    "StartTime=" + utc(b.at)},
-                   "System");
+  return eventLine(
+      "Microsoft-Windows-Kernel-General", 12, utc(b.at),
+      {"MajorVersion=10", "MinorVersion=0", "BuildVersion=" + b.build, "QfeVersion=1", "StartTime=" + utc(b.at)},
+      "System");
 }
 
 struct Dump {  // A blue screen, logged at the next start.
