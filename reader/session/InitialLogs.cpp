@@ -21,7 +21,8 @@ SessionIndex indexOf(const std::vector<GrowingSession>& sessions, std::string Se
   return index;
 }
 
-// The initial log is begun with the program, a moment after the watchdog log.
+// The initial log is begun with the program, a moment after the watchdog log; what is left of that after a sleep begins
+// later, but under the same start of Windows.
 std::optional<std::size_t> writerOf(const std::vector<GrowingSession>& sessions, const SessionIndex& byProcess,
                                     const Session& initial, const SessionExtent& extent) {
   constexpr std::chrono::minutes moment{2};
@@ -34,9 +35,8 @@ std::optional<std::size_t> writerOf(const std::vector<GrowingSession>& sessions,
     for (const std::size_t i : byProcess.near(joinedKey({initial.processId, folder}), extent.begin)) {
       const SessionExtent& own = sessions[i].extent();
       const Ticks distance = own.begin && extent.begin ? std::chrono::abs(*own.begin - *extent.begin) : Ticks{};
-      const Tie tie = tieOfRun(own, extent);
-      const bool fits = tie == Tie::Proven || (tie == Tie::Possible && (folder != anyFolder || distance <= moment));
-      if (fits && distance < least) {
+      const bool fits = distance <= moment || sameStart(own, extent).value_or(folder != anyFolder);
+      if (fits && distance < least && tieOfRun(own, extent) != Tie::Impossible) {
         nearest = i;
         least = distance;
       }

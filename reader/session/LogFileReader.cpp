@@ -219,20 +219,22 @@ void LogFileReader::takeEvent(std::string_view text) {
   lastContinues_ = false;
   if (parsed || keep_ != Keep::Judgement) {  // A judgement does not ask how many others there are.
     const std::size_t hash = std::hash<std::string_view>{}(text);
-    if (seen_.contains(hash) || session.counted.contains(hash)) {
+    const bool isNew =
+        parsed ? seen_.insert(hash).second : session.counted.emplace(hash, severityOfLevel(head->level)).second;
+    if (!isNew) {
       ++session.eventCopies;
-    } else if (!parsed) {
-      session.counted.emplace(hash, severityOfLevel(head->level));
-    } else if (auto event = readEvent(text)) {
-      seen_.insert(hash);
+    } else if (parsed) {
+      auto event = readEvent(text);
+      if (!event) {
+        seen_.erase(hash);
+        addDamaged("Unreadable event: ", text);
+        copies_.takeLoss(part().session.copies);
+        return;
+      }
       if (!head) {
         copies_.takeEvent(event->channel(), event->recordId, event->time, session.copies);
       }
       addEvent(std::move(*event));
-    } else {
-      addDamaged("Unreadable event: ", text);
-      copies_.takeLoss(part().session.copies);
-      return;
     }
   }
   if (head) {

@@ -75,13 +75,18 @@ SessionExtent extentOf(const Session& session) {
   return extent;
 }
 
+std::optional<bool> sameStart(const SessionExtent& a, const SessionExtent& b) {
+  const auto distance = bootDistance(a, b);
+  return distance ? std::optional(*distance == Ticks{}) : std::nullopt;
+}
+
 Tie tieOfRun(const SessionExtent& a, const SessionExtent& b) {
   constexpr std::chrono::days longestPause{1};
   if (const auto same = sameComputer(a, b)) {
     return *same ? Tie::Proven : Tie::Impossible;
   }
-  if (const auto distance = bootDistance(a, b)) {
-    return *distance == Ticks{} ? Tie::Proven : Tie::Impossible;
+  if (const auto same = sameStart(a, b)) {
+    return *same ? Tie::Proven : Tie::Impossible;
   }
   const bool apart = a.begin && b.begin && (*a.begin > *b.end + longestPause || *b.begin > *a.end + longestPause);
   return apart ? Tie::Impossible : Tie::Possible;

@@ -29,6 +29,9 @@ enum class Tie : std::uint8_t {
   Proven,    // The same computer, or the same start of Windows.
 };
 
+/// Whether Windows had been started at the same time, within seconds; nothing when that is not known of both.
+std::optional<bool> sameStart(const SessionExtent& a, const SessionExtent& b);
+
 /// Whether both can be of one run of the program, whose ids are the same.
 Tie tieOfRun(const SessionExtent& a, const SessionExtent& b);
 
