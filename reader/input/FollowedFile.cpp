@@ -65,10 +65,13 @@ void FollowedFile::poll(const Handlers& handlers, const std::atomic<bool>& stop)
 }
 
 FollowedFile::State FollowedFile::stateOf(std::istream& in) const {
+  const bool opened = in.good();
   const std::string head = readBytes(in, head_.size());
+  const bool readable = opened && !in.bad();
+  in.clear();  // Of a shorter file the end was met.
   in.seekg(0, std::ios::end);
   const auto end = in.tellg();
-  if (in.bad() || end < 0) {
+  if (!readable || end < 0) {
     return State::Unreadable;
   }
   return head == head_ && static_cast<std::uint64_t>(end) >= offset_ ? State::Same : State::Another;

@@ -35,7 +35,7 @@ std::optional<std::size_t> writerOf(const std::vector<GrowingSession>& sessions,
     for (const std::size_t i : byProcess.near(joinedKey({initial.processId, folder}), extent.begin)) {
       const SessionExtent& own = sessions[i].extent();
       const Ticks distance = own.begin && extent.begin ? std::chrono::abs(*own.begin - *extent.begin) : Ticks{};
-      const bool fits = distance <= moment || sameStart(own, extent).value_or(folder != anyFolder);
+      const bool fits = sameStart(own, extent).value_or(folder != anyFolder || distance <= moment);
       if (fits && distance < least && tieOfRun(own, extent) != Tie::Impossible) {
         nearest = i;
         least = distance;
