@@ -1,8 +1,8 @@
+#include <windows.h>
+
 #include <chrono>
 #include <thread>
 #include <utility>
-
-#include <windows.h>
 
 #include "reader/input/ByteSource.h"
 
@@ -28,10 +28,10 @@ ByteSource::~ByteSource() = default;
 
 ByteSource ByteSource::file(const std::filesystem::path& path) {
   constexpr DWORD shareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
-  return ByteSource(std::make_unique<Opened>(
-      CreateFileW(path.c_str(), GENERIC_READ, shareAll, /*lpSecurityAttributes=*/nullptr, OPEN_EXISTING,
-                  FILE_ATTRIBUTE_NORMAL, /*hTemplateFile=*/nullptr),
-      /*owned=*/true));
+  return ByteSource(
+      std::make_unique<Opened>(CreateFileW(path.c_str(), GENERIC_READ, shareAll, /*lpSecurityAttributes=*/nullptr,
+                                           OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, /*hTemplateFile=*/nullptr),
+                               /*owned=*/true));
 }
 
 ByteSource ByteSource::standardInput() {

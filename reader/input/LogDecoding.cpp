@@ -102,7 +102,8 @@ bool beginsEntry(std::string_view text) {
 
 // The lines that are plain in an encoded log, too, and so tell nothing about their neighbours.
 bool namesSessionOrProcess(std::string_view line) {
-  return line.find(grammar::sessionId) != std::string_view::npos || line.find(grammar::processId) != std::string_view::npos;
+  return line.find(grammar::sessionId) != std::string_view::npos ||
+         line.find(grammar::processId) != std::string_view::npos;
 }
 
 bool decodesToBeginning(std::string_view line) {

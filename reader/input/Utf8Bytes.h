@@ -25,7 +25,7 @@ class Utf8Bytes {
   void append(std::uint32_t code);
 
   Form form_ = Form::Open;
-  std::string held_;           // The bytes of a mark or a character that is not whole.
+  std::string held_;            // The bytes of a mark or a character that is not whole.
   std::uint16_t highHalf_ = 0;  // Of a surrogate pair.
   std::string text_;
 };

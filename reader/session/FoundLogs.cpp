@@ -22,8 +22,8 @@ enum class Name : std::uint8_t { Log, Perhaps, Other };
 
 Name nameOf(const std::filesystem::path& path) {
   const std::string extension = textFromPath(path.extension());
-  const bool number = extension.size() > 1 && std::all_of(extension.begin() + 1, extension.end(),
-                                                          [](char c) { return c >= '0' && c <= '9'; });
+  const bool number = extension.size() > 1 &&
+                      std::all_of(extension.begin() + 1, extension.end(), [](char c) { return c >= '0' && c <= '9'; });
   return equalIgnoringCase(extension, ".log") ? Name::Log
          : equalIgnoringCase(extension, ".txt") ||
                  (number && equalIgnoringCase(textFromPath(path.stem().extension()), ".log"))
@@ -39,7 +39,8 @@ bool beginsAsLog(const std::filesystem::path& path) {
   Utf8Bytes text;
   ByteSource source = ByteSource::file(path);
   const std::atomic<bool> stop = false;
-  reader.feed(text.take({bytes.data(), source.isOpen() ? source.read(bytes.data(), bytes.size(), stop).value_or(0) : 0}));
+  reader.feed(
+      text.take({bytes.data(), source.isOpen() ? source.read(bytes.data(), bytes.size(), stop).value_or(0) : 0}));
   return reader.isKnown();
 }
 

@@ -22,7 +22,8 @@ std::uint64_t lineHash(const Session& session, const LogEntry& entry) {
     const MetricSample& record = session.recordOf(entry);
     hash += static_cast<std::uint64_t>(record.processId) * 31 + static_cast<std::uint64_t>(record.freeDisk);
   }
-  return hash * 0x9E3779B97F4A7C15U ^ static_cast<std::uint64_t>(entry.time ? entry.time->time_since_epoch().count() : 0);
+  return hash * 0x9E3779B97F4A7C15U ^
+         static_cast<std::uint64_t>(entry.time ? entry.time->time_since_epoch().count() : 0);
 }
 
 }  // namespace
@@ -75,13 +76,12 @@ bool GrowingSession::isKnown(const Session& part, const LogEntry& entry, std::si
 
 bool GrowingSession::holdsLineOf(const Session& part, std::size_t origin) {
   indexLines();
-  return std::any_of(part.entries.begin(), part.entries.end(), [&](const LogEntry& entry) {
-    return !entry.event && entry.time && isKnown(part, entry, origin);
-  });
+  return std::any_of(part.entries.begin(), part.entries.end(),
+                     [&](const LogEntry& entry) { return !entry.event && entry.time && isKnown(part, entry, origin); });
 }
 
 void GrowingSession::add(Session part, std::size_t origin, const std::string& name) {
-  for (std::string Session::*const text :
+  for (std::string Session::* const text :
        {&Session::id, &Session::processId, &Session::abnormalSessionId, &Session::folder, &Session::computer,
         &Session::timeZone, &Session::bootText}) {
     if ((session_.*text).empty()) {
@@ -119,6 +119,7 @@ void GrowingSession::add(Session part, std::size_t origin, const std::string& na
   session_.counted.merge(part.counted);
   session_.eventCopies += repeated ? 0 : part.eventCopies + part.counted.size();  // What is in both stays behind.
   std::move(part.copies.begin(), part.copies.end(), std::back_inserter(session_.copies));
+  std::move(part.laterBoots.begin(), part.laterBoots.end(), std::back_inserter(session_.laterBoots));
   std::move(part.repeated.begin(), part.repeated.end(), std::back_inserter(session_.repeated));
   if (repeated && !name.empty() &&
       std::find(session_.repeated.begin(), session_.repeated.end(), name) == session_.repeated.end()) {

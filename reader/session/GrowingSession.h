@@ -48,8 +48,8 @@ class GrowingSession {
 
   Session session_;
   SessionExtent extent_;
-  std::array<std::optional<std::size_t>, 4> originOf_;  // By role; the first one.
-  std::optional<Lines> lines_;                          // Made when a second origin has a log of the same role.
+  std::array<std::optional<std::size_t>, 4> originOf_;     // By role; the first one.
+  std::optional<Lines> lines_;                             // Made when a second origin has a log of the same role.
   std::optional<std::unordered_set<std::size_t>> events_;  // Hashes of their keys; made when a second part has events.
   std::optional<Instant> exit_;
 };

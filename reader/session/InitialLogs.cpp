@@ -10,7 +10,7 @@ namespace {
 
 constexpr std::string_view anyFolder = "*";
 
-SessionIndex indexOf(const std::vector<GrowingSession>& sessions, std::string Session::*key) {
+SessionIndex indexOf(const std::vector<GrowingSession>& sessions, std::string Session::* key) {
   SessionIndex index;
   for (std::size_t i = 0; i < sessions.size(); ++i) {
     const Session& session = sessions[i].session();
@@ -103,6 +103,10 @@ void tellSessions(std::vector<GrowingSession>& sessions, std::vector<Session>& t
     const std::optional<std::size_t> subject = subjectOf(sessions, byId, part);
     if (subject) {
       // What its header says is true of the session that wrote it.
+      const std::optional<Instant> begin = sessions[*subject].extent().begin;
+      if (part.booted && begin && *part.booted > *begin) {
+        part.laterBoots.push_back(*part.booted);
+      }
       part.bootText.clear();
       part.booted.reset();
       part.timeZone.clear();

@@ -9,7 +9,8 @@
 
 namespace sentiq {
 
-/// @param initials whose session id is that of the session that they are about, and whose process id that of the writer.
+/// @param initials whose session id is that of the session that they are about, and whose process id that of the
+/// writer.
 /// @param told gets what they tell, under that id.
 void addInitialLogs(std::vector<GrowingSession>& sessions, std::vector<SessionAssembly::Part> initials,
                     std::vector<Session>& told);

@@ -1,5 +1,5 @@
-// Of the records in a row, those that a judgement needs: the first one, that with the lowest figure of each kind, and the
-// last one. They are kept as text, and only they are parsed when something else follows.
+// Of the records in a row, those that a judgement needs: the first one, that with the lowest figure of each kind, and
+// the last one. They are kept as text, and only they are parsed when something else follows.
 #pragma once
 
 #include <array>

@@ -23,8 +23,8 @@ constexpr std::chrono::seconds copySlack{60};
 struct Life {
   std::size_t session = 0;
   std::optional<Instant> begin;
-  std::vector<Instant> records;  // In order.
-  std::vector<Instant> power;    // Titles of copies at sleep, resume and display changes: Canvix lives.
+  std::vector<Instant> records;            // In order.
+  std::vector<Instant> power;              // Titles of copies at sleep, resume and display changes: Canvix lives.
   std::vector<std::size_t> statusExits;    // Entries of the session log.
   std::vector<std::size_t> watchdogExits;  // Of the watchdog log.
   std::vector<std::size_t> tails;          // Lines with which a companion ends.
@@ -94,7 +94,7 @@ class Owners {
   void giveWatchdogExits(std::size_t index);
   void giveCopies(std::size_t index);
   void giveTails(std::size_t index);
-  Life* openOne(const Others& others, Instant time, std::optional<Instant> Life::*exit) const;
+  Life* openOne(const Others& others, Instant time, std::optional<Instant> Life::* exit) const;
   void move(const Life& from, std::size_t entry, const Life* to);
   std::size_t nameless();
   void apply();
@@ -142,7 +142,7 @@ Owners::Others Owners::othersAt(std::size_t index, Instant time) {
 
 // Of those whose exit is not known, and that do not go on, the one with the freshest sign; of those without records the
 // first, which began last.
-Life* Owners::openOne(const Others& others, Instant time, std::optional<Instant> Life::*exit) const {
+Life* Owners::openOne(const Others& others, Instant time, std::optional<Instant> Life::* exit) const {
   Life* best = nullptr;
   for (Life* const life : others) {
     const bool open = !(life->*exit) && life->begin && *life->begin < time && !livesAfter(*life, time);

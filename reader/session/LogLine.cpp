@@ -85,10 +85,10 @@ void readMessage(LogLine& line) {
   }
   if (line.tagged) {
     const LineSays header = readHeader(line.text, line.value);
-    line.says = header != LineSays::Rest              ? header
-                : line.text.empty()                   ? LineSays::LostEvent
+    line.says = header != LineSays::Rest             ? header
+                : line.text.empty()                  ? LineSays::LostEvent
                 : line.text == grammar::initialBegun ? LineSays::InitialBegun
-                                                      : LineSays::Message;
+                                                     : LineSays::Message;
   }
   const auto* const row = std::find_if(std::begin(messageRows), std::end(messageRows),
                                        [&](const MessageRow& r) { return line.text.starts_with(r.begin); });

@@ -11,8 +11,8 @@
 #include "reader/session/InitialLogs.h"
 #include "reader/session/LineOwners.h"
 #include "reader/session/LogFileReader.h"
+#include "reader/session/Neighbours.h"
 #include "reader/session/SessionAssembly.h"
-#include "reader/session/SharedEvents.h"
 
 namespace sentiq {
 namespace {
@@ -112,7 +112,7 @@ LogSet Reading::finish() {
   std::vector<GrowingSession> all = growing(std::move(sessions));
   addInitialLogs(all, std::move(initials_), set_.told);
   set_.sessions = takeOut(std::move(all));
-  shareEvents(set_.sessions);
+  tellNeighbours(set_.sessions);
   sortByBegin(set_.sessions);
   set_.stopped = stop_;
   return std::move(set_);

@@ -58,9 +58,9 @@ std::optional<MetricSample> parseMetric(std::string_view text) {
   const auto adapters = object.find(key::adapters);
   for (const json& adapter : adapters != object.end() ? *adapters : json::array()) {
     if (adapter.is_object()) {
-      record.adapters.push_back(
-          cleanText(textOf(adapter, key::adapterName)) + " (" +
-          std::to_string(numberOf<std::int64_t>(adapter, key::adapterMemory).value_or(0)) + " MiB)");
+      record.adapters.push_back(cleanText(textOf(adapter, key::adapterName)) + " (" +
+                                std::to_string(numberOf<std::int64_t>(adapter, key::adapterMemory).value_or(0)) +
+                                " MiB)");
     }
   }
   return record;

@@ -3,36 +3,103 @@
 #include <algorithm>
 #include <chrono>
 #include <cstddef>
+#include <iterator>
 #include <map>
+#include <optional>
 #include <string>
 #include <unordered_set>
 #include <utility>
 
 #include "reader/events/EventFacts.h"
+#include "reader/input/CleanText.h"
+#include "reader/session/GrowingSession.h"
 
 namespace sentiq {
 namespace {
 
-// So many sessions run at once on a machine, at most, as far as anybody has seen.
+// However many sessions of a folder overlap, these are enough: those that began last before something.
 constexpr std::size_t mostLookedAt = 4;
 
-std::string computerOf(const Session& session) {
-  const auto named = std::find_if(session.events.begin(), session.events.end(),
-                                  [](const EventRecord& event) { return !event.computer().empty(); });
-  return named != session.events.end() ? std::string(named->computer()) : std::string{};
-}
-
-// What one session has to give: its own entries and copies, not what it has been given.
-struct Known {
-  SessionSpan span;
-  std::size_t entries;
-  std::size_t copies;
+// When something can concern a session.
+struct Reach {
+  std::size_t session = 0;
+  Instant begin;
+  LogTime end;                            // Of its own lines.
+  Instant until;                          // What is logged later tells of the next one.
+  std::unordered_set<std::string> known;  // Its events, once there is something to add.
 };
 
-EarlierSession earlierSession(const Session& session, const SessionSpan& span) {
-  EarlierSession earlier{{*span.end, span.offset}, {}, {}};
-  if (!session.metrics.empty()) {
-    earlier.adapters = session.metrics.back().adapters;
+bool isSameMachine(const Session& a, const Session& b) {
+  return a.computer.empty() || b.computer.empty() || equalIgnoringCase(a.computer, b.computer);
+}
+
+// In the order in which they began.
+std::vector<Reach> reachesOf(const std::vector<Session>& sessions, const std::vector<std::size_t>& ofFolder) {
+  constexpr std::chrono::minutes late{10};  // Error reports come some time after the failure.
+  std::vector<Reach> reaches;
+  for (const std::size_t i : ofFolder) {
+    const SessionSpan span = sessionSpan(sessions[i]);
+    if (span.begin) {
+      reaches.push_back({i, *span.begin, {*span.end, span.offset}, Instant::max(), {}});
+    }
+  }
+  std::stable_sort(reaches.begin(), reaches.end(), [](const Reach& a, const Reach& b) { return a.begin < b.begin; });
+  for (std::size_t i = 0; i + 1 < reaches.size(); ++i) {
+    reaches[i].until = std::max(reaches[i].end.instant, reaches[i + 1].begin) + late;
+  }
+  return reaches;
+}
+
+struct Loan {
+  std::size_t from;
+  std::size_t entry;
+  std::size_t to;  // Index of a reach.
+};
+
+std::vector<Loan> loansOf(const std::vector<Session>& sessions, const std::vector<std::size_t>& givers,
+                          const std::vector<Reach>& reaches) {
+  std::vector<Loan> loans;
+  for (const std::size_t giver : givers) {
+    const std::vector<LogEntry>& entries = sessions[giver].entries;
+    for (std::size_t i = 0; i < entries.size(); ++i) {
+      const LogEntry& entry = entries[i];
+      if (!entry.event || !entry.time || entry.meaning == Meaning::Other) {
+        continue;
+      }
+      auto reach = std::upper_bound(reaches.begin(), reaches.end(), *entry.time,
+                                    [](Instant time, const Reach& r) { return time < r.begin; });
+      for (std::size_t looked = 0; looked < mostLookedAt && reach != reaches.begin(); ++looked) {
+        --reach;
+        if (reach->session != giver && *entry.time <= reach->until &&
+            isSameMachine(sessions[giver], sessions[reach->session])) {
+          loans.push_back({giver, i, static_cast<std::size_t>(reach - reaches.begin())});
+        }
+      }
+    }
+  }
+  return loans;
+}
+
+void lend(const EventRecord& event, LogEntry entry, Session& to, Reach& reach) {
+  if (reach.known.empty()) {
+    for (const EventRecord& own : to.events) {
+      reach.known.insert(own.key());
+    }
+  }
+  if (reach.known.insert(event.key()).second) {
+    entry.borrowed = true;
+    entry.event = static_cast<std::uint32_t>(to.events.size());
+    to.events.push_back(event);
+    to.entries.push_back(std::move(entry));
+  }
+}
+
+EarlierSession earlierSession(const Session& session, const LogTime& end) {
+  EarlierSession earlier{end, {}, {}};
+  const auto last = std::find_if(session.entries.rbegin(), session.entries.rend(),
+                                 [](const LogEntry& entry) { return entry.metric.has_value(); });
+  if (last != session.entries.rend()) {
+    earlier.adapters = session.recordOf(*last).adapters;
   }
   for (const EventRecord& event : session.events) {
     if (isFailure(event.meaning)) {
@@ -42,84 +109,56 @@ EarlierSession earlierSession(const Session& session, const SessionSpan& span) {
   return earlier;
 }
 
-void lend(const Session& from, const Known& known, Session& to, const SessionSpan& span) {
-  constexpr std::chrono::minutes late{5};
-  std::unordered_set<std::string> keys;
-  for (const EventRecord& event : to.events) {
-    keys.insert(event.key());
-  }
-  for (std::size_t i = 0; i < known.entries; ++i) {
-    const LogEntry& entry = from.entries[i];
-    if (!entry.event || entry.borrowed || entry.meaning == Meaning::Other || !entry.time || *entry.time < *span.begin ||
-        *entry.time > *known.span.end + late || !keys.insert(from.eventOf(entry).key()).second) {
-      continue;
-    }
-    LogEntry& copy = to.entries.emplace_back(entry);
-    copy.borrowed = true;
-    copy.event = static_cast<std::uint32_t>(to.events.size());
-    to.events.push_back(from.eventOf(entry));
-  }
-  to.copies.insert(to.copies.end(), from.copies.begin(),
-                   from.copies.begin() + static_cast<std::ptrdiff_t>(known.copies));
-  if (from.booted && *from.booted > *span.begin) {
-    to.laterBoots.push_back(*from.booted);
+void tellOfNext(Session& session, const Reach& reach, const Session& next) {
+  std::copy_if(next.copies.begin(), next.copies.end(), std::back_inserter(session.copies),
+               [&](const ChannelCopy& copy) { return copy.oldest && *copy.oldest <= reach.end.instant; });
+  if (next.booted && *next.booted > reach.begin) {
+    session.laterBoots.push_back(*next.booted);
   }
 }
 
-void putInOrder(Session& session) {
-  std::stable_sort(session.entries.begin(), session.entries.end(), [](const LogEntry& a, const LogEntry& b) {
-    return a.time.value_or(Instant{}) < b.time.value_or(Instant{});
-  });
-  std::stable_sort(session.copies.begin(), session.copies.end(),
-                   [](const ChannelCopy& a, const ChannelCopy& b) { return a.made < b.made; });
-}
-
-// @param machine the sessions of one, the oldest first.
-void tellOneMachine(const std::vector<Session*>& machine) {
-  std::vector<Known> known;
-  for (const Session* const session : machine) {
-    known.push_back({sessionSpan(*session), session->entries.size(), session->copies.size()});
-  }
-  for (std::size_t i = 0; i < machine.size(); ++i) {
-    bool nextSeen = false;
-    const std::size_t end = std::min(machine.size(), i + mostLookedAt + 1);
-    for (std::size_t j = i - std::min(i, mostLookedAt); j < end; ++j) {
-      const bool before = *known[j].span.end < *known[i].span.begin;
-      const bool after = *known[j].span.begin > *known[i].span.end;
-      if (before) {
-        machine[i]->earlier = earlierSession(*machine[j], known[j].span);
-      } else if (j != i && !(after && nextSeen)) {
-        lend(*machine[j], known[j], *machine[i], known[i].span);
-        nextSeen = nextSeen || after;
-      }
+// The last one that had ended by then, of those that began last.
+void tellOfEarlier(std::vector<Session>& sessions, const std::vector<Reach>& reaches, std::size_t index) {
+  Session& session = sessions[reaches[index].session];
+  for (std::size_t i = index; i > 0 && i + mostLookedAt > index && !session.earlier; --i) {
+    const Reach& reach = reaches[i - 1];
+    const Session& before = sessions[reach.session];
+    if (reach.end.instant < reaches[index].begin && isSameMachine(before, session)) {
+      session.earlier = earlierSession(before, reach.end);
     }
   }
-  for (Session* const session : machine) {
-    putInOrder(*session);
+}
+
+void tellOneFolder(std::vector<Session>& sessions, const std::vector<std::size_t>& ofFolder) {
+  std::vector<Reach> reaches = reachesOf(sessions, ofFolder);
+  const std::vector<Loan> loans = loansOf(sessions, ofFolder, reaches);
+  for (std::size_t i = 0; i < reaches.size(); ++i) {  // In this order nothing is lent further.
+    Session& session = sessions[reaches[i].session];
+    tellOfEarlier(sessions, reaches, i);
+    if (i + 1 < reaches.size() && isSameMachine(session, sessions[reaches[i + 1].session])) {
+      tellOfNext(session, reaches[i], sessions[reaches[i + 1].session]);
+    }
+  }
+  for (const Loan& loan : loans) {  // Entries are only added, behind those that are meant.
+    const Session& from = sessions[loan.from];
+    const LogEntry& entry = from.entries[loan.entry];
+    lend(from.eventOf(entry), entry, sessions[reaches[loan.to].session], reaches[loan.to]);
+  }
+  for (const Reach& reach : reaches) {
+    sortSession(sessions[reach.session]);
   }
 }
 
 }  // namespace
 
 void tellNeighbours(std::vector<Session>& sessions) {
-  std::map<std::string, std::string> computers;  // One of each folder, for sessions whose events name none.
-  std::vector<std::string> named;
-  for (const Session& session : sessions) {
-    named.push_back(computerOf(session));
-    if (!named.back().empty()) {
-      computers.emplace(session.folder, named.back());
-    }
-  }
-  std::map<std::pair<std::string, std::string>, std::vector<Session*>> machines;
+  std::map<std::string, std::vector<std::size_t>> folders;
   for (std::size_t i = 0; i < sessions.size(); ++i) {
-    if (sessionSpan(sessions[i]).begin) {
-      const std::string& folder = sessions[i].folder;
-      machines[{folder, named[i].empty() ? computers[folder] : named[i]}].push_back(&sessions[i]);
-    }
+    folders[sessions[i].folder].push_back(i);
   }
-  for (const auto& [name, machine] : machines) {
-    if (machine.size() > 1) {
-      tellOneMachine(machine);
+  for (const auto& [folder, ofFolder] : folders) {
+    if (ofFolder.size() > 1) {
+      tellOneFolder(sessions, ofFolder);
     }
   }
 }

@@ -7,10 +7,9 @@
 
 namespace sentiq {
 
-/// Adds to each session what those beside it and the next one after it know of its end (entries marked as borrowed,
-/// copies, starts of Windows), and what the one before it was like. Sessions are of one machine when their logs lie in
-/// one folder and their events do not name different computers.
-/// @param sessions the oldest first.
+/// Adds to each session what the other ones in its folder know of it: events with a meaning from its begin until the
+/// next one has begun (entries marked as borrowed), the next one's copies that reach back to its end, later starts of
+/// Windows; and what the one before it was like. Those whose events name different computers are of different machines.
 void tellNeighbours(std::vector<Session>& sessions);
 
 }  // namespace sentiq

@@ -43,7 +43,7 @@ struct ChannelCopy {
   std::uint64_t firstRecord = 0;  // Record numbers, both within it; 0 when unknown.
   std::uint64_t lastRecord = 0;
   std::size_t events = 0;
-  bool gaps = false;  // Events in it could not be rendered, or are damaged.
+  bool gaps = false;       // Events in it could not be rendered, or are damaged.
   bool afterExit = false;  // One of the two that follow Canvix's exit; the others go with sleep and the display.
 };
 
@@ -61,8 +61,8 @@ struct Session {
   std::string folder;             // In which its logs lie; not clean.
   std::string computer;           // As its events name it; empty without any.
   std::string timeZone;
-  std::string bootText;           // As the header says it.
-  std::optional<Instant> booted;  // The same as a time; exact to a second or two.
+  std::string bootText;             // As the header says it.
+  std::optional<Instant> booted;    // The same as a time; exact to a second or two.
   std::vector<Instant> laterBoots;  // Starts of Windows after it, as the headers of other sessions' logs tell.
   // In time order, and in the order of the files where times are equal. Those of an initial log are of the session that
   // wrote it (before its begin) and of the one that it is about (after its end).

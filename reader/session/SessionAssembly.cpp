@@ -24,8 +24,7 @@ std::optional<std::size_t> SessionAssembly::add(Part part) {
   return join(found, std::move(part));
 }
 
-std::optional<std::size_t> SessionAssembly::find(const Session& part, const SessionExtent& extent,
-                                                 std::size_t origin) {
+std::optional<std::size_t> SessionAssembly::find(const Session& part, const SessionExtent& extent, std::size_t origin) {
   const std::string_view process = part.processId.empty() ? anyProcess : part.processId;
   for (const std::string_view folder : {std::string_view(part.folder), anyFolder}) {
     for (const std::string_view processId : {process, std::string_view()}) {
@@ -95,8 +94,8 @@ std::optional<std::size_t> SessionAssembly::findByProcess(const Part& part, cons
 // Those without a process id, which have times only, come last: then the others have told when each session was.
 void SessionAssembly::placeNameless() {
   constexpr std::chrono::minutes afterEnd{5};
-  const auto withoutProcess = std::stable_partition(
-      waiting_.begin(), waiting_.end(), [](const Part& part) { return !part.session.processId.empty(); });
+  const auto withoutProcess = std::stable_partition(waiting_.begin(), waiting_.end(),
+                                                    [](const Part& part) { return !part.session.processId.empty(); });
   std::map<std::string, std::size_t> nameless;  // By folder and process.
   const auto joinNameless = [&](Part& part) {
     const std::string key = joinedKey({part.session.folder, part.session.processId});

@@ -19,8 +19,8 @@ class SessionAssembly {
   /// A part of a session's own logs.
   struct Part {
     Session session;
-    std::size_t origin = 0;  // Its file, or set of logs.
-    std::string name;        // Of that.
+    std::size_t origin = 0;              // Its file, or set of logs.
+    std::string name;                    // Of that.
     std::optional<std::size_t> above{};  // The session under whose header it stands, of a part without a session id.
   };
 

@@ -1,9 +1,10 @@
-// Sessions by a key, and of those with one key the ones that began near a time: however many bear it, few are looked at.
+// Sessions by a key, and of those with one key the ones that began near a time: however many bear it, few are looked
+// at.
 #pragma once
 
 #include <cstddef>
-#include <iterator>
 #include <initializer_list>
+#include <iterator>
 #include <map>
 #include <optional>
 #include <string>

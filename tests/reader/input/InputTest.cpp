@@ -23,20 +23,26 @@ static std::string inUtf8(const std::string& bytes, std::size_t blockSize) {
 }
 
 TEST(Utf8Bytes, ComeFromEveryFormWhereverBlocksEnd) {
-  const std::string little("\xFF\xFE" "a\0\xFC\0\xE5\x65\x3D\xD8\x3C\xDC\r\0\n\0", 16);
+  const std::string little(
+      "\xFF\xFE"
+      "a\0\xFC\0\xE5\x65\x3D\xD8\x3C\xDC\r\0\n\0",
+      16);
   std::string big = little;
   for (std::size_t i = 0; i < big.size(); i += 2) {
     std::swap(big[i], big[i + 1]);
   }
   const std::string text = "aü日\U0001F43C\r\n";
-  const std::pair<std::string, std::string> cases[]{
-      {little, text},
-      {big, text},
-      {"\xEF\xBB\xBF" + text, text},
-      {text, text},
-      {"\xEF\xBB", "\xEF\xBB"},
-      {std::string("\xFF\xFE\x3D\xD8" "a\0\x3C\xDC" "b", 9), "\uFFFDa\uFFFD\uFFFD"},  // Halves of pairs, of a unit.
-      {"", ""}};
+  const std::pair<std::string, std::string> cases[]{{little, text},
+                                                    {big, text},
+                                                    {"\xEF\xBB\xBF" + text, text},
+                                                    {text, text},
+                                                    {"\xEF\xBB", "\xEF\xBB"},
+                                                    {std::string("\xFF\xFE\x3D\xD8"
+                                                                 "a\0\x3C\xDC"
+                                                                 "b",
+                                                                 9),
+                                                     "\uFFFDa\uFFFD\uFFFD"},  // Halves of pairs, of a unit.
+                                                    {"", ""}};
   for (const auto& [bytes, expected] : cases) {
     for (std::size_t blockSize = 1; blockSize <= bytes.size() + 1; ++blockSize) {
       EXPECT_EQ(inUtf8(bytes, blockSize), expected) << blockSize;

@@ -19,7 +19,8 @@ TEST(Companions, AnExitIsOfTheSessionWhoseRecordsEndThere) {
 }
 
 TEST(Companions, TheWatchdogsExitAndBothItsCopiesGoWithIt) {
-  const std::string log = watchHead("12:00:00", "a", "100") + watchHead("13:00:03", "b", "200") + lateExit + secondCopies;
+  const std::string log =
+      watchHead("12:00:00", "a", "100") + watchHead("13:00:03", "b", "200") + lateExit + secondCopies;
   const LogSet logs = readTexts({lingering, log});
   EXPECT_THAT(inShort(logs.sessions),
               ElementsAre(oldOnesRecords + " 13:00:05; copies 13:00:05 13:02:05; crashes 13:00:01",
@@ -34,9 +35,9 @@ TEST(Companions, ASleepOfTheNewOneLeavesOnlyTheSecondCopies) {
 }
 
 TEST(Companions, AnExitThatIsKnownFromAboveTheNewHeaderExplainsTheSecondCopies) {
-  const std::string log = watchHead("12:00:00", "a", "100") + watch("13:00:05", "App has exited") +
-                          copies("13:00:05") + watchHead("13:00:20", "b", "200") + secondCopies +
-                          watch("14:00:00", "App has exited") + copies("14:00:00") + copies("14:02:00");
+  const std::string log = watchHead("12:00:00", "a", "100") + watch("13:00:05", "App has exited") + copies("13:00:05") +
+                          watchHead("13:00:20", "b", "200") + secondCopies + watch("14:00:00", "App has exited") +
+                          copies("14:00:00") + copies("14:02:00");
   EXPECT_THAT(sessionsIn({log}), ElementsAre("a 100; exits 13:00:05; copies 13:00:05 13:02:05",
                                              "b 200; exits 14:00:00; copies 14:00:00 14:02:00"));
 }
@@ -70,9 +71,9 @@ TEST(Companions, AnExitOfNobodyThatIsKnownEndsNoSession) {
   EXPECT_THAT(sessionsIn({header("b", "200") + record("13:00:03", "200") + exitStatus("13:00:05") +
                           record("13:00:13", "200") + record("13:00:23", "200")}),
               ElementsAre(newOnesRecords, " ; exits 13:00:05"));
-  EXPECT_THAT(sessionsIn({header("b", "200") + record("13:00:03", "200") + exitStatus("13:00:05") +
-                          record("13:00:06", "200")}),
-              ElementsAre("b 200; records 13:00:03 13:00:06; exits 13:00:05"))
+  EXPECT_THAT(
+      sessionsIn({header("b", "200") + record("13:00:03", "200") + exitStatus("13:00:05") + record("13:00:06", "200")}),
+      ElementsAre("b 200; records 13:00:03 13:00:06; exits 13:00:05"))
       << "the last sample was under way";
 }
 

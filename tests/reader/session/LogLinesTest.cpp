@@ -58,16 +58,17 @@ TEST(ChannelCopies, TellHowFarTheyReach) {
                      (copy.gaps ? " gaps" : "") + (copy.afterExit ? " after exit" : ""));
       EXPECT_EQ(copy.oldest.has_value(), copy.events > 0);
     }
-    EXPECT_THAT(seen, ElementsAre("App 2: 7 to 9", "Sys 1: 3 to 3", "App 2: 5 to 9 after exit", "Sys 0: 0 to 0 after exit",
-                                  "App 1: 9 to 9 gaps after exit", "Sys 0: 0 to 0 after exit"));
+    EXPECT_THAT(seen,
+                ElementsAre("App 2: 7 to 9", "Sys 1: 3 to 3", "App 2: 5 to 9 after exit", "Sys 0: 0 to 0 after exit",
+                            "App 1: 9 to 9 gaps after exit", "Sys 0: 0 to 0 after exit"));
   }
   EXPECT_TRUE(sessionOf(initialHead("13:00:00", "a", "1") + eventOf(1)).copies.empty());
   EXPECT_TRUE(sessionOf(copies("13:00:00", "\x01\n")).copies.front().gaps) << "a damaged line";
 }
 
 TEST(LogLines, EachEventIsThereOnceAndOthersAreCounted) {
-  const std::string log = watchHead("13:00:00", "a", "1") + eventOf(1) + crash("12:00:00") + eventOf(1) + eventOf(2) +
-                          crash("12:00:00");
+  const std::string log =
+      watchHead("13:00:00", "a", "1") + eventOf(1) + crash("12:00:00") + eventOf(1) + eventOf(2) + crash("12:00:00");
   const Session all = sessionOf(log);
   EXPECT_EQ(all.events.size(), 3);
   EXPECT_EQ(all.eventCopies, 2);
@@ -79,8 +80,8 @@ TEST(LogLines, EachEventIsThereOnceAndOthersAreCounted) {
 }
 
 TEST(LogLines, WithoutTimeBelongToWhatStandsBeforeThem) {
-  const Session session = sessionOf(header("a", "1") + record("13:00:00", "1") + watch("13:00:01", "two") + "lines\n\n" +
-                                    "three\n" + "[TIMESTAMP_ERROR] [SYSTEM] [INFO]: four\n");
+  const Session session = sessionOf(header("a", "1") + record("13:00:00", "1") + watch("13:00:01", "two") +
+                                    "lines\n\n" + "three\n" + "[TIMESTAMP_ERROR] [SYSTEM] [INFO]: four\n");
   const std::vector<LogEntry>& entries = session.entries;
   ASSERT_EQ(entries.size(), 6);
   EXPECT_EQ(entries[0].time, entries[2].time) << "a header has the time of what follows";
@@ -92,9 +93,10 @@ TEST(LogLines, WithoutTimeBelongToWhatStandsBeforeThem) {
 
 // In summer the header says local time with the offset of standard time; its line has the one in force.
 TEST(LogLines, TheStartOfWindowsIsThatOfTheClockInForce) {
-  const Session session = sessionOf("2025-07-01T13:00:00.000+0200 [SYSTEM] [INFO]: OrbelSessionID: a\n"
-                                    "2025-07-01T13:00:00.000+0200 [SYSTEM] [INFO]: LastBootTime: "
-                                    "2025-07-01T10:00:00.000+01:00\n");
+  const Session session = sessionOf(
+      "2025-07-01T13:00:00.000+0200 [SYSTEM] [INFO]: OrbelSessionID: a\n"
+      "2025-07-01T13:00:00.000+0200 [SYSTEM] [INFO]: LastBootTime: "
+      "2025-07-01T10:00:00.000+01:00\n");
   EXPECT_EQ(showTime(session.booted.value_or(Instant{}), {}), "2025-07-01 08:00:00.000");
 }
 
@@ -109,7 +111,8 @@ static std::string inUtf16(const std::string& ascii) {
 TEST(Files, WithoutALineOfOursAreNoLogs) {
   const std::string log = watch("13:00:00", "Starting Watchdog application");
   const SampleFolder folder;
-  const std::string foreign = "2025-01-31 13:00:00 [main] [INFO]: started\n{\"timestamp\":\"2025-01-31T13:00:00\"}\n[a]\n";
+  const std::string foreign =
+      "2025-01-31 13:00:00 [main] [INFO]: started\n{\"timestamp\":\"2025-01-31T13:00:00\"}\n[a]\n";
   const std::string names[]{folder.write("of-others.log", foreign),
                             folder.write("ours.log", "torn\xff\n" + log),
                             folder.write("ours.log.1", encodedLine(log)),

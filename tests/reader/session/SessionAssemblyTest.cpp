@@ -50,7 +50,8 @@ TEST(Sessions, OfOneNameOnTwoMachinesStayTwo) {
       << "a clock that is set moves the start of Windows";
   EXPECT_EQ(readAll({{"1/s.log", records}, {"2/w.log", log("08:00:00", "X")}}).sessions.size(), 1)
       << "two different logs of one session";
-  EXPECT_EQ(readAll({{"1/s.log", records}, {"2/s.log", header("a", "1") + record("13:00:05", "1")}}).sessions.size(), 2);
+  EXPECT_EQ(readAll({{"1/s.log", records}, {"2/s.log", header("a", "1") + record("13:00:05", "1")}}).sessions.size(),
+            2);
 }
 
 TEST(Sessions, ThatAreThereTwiceAreOneAndSaySo) {
@@ -118,8 +119,8 @@ TEST(InitialLogs, TellNothingOfAnotherMachine) {
 }
 
 TEST(Sessions, HearOfTheirEventsFromTheNextOnesCopies) {
-  const LogSet logs = readTexts({watchHead("12:00:00", "a", "1"), watchHead("13:00:00", "b", "2") +
-                                     watch("13:00:01", "System Will enter/exit Standby") +
+  const LogSet logs = readTexts({watchHead("12:00:00", "a", "1"),
+                                 watchHead("13:00:00", "b", "2") + watch("13:00:01", "System Will enter/exit Standby") +
                                      copies("13:00:01", crash("11:00:00", "X") + crash("12:30:00", "X"))});
   EXPECT_THAT(inShort(logs.sessions), ElementsAre("a 1; crashes 12:30:00", "b 2; crashes 11:00:00 12:30:00"));
   EXPECT_EQ(logs.sessions.front().copies.size(), 1) << "it reaches back to the end of the first one";

@@ -51,10 +51,10 @@ inline std::string inShort(const Session& session) {
   std::string records, exits, copied, crashes;
   const auto clock = [](Instant time) { return ' ' + showTime(time, std::chrono::hours(1)).substr(11, 8); };
   for (const LogEntry& entry : session.entries) {
-    std::string* const list = entry.metric                        ? &records
-                              : entry.meaning == Meaning::Exit    ? &exits
-                              : entry.meaning == Meaning::Crash   ? &crashes
-                                                                  : nullptr;
+    std::string* const list = entry.metric                      ? &records
+                              : entry.meaning == Meaning::Exit  ? &exits
+                              : entry.meaning == Meaning::Crash ? &crashes
+                                                                : nullptr;
     if (list != nullptr) {
       *list += clock(*entry.time);
     }
