@@ -104,7 +104,7 @@ std::string textRow(const std::vector<const Column*>& wanted, const auto& cellOf
 std::string csvRow(const auto& cellOf) {
   std::string row;
   for (const Column& column : columns) {
-    row += (row.empty() ? "" : ",") + cellOf(column);
+    row.append(row.empty() ? "" : ",").append(cellOf(column));
   }
   return row + '\n';  // Which readers of RFC 4180 take on every system.
 }
