@@ -239,6 +239,7 @@ int main(int argc, char** argv) {
     sentiq::prepareConsole();
     return sentiq::run(sentiq::consoleArguments(argc, argv), messages);
   } catch (const std::ios_base::failure&) {
+    std::cout.exceptions(std::ios::goodbit);  // It is flushed once more when the program ends.
     messages.say("the output cannot be written", sentiq::exitFailed);
   } catch (const std::exception& error) {
     messages.say(error.what(), sentiq::exitFailed);

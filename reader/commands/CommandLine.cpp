@@ -103,9 +103,6 @@ bool looksLikeAnInput(const std::string& word) {
 
 // Logs without a command are summed up. Throws for a word that nobody offers.
 void completeArguments(const CLI::App& app, std::vector<std::string>& arguments) {
-  if (arguments.empty()) {
-    return;
-  }
   const std::vector<const CLI::App*> commands = commandsOf(app);
   const auto isNamed = [&](const CLI::App* command) { return command->get_name() == arguments.front(); };
   if (const std::string& word = arguments.front();
@@ -179,6 +176,11 @@ bool parseCommandLine(CLI::App& app, std::vector<std::string> arguments, Message
              "  sentiq-logs timeline --help\n\n" +
              exitCodesText());
   if (answerHidden(app, arguments)) {
+    return false;
+  }
+  if (arguments.empty()) {
+    std::cerr << app.help();
+    messages.raise(exitFailed);
     return false;
   }
   try {

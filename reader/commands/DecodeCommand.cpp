@@ -69,7 +69,7 @@ class Decoder {
                   streams_.messages.say(names_[log] + ": emptied or replaced, reading it anew");
                 },
                 [] {}},
-               streams_.stop);
+               streams_);
     for (DecodeStream& log : logs_) {
       log.finish();
     }

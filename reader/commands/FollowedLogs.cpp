@@ -1,13 +1,13 @@
 #include "reader/commands/FollowedLogs.h"
 
-#include <algorithm>
+#include <atomic>
 #include <chrono>
 #include <cstdlib>
 #include <optional>
 #include <thread>
 #include <unordered_set>
 
-#include "reader/commands/ExitCode.h"
+#include "reader/commands/Inputs.h"
 #include "reader/console/Console.h"
 #include "reader/input/FollowedFile.h"
 
@@ -100,10 +100,12 @@ class Follower {
 
 }  // namespace
 
-void followLogs(const std::vector<std::string>& inputs, const FollowHandlers& handlers, const std::atomic<bool>& stop) {
+void followLogs(const std::vector<std::string>& inputs, const FollowHandlers& handlers, const Streams& streams) {
   constexpr std::chrono::milliseconds interval{200};
   constexpr int share = 20;  // Of the time, at most one part in so many for looking at everything.
+  const std::atomic<bool>& stop = streams.stop;
   const EndInTime endInTime(stop);
+  sayWaitedFor(inputs, streams.messages);
   Follower follower(inputs, handlers, stop);
   Clock::time_point next{};
   while (!stop) {

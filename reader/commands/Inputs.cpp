@@ -12,20 +12,45 @@
 
 namespace sentiq {
 
+namespace {
+
+enum class Kind { Missing, FileOrFolder, Other };
+
+Kind kindOf(const std::string& input) {
+  std::error_code error;
+  const std::filesystem::file_status status = std::filesystem::status(pathFromText(input), error);
+  return input == "-"                                      ? Kind::Other
+         : !std::filesystem::exists(status)                ? Kind::Missing
+         : is_regular_file(status) || is_directory(status) ? Kind::FileOrFolder
+                                                           : Kind::Other;
+}
+
+constexpr const char* otherKind = ": is neither a file nor a folder";
+
+}  // namespace
+
 std::vector<std::string> existing(const std::vector<std::string>& inputs, bool anyKind, Messages& messages) {
   std::vector<std::string> found;
   for (const std::string& input : inputs) {
-    std::error_code error;
-    const std::filesystem::file_status status = std::filesystem::status(pathFromText(input), error);
-    if (input != "-" && !std::filesystem::exists(status)) {
+    const Kind kind = kindOf(input);
+    if (kind == Kind::Missing) {
       messages.say(input + ": there is no such file or folder", exitFailed);
-    } else if (!anyKind && !is_regular_file(status) && !is_directory(status)) {
-      messages.say(input + ": is neither a file nor a folder", exitFailed);
+    } else if (kind == Kind::Other && !anyKind) {
+      messages.say(input + otherKind, exitFailed);
     } else {
       found.push_back(input);
     }
   }
   return found;
+}
+
+void sayWaitedFor(const std::vector<std::string>& inputs, Messages& messages) {
+  for (const std::string& input : inputs) {
+    const Kind kind = kindOf(input);
+    if (kind != Kind::FileOrFolder) {
+      messages.say(input + (kind == Kind::Missing ? ": is not there yet" : otherKind));
+    }
+  }
 }
 
 LogSet readInputs(const std::vector<std::string>& inputs, Keep keep, const Streams& streams) {

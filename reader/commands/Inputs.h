@@ -13,6 +13,9 @@ namespace sentiq {
 /// @return the others. @param anyKind whether pipes and devices are inputs, too: reading from them cannot be stopped.
 std::vector<std::string> existing(const std::vector<std::string>& inputs, bool anyKind, Messages& messages);
 
+/// Says which of the inputs to follow are not there yet, or cannot be followed.
+void sayWaitedFor(const std::vector<std::string>& inputs, Messages& messages);
+
 /// Reads them all, and says what is missing or no log. Its exit code is about damage, too.
 LogSet readInputs(const std::vector<std::string>& inputs, Keep keep, const Streams& streams);
 

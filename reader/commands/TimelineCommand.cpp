@@ -59,7 +59,7 @@ void followTimeline(const std::vector<std::string>& inputs, const TimelineOption
                 logs[log].reader.emplace(logs[log].info, 0, Keep::AllEvents);
               },
               [&] { streams.out.flush(); }},
-             streams.stop);
+             streams);
 }
 
 }  // namespace sentiq
