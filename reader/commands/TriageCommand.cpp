@@ -80,6 +80,10 @@ void Triage::work() {
     Unit& unit = units_[i];
     try {
       unit.logs = readLogs(unit.files, noInput, noProgress, Keep::Judgement, streams_.stop);
+      if (unit.logs.stopped) {  // Half a session would be judged for a whole one.
+        unit.logs = {};
+        return;
+      }
       count(unit);
     } catch (const std::exception& error) {  // Out of memory, or a path that the system does not take.
       streams_.messages.say(unit.folder + ": " + error.what(), exitFailed);
@@ -89,7 +93,7 @@ void Triage::work() {
 
 void Triage::count(Unit& unit) {
   const std::lock_guard lock(mutex_);
-  unitsDone_ += unit.logs.stopped ? 0 : 1;
+  ++unitsDone_;
   sessions_ += unit.logs.sessions.size();
   for (const LogFileInfo& file : std::exchange(unit.logs.files, {})) {
     ++files_;
