@@ -29,7 +29,7 @@ struct PageSession {
   std::vector<PlacedRecord> records;
   std::chrono::minutes offset{};
   std::optional<Instant> begin{};  // Of Canvix, as far as the logs tell; so is the end.
-  std::optional<Instant> end;
+  std::optional<Instant> end{};
   std::optional<Instant> last{};  // That the logs of the session reach to.
 
   /// The name of an entry's row in the page; empty when there is no entry, or it is a record, which has none.
