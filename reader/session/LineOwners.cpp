@@ -8,75 +8,15 @@
 #include <string>
 #include <utility>
 
-#include "logging/LogGrammar.h"
 #include "reader/session/GrowingSession.h"
+#include "reader/session/Life.h"
 
 namespace sentiq {
 namespace {
 
-// Records come every ten seconds, and the watchdog looks at the process each second.
-constexpr std::chrono::seconds nearly{15};
+// The exit is copied at once and once more later.
 constexpr std::chrono::seconds secondCopy{120};
 constexpr std::chrono::seconds copySlack{60};
-
-// What is known of a session's process, as far as exits are concerned.
-struct Life {
-  std::size_t session = 0;
-  std::optional<Instant> begin;
-  std::vector<Instant> records;            // In order.
-  std::vector<Instant> power;              // Titles of copies at sleep, resume and display changes: Canvix lives.
-  std::vector<std::size_t> statusExits;    // Entries of the session log.
-  std::vector<std::size_t> watchdogExits;  // Of the watchdog log.
-  std::vector<std::size_t> tails;          // Lines with which a companion ends.
-  std::optional<Instant> statusExit;       // Its own, once that is known.
-  std::optional<Instant> watchdogExit;
-};
-
-bool isPower(Meaning meaning) {
-  return meaning == Meaning::Sleep || meaning == Meaning::Resume || meaning == Meaning::DisplayChange;
-}
-
-bool isTail(const std::string& text) {
-  return text == grammar::stopBegun || text == grammar::exitDone || text == grammar::stopDone;
-}
-
-Life lifeOf(const Session& session, std::size_t index) {
-  Life life;
-  life.session = index;
-  for (std::size_t i = 0; i < session.entries.size(); ++i) {
-    const LogEntry& entry = session.entries[i];
-    if (!entry.time || entry.event || entry.role == LogRole::Initial) {
-      continue;
-    }
-    life.begin = life.begin ? life.begin : entry.time;
-    if (entry.metric) {
-      life.records.push_back(*entry.time);
-    } else if (entry.meaning == Meaning::Exit) {
-      (entry.role == LogRole::Session ? life.statusExits : life.watchdogExits).push_back(i);
-    } else if (isPower(entry.meaning)) {
-      life.power.push_back(*entry.time);
-    } else if (isTail(entry.text)) {
-      life.tails.push_back(i);
-    }
-  }
-  return life;
-}
-
-bool isNear(const std::optional<Instant>& a, Instant b) {
-  return a && std::chrono::abs(*a - b) <= nearly;
-}
-
-// Whether it goes on after that time. One record may follow at once: the sample was under way.
-bool livesAfter(const Life& life, Instant time) {
-  const auto after = std::upper_bound(life.records.begin(), life.records.end(), time);
-  return life.records.end() - after >= 2 || (after != life.records.end() && life.records.back() > time + nearly);
-}
-
-// Whether its last sign before that time is a fresh one.
-bool endsAt(const Life& life, Instant time) {
-  const auto after = std::upper_bound(life.records.begin(), life.records.end(), time);
-  return !livesAfter(life, time) && after != life.records.begin() && time - *std::prev(after) <= nearly;
-}
 
 // The sessions of one folder, in the order in which they began.
 class Owners {
@@ -94,7 +34,7 @@ class Owners {
   void giveWatchdogExits(std::size_t index);
   void giveCopies(std::size_t index);
   void giveTails(std::size_t index);
-  Life* openOne(const Others& others, Instant time, std::optional<Instant> Life::* exit) const;
+  Life* openOne(const Others& others, Instant time, std::optional<Instant> Life::*exit) const;
   void move(const Life& from, std::size_t entry, const Life* to);
   std::size_t nameless();
   void apply();
@@ -142,7 +82,7 @@ Owners::Others Owners::othersAt(std::size_t index, Instant time) {
 
 // Of those whose exit is not known, and that do not go on, the one with the freshest sign; of those without records the
 // first, which began last.
-Life* Owners::openOne(const Others& others, Instant time, std::optional<Instant> Life::* exit) const {
+Life* Owners::openOne(const Others& others, Instant time, std::optional<Instant> Life::*exit) const {
   Life* best = nullptr;
   for (Life* const life : others) {
     const bool open = !(life->*exit) && life->begin && *life->begin < time && !livesAfter(*life, time);
@@ -179,11 +119,11 @@ void Owners::giveWatchdogExits(std::size_t index) {
     const Instant time = *entryOf(life, life.watchdogExits[i]).time;
     Others others = othersAt(index, time);
     const auto told = std::find_if(others.begin(), others.end(), [&](const Life* other) {
-      return !other->watchdogExit && isNear(other->statusExit, time);
+      return !other->watchdogExit && isExitAt(other->statusExit, time);
     });
-    const bool own = isNear(life.statusExit, time);
+    const bool own = isExitAt(life.statusExit, time);
     const bool elsewhere = life.statusExit && !own;
-    const bool goesOn = livesAfter(life, time) || (!life.power.empty() && life.power.back() > time + nearly);
+    const bool goesOn = livesAfter(life, time) || (!life.power.empty() && life.power.back() > time + lifeSlack);
     const bool last = i + 1 == life.watchdogExits.size();
     Life* other = told != others.end() ? *told : nullptr;
     if (other == nullptr && (elsewhere || goesOn || !last)) {
@@ -238,7 +178,7 @@ void Owners::giveTails(std::size_t index) {
     }
     for (const Life* const other : othersAt(index, time)) {
       const std::optional<Instant>& exit = other->watchdogExit ? other->watchdogExit : other->statusExit;
-      if (exit && *exit <= time + nearly && time - *exit <= longest) {
+      if (exit && *exit <= time + lifeSlack && time - *exit <= longest) {
         move(life, i, other);
         break;
       }

@@ -34,6 +34,8 @@ struct LogLine {
   std::string_view value;       // Of a header's key.
   Meaning meaning = Meaning::Other;
   Severity severity = Severity::Info;
+
+  bool isHeader() const { return says >= LineSays::SessionId && says <= LineSays::BootTime; }
 };
 
 /// The views are into the text. A record is told by its first characters only.

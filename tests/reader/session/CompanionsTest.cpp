@@ -54,11 +54,12 @@ TEST(Companions, WhoHearsOfDisplayChangesLaterHasNotExited) {
 
 TEST(Companions, OfTwoExitsTheOlderOnesComesFirst) {
   const std::string records = header("a", "100") + record("12:59:50", "100") + header("b", "200") +
-                              record("12:59:55", "200") + exitStatus("13:00:01") + exitStatus("13:00:02");
-  const std::string log = watchHead("12:00:00", "a", "100") + watchHead("12:59:55", "b", "200") +
+                              record("12:30:00", "200") + record("12:59:55", "200") + exitStatus("13:00:01") +
+                              exitStatus("13:00:02");
+  const std::string log = watchHead("12:00:00", "a", "100") + watchHead("12:30:00", "b", "200") +
                           watch("13:00:01", "App has exited") + watch("13:00:03", "App has exited");
   EXPECT_THAT(sessionsIn({records, log}), ElementsAre("a 100; records 12:59:50; exits 13:00:01 13:00:01",
-                                                      "b 200; records 12:59:55; exits 13:00:02 13:00:03"));
+                                                      "b 200; records 12:30:00 12:59:55; exits 13:00:02 13:00:03"));
 }
 
 TEST(Companions, ARecordIsOfTheProcessThatItNames) {
