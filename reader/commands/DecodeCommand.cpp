@@ -112,7 +112,7 @@ void decodeLogs(const DecodeOptions& options, const Streams& streams) {
   std::vector<LogInput> files = findLogs(existing(options.inputs, /*anyKind=*/true, streams.messages));
   std::vector<std::string> foreign;
   std::erase_if(files, [&](const LogInput& file) {
-    const bool leftOut = file.fromFolder && !isOurs(file);
+    const bool leftOut = file.fromFolder && !beginsAsLog(pathFromText(file.name));
     if (leftOut) {
       foreign.push_back(file.name);
     }

@@ -2,13 +2,10 @@
 
 #include <algorithm>
 #include <filesystem>
-#include <fstream>
-#include <string_view>
 #include <system_error>
 
 #include "reader/console/Console.h"
 #include "reader/input/Progress.h"
-#include "reader/session/LogFileReader.h"
 
 namespace sentiq {
 
@@ -72,18 +69,6 @@ LogSet readInputs(const std::vector<std::string>& inputs, Keep keep, const Strea
     messages.say("no logs found", exitFailed);
   }
   return logs;
-}
-
-bool isOurs(const LogInput& file) {
-  constexpr std::size_t enough = 64U << 10;
-  std::ifstream in(pathFromText(file.name), std::ios::binary);
-  std::string bytes(enough, '\0');
-  in.read(bytes.data(), static_cast<std::streamsize>(bytes.size()));
-  LogFileInfo info;
-  LogFileReader reader(info, 0, Keep::Judgement);
-  reader.feed(std::string_view(bytes.data(), static_cast<std::size_t>(in.gcount())));
-  reader.takeOut();
-  return info.role != LogRole::Unknown;
 }
 
 void sayLeftOut(const LogSet& logs, Messages& messages) {

@@ -19,9 +19,6 @@ void sayWaitedFor(const std::vector<std::string>& inputs, Messages& messages);
 /// Reads them all, and says what is missing or no log. Its exit code is about damage, too.
 LogSet readInputs(const std::vector<std::string>& inputs, Keep keep, const Streams& streams);
 
-/// Whether a file that was found in a folder is a log of this program, as far as its beginning tells.
-bool isOurs(const LogInput& file);
-
 /// Says what a command that shows the entries alone does not show: files that were left out, sessions that were there
 /// twice.
 void sayLeftOut(const LogSet& logs, Messages& messages);

@@ -65,7 +65,9 @@ bool replacePage(const LogSet& logs, const ReportOptions& options, const fs::pat
       return true;
     }
   }
-  fs::remove(beside, error);
+  if (fs::is_regular_file(beside, error)) {
+    fs::remove(beside, error);
+  }
   return false;
 }
 

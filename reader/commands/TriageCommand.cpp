@@ -134,10 +134,10 @@ std::vector<TriagedSession> Triage::judgeAll() {
 
 void Triage::sayWhatIsMissing() {
   Messages& messages = streams_.messages;
-  if (units_.empty() && messages.exitCode() == exitGood) {
+  if (units_.empty() && messages.exitCode() == exitGood && !streams_.stop) {
     messages.say("no logs found", exitFailed);
   }
-  if (unitsDone_ < units_.size() && streams_.stop) {
+  if (streams_.stop && (unitsDone_ < units_.size() || units_.empty())) {
     messages.say(
         "stopped: " + std::to_string(unitsDone_) + " of " + std::to_string(units_.size()) + " folders were read",
         exitFailed);

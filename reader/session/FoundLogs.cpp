@@ -16,6 +16,18 @@
 #include "reader/session/LogSet.h"
 
 namespace sentiq {
+bool beginsAsLog(const std::filesystem::path& path) {
+  std::string bytes(64U << 10, '\0');
+  LogFileInfo info;
+  LogFileReader reader(info, 0, Keep::Judgement);
+  Utf8Bytes text;
+  ByteSource source = ByteSource::file(path);
+  const std::atomic<bool> stop = false;
+  reader.feed(
+      text.take({bytes.data(), source.isOpen() ? source.read(bytes.data(), bytes.size(), stop).value_or(0) : 0}));
+  return reader.isKnown();
+}
+
 namespace {
 
 enum class Name : std::uint8_t { Log, Perhaps, Other };
@@ -29,19 +41,6 @@ Name nameOf(const std::filesystem::path& path) {
                  (number && equalIgnoringCase(textFromPath(path.stem().extension()), ".log"))
              ? Name::Perhaps
              : Name::Other;
-}
-
-// Whether a line that only a log of the program holds is among its first ones.
-bool beginsAsLog(const std::filesystem::path& path) {
-  std::string bytes(64U << 10, '\0');
-  LogFileInfo info;
-  LogFileReader reader(info, 0, Keep::Judgement);
-  Utf8Bytes text;
-  ByteSource source = ByteSource::file(path);
-  const std::atomic<bool> stop = false;
-  reader.feed(
-      text.take({bytes.data(), source.isOpen() ? source.read(bytes.data(), bytes.size(), stop).value_or(0) : 0}));
-  return reader.isKnown();
 }
 
 class Search {

@@ -4,6 +4,7 @@
 #include <atomic>
 #include <cstdint>
 #include <deque>
+#include <filesystem>
 #include <iosfwd>
 #include <string>
 #include <vector>
@@ -51,6 +52,9 @@ struct LogInput {
 /// cannot be read is in the result by itself, as no file to read.
 /// @param stop when given, ends the search with what is found by then.
 std::vector<LogInput> findLogs(const std::vector<std::string>& inputs, const std::atomic<bool>* stop = nullptr);
+
+/// Whether a line that only a log of the program holds is among the file's first ones.
+bool beginsAsLog(const std::filesystem::path& path);
 
 /// A session's header begins it; what stands before a file's first header belongs to a session without a name, one for
 /// each folder. The same logs twice are one session. Memory is proportional to what is distinct in the logs: copies of

@@ -13,12 +13,12 @@
 namespace sentiq {
 
 struct TimelineOptions {
-  std::optional<Instant> since;  // In the logs' local time, as if that were UTC; so is until, which is included.
-  std::optional<Instant> until;
-  std::optional<Ticks> last;           // Before the end of each session, and what came after it.
-  std::vector<std::string> sources;    // Roles or channels in any case; all when empty.
+  std::optional<Instant> since{};  // In the logs' local time, as if that were UTC; so is until, which is included.
+  std::optional<Instant> until{};
+  std::optional<Ticks> last{};         // Before the end of each session, and what came after it.
+  std::vector<std::string> sources{};  // Roles or channels in any case; all when empty.
   Severity severity = Severity::Info;  // Nothing below it.
-  std::string grep;                    // In the words or an event's fields, in any case.
+  std::string grep{};                  // In the words or an event's fields, in any case.
   bool records = false;  // Those of every ten seconds, too; they are also shown when their source is named.
   bool json = false;
   bool colour = false;
