@@ -20,17 +20,21 @@ class Entries {
     [this.field, this.severity] = box.querySelectorAll('input, select');
     this.olderButton = box.querySelector('button.older');
     this.body = box.querySelector('tbody');
-    const pieces = box.querySelector('noscript').textContent.split(/\n(?=<t(?:r|body))/);
     let day = '';
     let older = false;
     this.rows = [];
-    for (const piece of pieces) {
-      const html = piece.slice(0, piece.lastIndexOf('</tr>') + 5);
+    this.byId = new Map();
+    for (const piece of box.querySelector('noscript').textContent.split(/\n(?=<t(?:r|body))/)) {
       older ||= piece.startsWith('<tbody class="older"');
-      if (html.startsWith('<tr class="day"')) {
-        day = html;
-      } else if (html.startsWith('<tr id=')) {
-        this.rows.push({ html, day, older, id: html.slice(8, html.indexOf('"', 8)) });
+      if (piece.startsWith('<tr class="day"')) {
+        day = piece;
+      } else if (piece.startsWith('<tr id=')) {
+        const [first, last] = [piece.indexOf('\n'), piece.lastIndexOf('\n<dt>UTC')];
+        const model = piece.startsWith('<td c', first + 1) && this.byId.get(piece.match(/same as <a href="#(\w+)/)[1]);
+        const row = { day, older, id: piece.slice(8, piece.indexOf('"', 8)), head: piece.slice(0, first),
+          body: model ? model.body : piece.slice(first, last), tail: piece.slice(last, piece.lastIndexOf('</dl>') + 5) };
+        this.rows.push(row);
+        this.byId.set(row.id, row);
       }
     }
     this.olderCount = this.rows.filter(row => row.older).length;
@@ -71,23 +75,22 @@ class Entries {
   }
 
   rowOf(inside) {
-    const { id } = inside.closest('tr');
-    return this.rows.find(row => row.id === id);
+    return this.byId.get(inside.closest('tr').id);
   }
 
   // Rows of one kind on one day are folded into one, unless they mean something for the session.
   kindOf(row) {
     if (row.kind === undefined) {
-      const [, style, source, provider, words] = row.html.match(
-        /class="([^"]*)".*?<td class="from">[^<]*<td>([^<]*)<td[^<]*<td>([^<]*)<td><details><summary>([^<]*)/s);
-      row.kind = style.endsWith(' own') ? row.id : [row.day, row.older, style, source, provider || words].join('\n');
+      const [source, severity, provider, words] = row.body.split('<td>').slice(1);
+      row.kind = row.head.includes(' own"><td>') ? row.id
+        : [row.day, row.older, source, severity, provider || words.slice(0, words.indexOf('</summary>'))].join('\n');
     }
     return row.kind;
   }
 
   fits(row, words, rank) {
-    row.rank ??= ['info', 'notice', 'warning', 'error'].indexOf(row.html.match(/class="(\w+)/)[1]);
-    row.text ??= words.length ? plain(row.html).toLowerCase() : undefined;
+    row.rank ??= ['info', 'notice', 'warning', 'error'].indexOf(row.head.match(/class="(\w+)/)[1]);
+    row.text ??= words.length ? plain(row.head + row.body + row.tail).toLowerCase() : undefined;
     return row.rank >= rank && words.every(word => row.text.includes(word));
   }
 
@@ -107,7 +110,7 @@ class Entries {
     this.body.innerHTML = [...groups.values()].slice(0, limit).map(({ row, count }) => {
       const heading = row.day === day ? '' : row.day;
       day = row.day;
-      return heading + row.html.slice(0, row.html.indexOf('</summary>') + 10) + '</details>' +
+      return heading + row.head + row.body.slice(0, row.body.indexOf('<dl>')) + '</details>' +
         (count > 1 ? `<button type="button" class="fold">${count - 1} more of this kind on this day</button>` : '') + '</tr>';
     }).join('');
     open.forEach(id => { document.getElementById(id)?.querySelector('details').setAttribute('open', ''); });
@@ -128,30 +131,32 @@ class Entries {
   // A row that was opened gets its fields.
   fill(details) {
     if (details.open && !details.querySelector('dl')) {
-      const { html } = this.rowOf(details);
-      details.append(element(html.slice(html.indexOf('</summary>') + 10, html.indexOf('</details>'))),
+      const { body, tail } = this.rowOf(details);
+      details.append(element(body.slice(body.indexOf('<dl>')) + tail),
         element('<button type="button" class="copy">Copy as text (c)</button>'));
     }
   }
 
-  copy(row) {
-    const cells = [...element(`<table>${this.rowOf(row).html}</table>`).querySelectorAll('td')];
-    const fields = [...cells[5].querySelectorAll('dt')].map(name => `${name.textContent}: ${name.nextSibling.textContent}`);
-    const head = cells.slice(2, 5).map(cell => cell.textContent.trim()).filter(text => text).join(', ');
-    const text = [`${head}: ${cells[5].querySelector('summary').textContent}`, ...fields].join('\n');
+  copy(tr) {
+    const row = this.rowOf(tr);
+    const cells = [...element(`<table>${row.head}${row.body}${row.tail}</table>`).querySelectorAll('td')];
+    const [clock, from, ...about] = cells.slice(0, 5).map(cell => cell.textContent.trim());
+    const fields = [...cells[5].querySelectorAll('dt')].map(name => `${name.textContent}: ${name.nextSibling.textContent.trim()}`);
+    const text = [`${plain(row.day).trim()} ${clock} ${this.box.dataset.offset} (${from}) ${about.filter(part => part).join(', ')}: ${
+      cells[5].querySelector('summary').textContent}`, ...fields].join('\n');
     const area = document.createElement('textarea'); // Works also where the page is a file.
     area.value = text;
-    row.append(area);
+    tr.append(area);
     area.select();
     const done = document.execCommand('copy');
     area.remove();
-    row.querySelector('summary').focus();
+    tr.querySelector('summary').focus();
     this.box.querySelector('[role=status]').textContent = done ? 'Copied' : 'The browser did not copy';
   }
 
   // Makes the row be there, opened.
   reveal(id) {
-    const row = this.rows.find(one => one.id === id);
+    const row = this.byId.get(id);
     if (!row) {
       return false;
     }

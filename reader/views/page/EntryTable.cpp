@@ -1,91 +1,133 @@
 #include "reader/views/page/EntryTable.h"
 
+#include <functional>
+#include <memory>
 #include <string_view>
+#include <unordered_map>
+
+#include "reader/input/CleanText.h"
 
 namespace sentiq {
 namespace {
 
-Places fieldPlaces(std::string name, std::string value) {
-  Places field;
-  field.text("name", std::move(name));
-  field.text("value", std::move(value));
-  return field;
+constexpr std::size_t longestWords = 160;  // Of an event that is told by its fields, which the row holds, too.
+
+// The rows of one table, newest first. An event that says the same as a newer one, at another time, refers to that.
+struct Rows {
+  const PageSession& page;
+  std::vector<std::size_t> entries;
+  std::unordered_map<std::size_t, std::size_t> models;  // From an entry to the newer one.
+};
+
+std::vector<NamedValue> fieldsOf(const PageSession& page, const LogEntry& entry) {
+  if (!entry.event) {
+    return {};
+  }
+  const EventRecord& event = page.session.eventOf(entry);
+  std::vector<NamedValue> fields = event.fields();
+  if (event.computer() != page.session.computer) {
+    fields.push_back({"Computer", event.computer()});
+  }
+  if (!event.userId().empty()) {
+    fields.push_back({"Account", event.userId()});
+  }
+  return fields;
 }
 
-std::vector<Places> fieldsOf(const PageSession& page, const LogEntry& entry) {
-  std::vector<Places> fields;
-  if (entry.time) {
-    const std::string fromEnd = page.fromEnd(*entry.time);
-    fields.push_back(fieldPlaces("Local time", showTime(*entry.time, entry.offset) + ' ' + showOffset(entry.offset) +
-                                                   (fromEnd.empty() ? "" : ", " + fromEnd)));
-    fields.push_back(fieldPlaces("UTC", showTime(*entry.time, std::chrono::minutes(0))));
+std::string wordsOfRow(const PageSession& page, const LogEntry& entry) {
+  std::string words = wordsOf(page.session, entry);
+  return entry.event && entry.meaning == Meaning::Other ? shortText(words, longestWords) : words;
+}
+
+// That of what the row says beside time and place; that two of 100,000 share one is no thing that happens.
+std::size_t hashOf(const PageSession& page, const LogEntry& entry) {
+  const EventRecord& event = page.session.eventOf(entry);
+  std::string text = std::to_string(event.id) + '\n' + std::string(event.provider()) + '\n' +
+                     std::string(event.channel()) + '\n' + std::string(severityName(entry.severity));
+  for (const auto& [name, value] : fieldsOf(page, entry)) {
+    text.append("\n").append(name).append("\n").append(value);
   }
-  if (entry.event) {
-    const EventRecord& event = page.session.eventOf(entry);
-    std::size_t unnamed = 0;
-    for (const auto& [name, value] : event.fields()) {
-      unnamed += name.empty() ? 1 : 0;
-      fields.push_back(
-          fieldPlaces(name.empty() ? "Data " + std::to_string(unnamed) : std::string(name), std::string(value)));
-    }
-    fields.push_back(fieldPlaces("Record id", std::to_string(event.recordId)));
-    for (const auto& [name, value] : {std::pair{"Computer", event.computer()}, {"Account", event.userId()}}) {
-      if (!value.empty()) {
-        fields.push_back(fieldPlaces(name, std::string(value)));
-      }
-    }
-  }
-  fields.push_back(
-      fieldPlaces("In the log", page.logs.files[entry.file].name + ", line " + std::to_string(entry.line)));
-  return fields;
+  return std::hash<std::string>()(text);
 }
 
 std::string dayOf(const LogEntry& entry) {
   return entry.time ? dateText(*entry.time, entry.offset) : "Without a time";
 }
 
-/// @param newer the entry of the row above.
-Places rowPlaces(const PageSession& page, std::size_t index, const LogEntry* newer) {
-  const LogEntry& entry = page.session.entries[index];
-  Places row;
-  row.text("row", page.rowName(index));
-  row.text("day", newer == nullptr || dayOf(*newer) != dayOf(entry) ? dayOf(entry) : "");
-  row.text("clock", entry.time ? clockText(*entry.time, entry.offset) : "");
-  row.text("fromEnd", entry.time ? page.fromEnd(*entry.time) : "");
-  row.text("severity", std::string(severityName(entry.severity)));
-  row.flag("own", entry.meaning != Meaning::Other);
-  row.text("source", sourceOf(page.session, entry));
+std::string clockOf(const LogEntry& entry) {
+  return entry.time ? clockText(*entry.time, entry.offset) : "";
+}
+
+// What the row says beside time and place.
+void addBody(const PageSession& page, const LogEntry& entry, Places& row) {
   std::string provider;
   if (entry.event) {
     const EventRecord& event = page.session.eventOf(entry);
     provider = std::string(event.provider()) + ' ' + std::to_string(event.id);
   }
+  row.text("source", sourceOf(page.session, entry));
   row.text("provider", std::move(provider));
-  row.text("words", wordsOf(page.session, entry));
-  row.list("fields", fieldsOf(page, entry), [](const Places& field) { return field; });
+  row.text("words", wordsOfRow(page, entry));
+  row.list("fields", fieldsOf(page, entry), [unnamed = std::make_shared<std::size_t>(0)](const NamedValue& field) {
+    Places place;
+    place.text("name", field.name.empty() ? "Data " + std::to_string(++*unnamed) : std::string(field.name));
+    place.text("value", std::string(field.value));
+    return place;
+  });
+}
+
+Places rowPlaces(const Rows& rows, std::size_t i) {
+  const PageSession& page = rows.page;
+  const std::size_t index = rows.entries[i];
+  const LogEntry& entry = page.session.entries[index];
+  const std::string day = dayOf(entry);
+  Places row;
+  row.text("row", page.rowName(index));
+  row.text("day", i == 0 || dayOf(page.session.entries[rows.entries[i - 1]]) != day ? day : "");
+  row.text("clock", clockOf(entry));
+  row.text("fromEnd", entry.time ? page.fromEnd(*entry.time) : "");
+  row.text("severity", std::string(severityName(entry.severity)));
+  row.flag("own", entry.meaning != Meaning::Other);
+  row.text("utc", entry.time ? showTime(*entry.time, std::chrono::minutes(0)) : "unknown");
+  row.text("record", entry.event ? std::to_string(page.session.eventOf(entry).recordId) : "");
+  const std::string& file = page.logs.files[entry.file].name;
+  row.text("file", file.substr(file.find_last_of("/\\") + 1));
+  row.text("line", std::to_string(entry.line));
+  if (const auto model = rows.models.find(index); model != rows.models.end()) {
+    row.text("model", page.rowName(model->second));
+    row.text("modelTime", clockOf(page.session.entries[model->second]));
+  } else {
+    row.text("model", "");
+    addBody(page, entry, row);
+  }
   return row;
 }
 
 }  // namespace
 
 void addEntries(const PageSession& page, Places& places) {
-  std::vector<std::size_t> during;  // Indices of the entries; so are the others.
-  std::vector<std::size_t> before;
+  const auto during = std::make_shared<Rows>(Rows{page, {}, {}});
+  const auto before = std::make_shared<Rows>(Rows{page, {}, {}});
+  std::unordered_map<std::size_t, std::size_t> newest;  // Entries by hash.
   for (std::size_t i = page.session.entries.size(); i-- > 0;) {
     const LogEntry& entry = page.session.entries[i];
-    if (!entry.metric) {
-      (entry.time && page.begin && *entry.time < *page.begin ? before : during).push_back(i);
+    if (entry.metric) {
+      continue;
+    }
+    Rows& rows = entry.time && page.begin && *entry.time < *page.begin ? *before : *during;
+    rows.entries.push_back(i);
+    if (entry.event) {
+      const auto [known, isNew] = newest.try_emplace(hashOf(page, entry), i);
+      if (!isNew) {
+        rows.models.emplace(i, known->second);
+      }
     }
   }
-  const auto addRows = [&page, &places](const char* name, std::vector<std::size_t> indices) {
-    const std::size_t count = indices.size();
-    places.list(name, count, [&page, indices = std::move(indices)](std::size_t i) {
-      return rowPlaces(page, indices[i], i > 0 ? &page.session.entries[indices[i - 1]] : nullptr);
-    });
-  };
-  places.text("olderCount", before.empty() ? "" : std::to_string(before.size()));
-  addRows("rows", std::move(during));
-  addRows("olderRows", std::move(before));
+  places.text("offset", showOffset(page.offset));
+  places.text("olderCount", before->entries.empty() ? "" : std::to_string(before->entries.size()));
+  for (const auto& [name, rows] : {std::pair{"rows", during}, {"olderRows", before}}) {
+    places.list(name, rows->entries.size(), [shared = rows](std::size_t i) { return rowPlaces(*shared, i); });
+  }
 }
 
 }  // namespace sentiq

@@ -92,13 +92,16 @@ std::vector<ChartMark> marksOf(const PageSession& page, const StripItems& strip)
       marks.push_back({*sleep.begin, *sleep.end, "The machine slept"});
     }
   }
+  std::vector<ChartMark> moments;
   for (const StripItem& item : strip.items) {
     if (item.entry && item.severity >= Severity::Warning) {
       for (const auto& [from, to] : item.spans) {
-        marks.push_back({from, to, secondText(from, page.offset) + ' ' + item.text, item.severity});
+        moments.push_back({from, to, secondText(from, page.offset) + ' ' + item.text, item.severity});
       }
     }
   }
+  constexpr std::size_t most = 60;
+  marks.insert(marks.end(), moments.end() - static_cast<std::ptrdiff_t>(std::min(moments.size(), most)), moments.end());
   marks.push_back({*page.end, *page.end, page.judgement().verdict.text, Severity::Error});
   return marks;
 }
