@@ -1,7 +1,10 @@
 // The parsers of single entries on any bytes: events, records, times.
+#include <nlohmann/json.hpp>
+
 #include "reader/events/EventHead.h"
 #include "reader/events/EventRecord.h"
-#include "reader/events/EventTable.h"
+#include "reader/events/EventWords.h"
+#include "reader/input/CleanText.h"
 #include "reader/input/LogTime.h"
 #include "reader/session/MetricSample.h"
 #include "tests/fuzz/Fuzz.h"
@@ -9,12 +12,13 @@
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   using namespace sentiq;
   const std::string bytes(data, data + size);
-  if (const auto event = parseEvent(bytes)) {
-    require(!describeEvent(*event, std::chrono::minutes(60)).words.empty() && !event->key().empty());
-    static_cast<void>(event->isOfCanvix());
+  for (const std::string& text : {bytes, nlohmann::json{{"xmlData", cleanText(bytes)}}.dump()}) {
+    if (const auto event = readEvent(text)) {
+      require(!eventWords(*event, std::chrono::minutes(60)).empty() && !event->key().empty());
+    }
   }
   if (const auto metric = parseMetric(bytes)) {
-    static_cast<void>(parseElapsed(metric->appRunTime));
+    require(!metric->ran || parseElapsed(showElapsed(*metric->ran)) == metric->ran);
     static_cast<void>(describeMetric(*metric));
   }
   static_cast<void>(parseElapsed(bytes));
@@ -22,7 +26,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   const std::string line = R"({"xmlData":"<Event )" + bytes + R"(</Event>"})";
   if (const auto head = readEventHead(line)) {
     require(!head->provider.empty());
-    static_cast<void>(mayMatter(*head));
+    static_cast<void>(mayMatter(*head, line));
   }
   if (const auto time = parseTime(bytes)) {
     // What is shown is read back as the same millisecond.

@@ -22,11 +22,11 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   const auto read = [&](Keep keep) {
     std::istringstream in(std::string(data, data + size));
     Progress progress(nullptr);
-    return readLogs({{"-"}}, in, progress, keep);
+    return readLogs({{"-"}}, in, progress, keep, false);
   };
   const LogSet logs = read(Keep::RawLines);
   for (const Session& session : read(Keep::Judgement).sessions) {
-    require(!judge(session).outcome.empty());
+    require(!outcomeWord(judge(session).outcome).empty());
   }
 
   std::ostringstream text, json, records, page;

@@ -74,10 +74,12 @@ TEST(Sessions, ThatAreThereTwiceAreOneAndSaySo) {
 
 TEST(Sessions, LogLinesOfOneFileThatAreAlikeAreSeveral) {
   const std::string twice = watch("13:00:00", "System Resume") + watch("13:00:00", "System Resume");
-  const LogSet logs = readTexts({watchHead("13:00:00", "a", "1") + twice + watchHead("13:00:00", "a", "1") + twice});
+  const std::string head = watchHead("13:00:00", "a", "1");
+  const std::string later = watch("14:00:00", "System Resume");
+  const LogSet logs = readTexts({head + twice + head + twice, head + later + later});
   ASSERT_EQ(logs.sessions.size(), 1);
-  EXPECT_EQ(logs.sessions.front().entries.size(), 10);
-  EXPECT_THAT(logs.sessions.front().repeated, testing::IsEmpty());
+  EXPECT_EQ(logs.sessions.front().entries.size(), 12) << "of another file only what is new";
+  EXPECT_THAT(logs.sessions.front().repeated, ElementsAre(testing::EndsWith("1.log")));
 }
 
 TEST(InitialLogs, TellTheirWriterAndTheSessionThatTheyAreAbout) {
