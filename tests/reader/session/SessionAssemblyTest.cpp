@@ -121,11 +121,18 @@ TEST(InitialLogs, TellNothingOfAnotherMachine) {
 }
 
 TEST(Sessions, HearOfTheirEventsFromTheNextOnesCopies) {
-  const LogSet logs = readTexts({watchHead("12:00:00", "a", "1"),
-                                 watchHead("13:00:00", "b", "2") + watch("13:00:01", "System Will enter/exit Standby") +
-                                     copies("13:00:01", crash("11:00:00", "X") + crash("12:30:00", "X"))});
-  EXPECT_THAT(inShort(logs.sessions), ElementsAre("a 1; crashes 12:30:00", "b 2; crashes 11:00:00 12:30:00"));
-  EXPECT_EQ(logs.sessions.front().copies.size(), 1) << "it reaches back to the end of the first one";
+  const std::string events = crash("11:00:00", "X") + crash("12:30:00", "X") + crash("13:20:00", "X");
+  const LogSet logs = readTexts({watchHead("12:00:00", "a", "1") + record("12:01:00", "1"),
+                                 watchHead("13:00:00", "b", "2", "12:50:00") +
+                                     watch("13:30:00", "System Will enter/exit Standby") + copies("13:30:00", events)});
+  EXPECT_THAT(inShort(logs.sessions),
+              ElementsAre("a 1; records 12:01:00; crashes 12:30:00", "b 2; crashes 11:00:00 12:30:00 13:20:00"));
+  const Session& first = logs.sessions.front();
+  EXPECT_TRUE(first.entries.back().borrowed);
+  EXPECT_EQ(first.copies.size(), 1) << "it reaches back to the end of the first one";
+  EXPECT_THAT(first.laterBoots, ElementsAre(logs.sessions.back().booted));
+  EXPECT_FALSE(first.earlier);
+  EXPECT_EQ(showTime(logs.sessions.back().earlier.value().end.instant, {}), "2025-01-31 11:01:00.000");
 }
 
 }  // namespace sentiq
