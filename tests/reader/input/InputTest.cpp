@@ -73,6 +73,15 @@ TEST(FollowedFile, TellsWhatIsNewAndWhatIsAnotherFile) {
   EXPECT_EQ(polled(file), "!three, longer than before\n");
   folder.write("a.log", "four\n");
   EXPECT_EQ(polled(file), "!four\n");
+  const std::string head(200, 'a');
+  folder.write("a.log", head + "\n\n");
+  EXPECT_EQ(polled(file), "!" + head + "\n\n");
+  folder.write("a.log", head);
+  EXPECT_EQ(polled(file), "!" + head) << "it begins alike, but was emptied";
+  folder.write("a.log", std::string("\xFF\xFE\x61\0", 4));
+  EXPECT_EQ(polled(file), "!a");
+  folder.write("a.log", "plain\n");
+  EXPECT_EQ(polled(file), "!plain\n");
 }
 
 TEST(Input, EndsWhenAskedTo) {

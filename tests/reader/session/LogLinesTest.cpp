@@ -112,7 +112,7 @@ TEST(Files, WithoutALineOfOursAreNoLogs) {
   const std::string log = watch("13:00:00", "Starting Watchdog application");
   const SampleFolder folder;
   const std::string foreign =
-      "2025-01-31 13:00:00 [main] [INFO]: started\n{\"timestamp\":\"2025-01-31T13:00:00\"}\n[a]\n";
+      "2025-01-31 13:00:00 [main] [INFO]: started\n{\"timestamp\":\"2025-01-31T13:00:00\",\"processId\":7}\n[a]\n";
   const std::string names[]{folder.write("of-others.log", foreign),
                             folder.write("ours.log", "torn\xff\n" + log),
                             folder.write("ours.log.1", encodedLine(log)),
