@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <chrono>
 
+#include "reader/input/CleanText.h"
+
 namespace sentiq {
 namespace {
 
@@ -11,6 +13,12 @@ constexpr std::string_view anyFolder = "*";
 
 bool processFits(const Session& a, const Session& b) {
   return a.processId == b.processId || a.processId.empty() || b.processId.empty();
+}
+
+// On one machine no two have the same ids at one time, whatever their records say of its start.
+bool atOneTime(const SessionExtent& a, const SessionExtent& b) {
+  const bool overlap = a.begin && b.begin && *a.begin <= *b.end && *b.begin <= *a.end;
+  return overlap && (a.computer.empty() || b.computer.empty() || equalIgnoringCase(a.computer, b.computer));
 }
 
 }  // namespace
@@ -45,7 +53,7 @@ bool SessionAssembly::isSame(GrowingSession& session, const Session& part, const
   }
   const Tie tie = tieOfRun(session.extent(), extent);
   if (session.session().folder == part.folder) {
-    return tie != Tie::Impossible || session.hasOrigin(origin);
+    return tie != Tie::Impossible || session.hasOrigin(origin) || atOneTime(session.extent(), extent);
   }
   const bool otherLogs = std::none_of(part.entries.begin(), part.entries.end(),
                                       [&](const LogEntry& entry) { return session.hasRole(entry.role); });
