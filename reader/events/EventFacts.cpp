@@ -158,8 +158,8 @@ MachineChange machineChange(const EventRecord& event) {
 }
 
 std::string_view changeName(ChangeKind kind) {
-  constexpr std::array<std::string_view, 7> names{"update",  "driver",           "program installed", "program removed",
-                                                  "Windows", "graphics adapter", "Canvix"};
+  constexpr std::array<std::string_view, 7> names{
+      "update", "driver", "program installed", "program removed", "Windows", "graphics adapter", "Canvix"};
   static_assert(names.size() == static_cast<std::size_t>(ChangeKind::Canvix) + 1);
   return names[static_cast<std::size_t>(kind)];
 }

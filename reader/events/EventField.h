@@ -76,9 +76,13 @@ constexpr std::string_view fieldName(Field field) {
 
 /// Nothing when nobody asks for a field of that name.
 constexpr std::optional<Field> fieldNamed(std::string_view name) {
-  const auto found = std::lower_bound(sortedFieldNames.begin(), sortedFieldNames.end(), name,
-                                      [](const FieldName& row, std::string_view wanted) { return row.name < wanted; });
-  return found != sortedFieldNames.end() && found->name == name ? std::optional(found->field) : std::nullopt;
+  const auto index = static_cast<std::size_t>(
+      std::lower_bound(sortedFieldNames.begin(), sortedFieldNames.end(), name,
+                       [](const FieldName& row, std::string_view wanted) { return row.name < wanted; }) -
+      sortedFieldNames.begin());
+  return index < sortedFieldNames.size() && sortedFieldNames[index].name == name
+             ? std::optional(sortedFieldNames[index].field)
+             : std::nullopt;
 }
 
 }  // namespace sentiq

@@ -17,9 +17,10 @@ bool holds(const EventRow& row, const OwnField& field) {
   const std::size_t equals = when.find('=');
   return when.empty() || anyPart(when.substr(0, equals), [&](std::string_view name) {
            const std::string_view value = field(*fieldNamed(name));
-           return equals == std::string_view::npos
-                      ? isSet(value)
-                      : anyPart(when.substr(equals + 1), [&](std::string_view text) { return matches(value, text); });
+           return equals == std::string_view::npos ? isSet(value)
+                                                   : anyPart(when.substr(equals + 1), [&](std::string_view wanted) {
+                                                       return matches(value, wanted);
+                                                     });
          });
 }
 

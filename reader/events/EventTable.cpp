@@ -84,8 +84,8 @@ constexpr EventRow rows[] = {
      Teller::Event, hangParts},
     {1026, Crash, Error, ".NET Runtime", "{AppName} crashed: unhandled .NET exception{ |ExceptionName}", "",
      Teller::Runtime, runtimeParts},
-    {1023, Crash, Error, ".NET Runtime", "{AppName} crashed within the .NET runtime{: |ExceptionCode:exception}",
-     "", Teller::Runtime, runtimeParts},
+    {1023, Crash, Error, ".NET Runtime", "{AppName} crashed within the .NET runtime{: |ExceptionCode:exception}", "",
+     Teller::Runtime, runtimeParts},
     // One that tells of two addresses, or of an exception and its address; others tell of files that are missing.
     {26, Crash, Error, "Application Popup", "{AppName} crashed, says a box of the system: {Message}", "Message=*0x*0x*",
      Teller::Popup, popupParts},
@@ -215,9 +215,9 @@ consteval bool everyRow(bool (*isGood)(const EventRow&)) {
 }
 
 consteval bool everyMeaning() {
-  // The first three are of the program's own lines, or of none.
   for (int meaning = 0; meaning <= static_cast<int>(Change); ++meaning) {
     const auto wanted = static_cast<Meaning>(meaning);
+    // Those two only the program's own lines have.
     if (wanted != Exit && wanted != DisplayChange &&
         std::none_of(std::begin(rows), std::end(rows), [&](const EventRow& row) { return row.meaning == wanted; })) {
       return false;

@@ -65,7 +65,7 @@ EventText::Entry EventText::nextEntry(std::string_view& rest) {
 std::string_view EventText::field(Field field) const {
   for (std::string_view rest = std::string_view(text_).substr(fields_); !rest.empty();) {
     const Entry entry = nextEntry(rest);
-    if (entry.code == codeOf(field)) {
+    if (entry.code == codeOf(field) && !entry.value.empty()) {
       return entry.value;
     }
   }

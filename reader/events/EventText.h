@@ -25,7 +25,7 @@ class EventText {
 
   std::string_view header(std::size_t index) const;
 
-  /// The first one of that name; empty when there is none.
+  /// The first one of that name that is not empty; else empty.
   std::string_view field(Field field) const;
 
   std::vector<NamedValue> fields() const;

@@ -51,8 +51,9 @@ TEST(Words, SayWhatTroubleThereWas) {
   expectWords({"disk", 999, {{"Size", "7"}}, "", 3}, Meaning::Disk,
               "warning: A disk or its file system reported: Size 7");
   expectWords({"disk", 999, {{"Size", "7"}}, "", 4}, Meaning::Other, "info: disk 999: Size 7");
-  expectWords({"Any", 9, {{"", "a\n\tb"}, {"Binary", "00"}, {"", std::string(64, '0')}, {"N", "c"}}}, Meaning::Other,
-              "error: Any 9: a b, N c");
+  expectWords(
+      {"Any", 9, {{"", "a\n\tb"}, {"Binary", "00"}, {"", std::string(64, '0')}, {"N", "2018-07-12 00:41"}}, "", 1},
+      Meaning::Other, "error: Any 9: a b, N 2018-07-12 00:41");
 }
 
 TEST(Words, BeginSmallWithinASentenceUnlessTheyAreAName) {

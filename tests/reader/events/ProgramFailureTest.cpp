@@ -60,6 +60,10 @@ TEST(Crash, OfAnotherProgramIsOnlyAWarning) {
   const EventRecord event = crash("NotCanvix.exe").read();
   EXPECT_EQ(event.meaning, Meaning::Other);
   EXPECT_EQ(event.severity, Severity::Warning);
+  SampleEvent helper = crash("Helper.exe");
+  helper.fields.emplace_back("PackageFullName", package);
+  EXPECT_EQ(helper.read().meaning, Meaning::Other);
+  EXPECT_EQ(report("AppHangTransient", {"Other.exe"}).read().severity, Severity::Notice);
 }
 
 TEST(Crash, ThatTellsWhatCannotBeTrueTellsNothing) {
@@ -80,14 +84,15 @@ TEST(Hang, NamesItsKindAndProcess) {
 }
 
 TEST(Hang, OfAnOlderSystemTellsItsKindInBytes) {
-  const auto kind = [](const std::string& bytes) {
-    std::string xml = unnamed("Application Hang", 1002, {"Canvix.exe"}).xml();
+  const auto words = [](const std::string& bytes) {
+    std::string xml = unnamed("Application Hang", 1002, {"Canvix.exe", "29.5", "1", "", "", "", "", "", "", ""}).xml();
     xml.insert(xml.find("</EventData>"), "<Binary>" + bytes + "</Binary>");
-    return programFailure(readEvent(eventJson(xml)).value()).hangKind;
+    return eventWords(readEvent(eventJson(xml)).value(), {});
   };
-  EXPECT_EQ(kind("54006F0070000000"), "Top");
-  EXPECT_EQ(kind("55006E006B006E006F0077006E000000"), "");
-  EXPECT_EQ(kind("54010000"), "");
+  const std::string closed = "Canvix.exe 29.5 stopped responding and was closed";
+  EXPECT_EQ(words("54006F0070000000"), closed + ": Top");
+  EXPECT_EQ(words("55006E006B006E006F0077006E000000"), closed);
+  EXPECT_EQ(words("54010000"), closed);
 }
 
 // The parameters stand in another order in each kind.

@@ -43,7 +43,7 @@ inline SampleEvent report(const std::string& kind, const Lines& parameters) {
   for (std::size_t i = 0; i < parameters.size(); ++i) {
     event.fields.emplace_back("P" + std::to_string(i + 1), parameters[i]);
   }
-  event.fields.emplace_back("AttachedFiles", "\n\\\\?\\C:\\a.tmp.mdmp\r\nC:\\b.xml\nC:\\c.dmp");
+  event.fields.emplace_back("AttachedFiles", "\n\\\\?\\C:\\a.tmp.mdmp&#13;\nC:\\b.xml\nC:\\c.dmp");
   event.fields.emplace_back("StorePath", "C:\\Report");
   event.fields.emplace_back("Rechecking", "0");
   event.fields.emplace_back("ReportId", "r-1");

@@ -5,7 +5,7 @@ namespace sentiq {
 
 static std::string meant(const std::string& clock, const std::string& date,
                          const std::string& from = "2025-01-30T00:00:30Z",
-                         const std::string& until = "2025-02-28T00:00:00Z", std::chrono::minutes offset = {}) {
+                         const std::string& until = "2025-03-28T00:00:00Z", std::chrono::minutes offset = {}) {
   const MachineFall fall = machineFall(SampleEvent{"EventLog", 6008, {{"", clock}, {"", date}}}.read());
   const auto time = firstMeant(fall.told, at(from), at(until), offset);
   return time ? showTime(*time, {}).substr(0, 16) : "nothing";
@@ -22,6 +22,7 @@ TEST(ToldTime, OfAHalfDayIsTheFirstThatComesAfterTheLastSign) {
   EXPECT_EQ(meant("1:04:05 PM", "1/31/2025"), "2025-01-31 01:04");
   EXPECT_EQ(meant("1:04:05 PM", "1/31/2025", "2025-01-31T01:05:00Z"), "2025-01-31 13:04");
   EXPECT_EQ(meant("12:04:05 AM", "1/31/2025", "2025-01-30T23:00:00Z"), "2025-01-31 00:04");
+  EXPECT_EQ(meant("12:04:05 PM", "1/31/2025", "2025-01-31T12:05:00Z"), "nothing");
   EXPECT_EQ(meant("\uC624\uC804 8:31:11", "2025-01-31"), "2025-01-31 08:31");
 }
 
