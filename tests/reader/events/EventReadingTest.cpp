@@ -38,10 +38,7 @@ TEST(Event, KeepsFieldsInOrderWithTheNamesAroundThem) {
 TEST(Event, LooksNoDeeperThanEightElements) {
   std::string deep;
   for (int level = 0; level < 50; ++level) {
-    deep += "<L>";
-  }
-  for (int level = 0; level < 50; ++level) {
-    deep += "</L>";
+    deep = "<L>" + deep + "</L>";
   }
   EXPECT_EQ(fieldsOf(SampleEvent{"P", 3, {}, "", 4, deep}.read()), "L.L.L.L.L.L.L.L.L=");
 }
@@ -82,8 +79,8 @@ TEST(Event, IsReadFromAnyJsonAndFromNothingElse) {
   for (const std::string wrong : {"\"", "\\", "\\x", "\\u12", "\n", "\x01", "\xC3", "\xFF"}) {
     EXPECT_FALSE(readEvent(with(wrong))) << wrong;
   }
-  for (const std::string wrong : {"", "{}", "[]", R"({"xmlData":"})", R"({"xmlData":1})", R"({"xmlData":"<Event>"})",
-                                  R"({"xmlData":"<Event><System/></Event>"})"}) {
+  for (const std::string wrong : {"", "{}", "[]", R"({"xmlData":"})", R"({"xmlData":"\"})", R"({"xmlData":1})",
+                                  R"({"xmlData":"<Event>"})", R"({"xmlData":"<Event><System/></Event>"})"}) {
     EXPECT_FALSE(readEvent(wrong)) << wrong;
   }
 }

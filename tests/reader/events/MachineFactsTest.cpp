@@ -1,3 +1,4 @@
+#include "reader/events/CodeWords.h"
 #include "reader/events/EventFacts.h"
 #include "tests/reader/events/SampleEvents.h"
 
@@ -6,30 +7,18 @@ namespace sentiq {
 static const std::string kernelPower = "Microsoft-Windows-Kernel-Power";
 static const std::string kernelGeneral = "Microsoft-Windows-Kernel-General";
 
-TEST(BlueScreen, TellsItsStopCodeInAnyForm) {
-  const SampleEvent decimal{kernelPower, 41, {{"BugcheckCode", "313"}}};
-  const SampleEvent inText{"BugCheck", 1001, {{"", "0x0000003b (0x1, 0x2)"}, {"", "C:\\M.DMP"}, {"", "r-1"}}};
-  const SampleEvent reported = report("BlueScreen", {"50", "1"});
-  for (const SampleEvent* const event : {&decimal, &inText, &reported}) {
-    EXPECT_EQ(event->read().meaning, Meaning::BlueScreen) << event->xml();
-  }
-  EXPECT_EQ(machineFall(decimal.read()).stopCode, 313);
-  EXPECT_EQ(machineFall(inText.read()).stopCode, 0x3B);
-  EXPECT_EQ(machineFall(reported.read()).stopCode, 0x50);
-}
-
-TEST(BlueScreen, NamesItsDumpAndReport) {
-  const SampleEvent event{"Microsoft-Windows-WER-SystemErrorReporting",
-                          1001,
-                          {{"param1", "0x3b (0x1)"}, {"param2", "C:\\M.DMP"}, {"param3", "r-1"}}};
-  const MachineFall fall = machineFall(event.read());
-  EXPECT_EQ(fall.dump, "C:\\M.DMP");
-  EXPECT_EQ(fall.reportId, "r-1");
-  EXPECT_FALSE(fall.isErrorReport);
-  const MachineFall reported = machineFall(report("BlueScreen", {"50"}).read());
-  EXPECT_EQ(reported.dump, "\\\\?\\C:\\a.tmp.mdmp");
-  EXPECT_EQ(reported.reportId, "r-1");
-  EXPECT_TRUE(reported.isErrorReport);
+TEST(BlueScreen, TellsStopCodeDumpAndReportInAnyForm) {
+  const auto fall = [](const SampleEvent& event) {
+    EXPECT_EQ(event.read().meaning, Meaning::BlueScreen);
+    const MachineFall fall = machineFall(event.read());
+    return showHex(fall.stopCode.value()) + ' ' + fall.dump + ' ' + fall.reportId +
+           (fall.isErrorReport ? ", reported" : "");
+  };
+  EXPECT_EQ(fall({kernelPower, 41, {{"BugcheckCode", "313"}}}), "0x139  ");
+  EXPECT_EQ(fall({"BugCheck", 1001, {{"", "0x0000003b (0x1, 0x2)"}, {"", "M.DMP"}, {"", "r-1"}}}), "0x3b M.DMP r-1");
+  EXPECT_EQ(fall({"Microsoft-Windows-WER-SystemErrorReporting", 1001, {{"param1", "0x3b (0x1)"}, {"param3", "r-1"}}}),
+            "0x3b  r-1");
+  EXPECT_EQ(fall(report("BlueScreen", {"50", "1"})), "0x50 \\\\?\\C:\\a.tmp.mdmp r-1, reported");
 }
 
 TEST(PowerLoss, TellsOfSleepStandbyAndButton) {
@@ -69,19 +58,22 @@ TEST(Clock, TellsBothTimesAndWhetherSomebodySetIt) {
   EXPECT_FALSE(clockSet(event.read()));
 }
 
+// Kind, begin and end; "battery" when it was empty.
+static std::string told(const SampleEvent& event) {
+  const SleepTold sleep = sleepTold(event.read());
+  const auto time = [](std::optional<Instant> t) { return t ? showTime(*t, {}).substr(11, 8) : "?"; };
+  return std::string(sleep.kind == SleepKind::Sleep     ? "sleep "
+                     : sleep.kind == SleepKind::Standby ? "standby "
+                                                        : "deep ") +
+         time(sleep.begin) + " to " + time(sleep.end) + (sleep.batteryEmpty ? ", battery" : "");
+}
+
 TEST(Sleep, BeginsAtItsEventAndTellsKindAndReason) {
-  SampleEvent event{kernelPower, 42, {{"TargetState", "4"}, {"EffectiveState", "4"}, {"Reason", "7"}}};
-  EXPECT_EQ(event.read().meaning, Meaning::Sleep);
-  EXPECT_EQ(sleepTold(event.read()).kind, SleepKind::Sleep);
-  EXPECT_EQ(sleepTold(event.read()).begin, at(event.time));
-  EXPECT_EQ(sleepTold(event.read()).end, std::nullopt);
-  EXPECT_FALSE(sleepTold(event.read()).batteryEmpty);
-  event.fields[1].second = "5";
-  event.fields[2].second = "2";
-  EXPECT_EQ(sleepTold(event.read()).kind, SleepKind::Hibernation);
-  EXPECT_TRUE(sleepTold(event.read()).batteryEmpty);
-  event.fields = {{"TargetState", "5"}};
-  EXPECT_EQ(sleepTold(event.read()).kind, SleepKind::Hibernation);
+  EXPECT_EQ(told({kernelPower, 42, {{"TargetState", "4"}, {"EffectiveState", "4"}, {"Reason", "7"}}}),
+            "sleep 12:30:00 to ?");
+  EXPECT_EQ(told({kernelPower, 42, {{"TargetState", "4"}, {"EffectiveState", "5"}, {"Reason", "2"}}}),
+            "deep 12:30:00 to ?, battery");
+  EXPECT_EQ(told({kernelPower, 42, {{"TargetState", "5"}}}), "deep 12:30:00 to ?");
 }
 
 TEST(Sleep, EndsWhenItsEndTellsBothTimes) {
@@ -89,52 +81,40 @@ TEST(Sleep, EndsWhenItsEndTellsBothTimes) {
                     1,
                     {{"SleepTime", "2025-01-31T11:00:00Z"}, {"WakeTime", "2025-01-31T12:00:00Z"}}};
   EXPECT_EQ(event.read().meaning, Meaning::Resume);
-  EXPECT_EQ(sleepTold(event.read()).begin, at("2025-01-31T11:00:00Z"));
-  EXPECT_EQ(sleepTold(event.read()).end, at("2025-01-31T12:00:00Z"));
+  EXPECT_EQ(told(event), "sleep 11:00:00 to 12:00:00");
   event.fields.emplace_back("EffectiveState", "5");
-  EXPECT_EQ(sleepTold(event.read()).kind, SleepKind::Hibernation);
-  const SampleEvent bare{kernelPower, 107, {{"TargetState", "5"}}};
-  EXPECT_EQ(bare.read().meaning, Meaning::Resume);
-  EXPECT_EQ(sleepTold(bare.read()).kind, SleepKind::Hibernation);
-  EXPECT_EQ(sleepTold(bare.read()).begin, std::nullopt);
-  EXPECT_EQ(sleepTold(bare.read()).end, at(bare.time));
+  EXPECT_EQ(told(event), "deep 11:00:00 to 12:00:00");
+  EXPECT_EQ(told({kernelPower, 107, {{"TargetState", "5"}}}), "deep ? to 12:30:00");
+  EXPECT_EQ(told({kernelPower, 107, {}}), "sleep ? to 12:30:00");
 }
 
 TEST(Standby, TellsItsBeginByItsDuration) {
   const SampleEvent begun{kernelPower, 506, {{"Reason", "12"}}};
   EXPECT_EQ(begun.read().meaning, Meaning::StandbyBegun);
-  EXPECT_EQ(sleepTold(begun.read()).begin, at(begun.time));
-  SampleEvent ended{kernelPower, 507, {{"DurationInUs", "60000000"}, {"Reason", "53"}}};
-  EXPECT_EQ(ended.read().meaning, Meaning::StandbyEnded);
-  const SleepTold told = sleepTold(ended.read());
-  EXPECT_EQ(told.kind, SleepKind::Standby);
-  EXPECT_EQ(told.begin, at(ended.time) - 1min);
-  EXPECT_EQ(told.end, at(ended.time));
-  EXPECT_TRUE(told.batteryEmpty);
-  ended.fields = {{"DurationInUs", "18446744073709551615"}, {"Reason", "2"}};
-  EXPECT_EQ(sleepTold(ended.read()).begin, std::nullopt);
-  EXPECT_FALSE(sleepTold(ended.read()).batteryEmpty);
+  EXPECT_EQ(told(begun), "standby 12:30:00 to ?");
+  EXPECT_EQ(told({kernelPower, 507, {{"DurationInUs", "60000000"}, {"Reason", "53"}}}),
+            "standby 12:29:00 to 12:30:00, battery");
+  EXPECT_EQ(told({kernelPower, 507, {{"DurationInUs", "18446744073709551615"}, {"Reason", "2"}}}),
+            "standby ? to 12:30:00");
 }
 
 TEST(Boot, TellsItsTimeAndTheBuildOfWindows) {
-  SampleEvent started{kernelGeneral,
-                      12,
-                      {{"MajorVersion", "10"},
-                       {"MinorVersion", "0"},
-                       {"BuildVersion", "17134"},
-                       {"QfeVersion", "137"},
-                       {"StartTime", "2025-01-31T12:29:00Z"}}};
-  EXPECT_EQ(started.read().meaning, Meaning::Boot);
-  EXPECT_EQ(bootTime(started.read()), at("2025-01-31T12:29:00Z"));
-  EXPECT_EQ(windowsBuild(started.read()), "10.0.17134.137");
-  started.fields.erase(started.fields.begin() + 3);
-  EXPECT_EQ(windowsBuild(started.read()), "10.0.17134");
-  const SampleEvent named{"EventLog", 6009, {{"", "6.01."}, {"", "7601"}, {"", "Service Pack 1"}, {"", "Free"}}};
-  EXPECT_EQ(windowsBuild(named.read()), "6.1.7601");
-  const SampleEvent logStarted{"EventLog", 6005, {}};
-  EXPECT_EQ(logStarted.read().meaning, Meaning::Boot);
-  EXPECT_EQ(bootTime(logStarted.read()), at(logStarted.time));
-  EXPECT_EQ(windowsBuild(logStarted.read()), "");
+  const auto boot = [](const SampleEvent& event) {
+    EXPECT_EQ(event.read().meaning, Meaning::Boot);
+    return showTime(bootTime(event.read()).value(), {}).substr(11, 8) + ' ' + windowsBuild(event.read());
+  };
+  EXPECT_EQ(boot({kernelGeneral,
+                  12,
+                  {{"MajorVersion", "10"},
+                   {"MinorVersion", "0"},
+                   {"BuildVersion", "17134"},
+                   {"QfeVersion", "137"},
+                   {"StartTime", "2025-01-31T12:29:00Z"}}}),
+            "12:29:00 10.0.17134.137");
+  EXPECT_EQ(boot({kernelGeneral, 12, {{"MajorVersion", "10"}, {"MinorVersion", "0"}, {"BuildVersion", "17134"}}}),
+            "12:30:00 10.0.17134");
+  EXPECT_EQ(boot({"EventLog", 6009, {{"", "6.01."}, {"", "7601"}, {"", "Service Pack 1"}}}), "12:30:00 6.1.7601");
+  EXPECT_EQ(boot({"EventLog", 6005, {}}), "12:30:00 ");
 }
 
 TEST(Change, NamesWhatWasInstalledOrRemoved) {

@@ -180,6 +180,8 @@ TEST(Popup, OfACrashIsToldFromOthersByItsAddresses) {
   EXPECT_EQ(crashed.meaning, Meaning::Crash);
   EXPECT_EQ(programFailure(crashed).teller, Teller::Popup);
   EXPECT_EQ(programFailure(crashed).exception, 0x80000003);
+  const std::string access = "The instruction at 0x00007FF8 referenced memory at 0x0000.";
+  EXPECT_EQ(programFailure(popup("Canvix.exe - Application Error", access)).exception, std::nullopt);
   EXPECT_EQ(popup("Canvix.exe - Bad Image", "a.dll is not for Windows. Status 0xc000012f.").meaning, Meaning::Other);
   EXPECT_EQ(popup("Other.exe - Canvix.exe", unhandled).meaning, Meaning::Other);
 }
