@@ -15,15 +15,18 @@ inline std::string eventJson(const std::string& xml) {
 struct SampleEvent {
   std::string provider;
   int id = 0;
-  std::vector<std::pair<std::string, std::string>> fields;  // An empty name: the event leaves the field unnamed.
+  Lines fields;  // "Name=value", or the value alone when the event leaves the field unnamed.
   std::string time = "2025-01-31T12:30:00.5Z";
   int level = 2;
   std::string userData = {};  // XML instead of the fields.
 
   std::string xml() const {
     std::string data;
-    for (const auto& [name, value] : fields) {
-      data += (name.empty() ? "<Data>" : "<Data Name='" + name + "'>") + value + "</Data>";
+    for (const std::string& field : fields) {
+      const std::size_t equals = field.find('=');
+      const bool named = equals != std::string::npos;
+      data += (named ? "<Data Name='" + field.substr(0, equals) + "'>" : "<Data>") +
+              field.substr(named ? equals + 1 : 0) + "</Data>";
     }
     data = userData.empty() ? "<EventData>" + data + "</EventData>" : "<UserData>" + userData + "</UserData>";
     return "<Event xmlns='http://schemas.microsoft.com/win/2004/08/events/event'><System><Provider Name='" + provider +
@@ -39,14 +42,13 @@ struct SampleEvent {
 
 /// An error report of a kind, with its parameters P1, P2 and so on.
 inline SampleEvent report(const std::string& kind, const Lines& parameters) {
-  SampleEvent event{"Windows Error Reporting", 1001, {{"Bucket", "1"}, {"EventName", kind}}};
-  for (std::size_t i = 0; i < parameters.size(); ++i) {
-    event.fields.emplace_back("P" + std::to_string(i + 1), parameters[i]);
+  SampleEvent event{"Windows Error Reporting",
+                    1001,
+                    {"Bucket=1", "EventName=" + kind, "StorePath=C:\\Report",
+                     "AttachedFiles=\n\\\\?\\C:\\a.tmp.mdmp&#13;\nC:\\b.xml\nC:\\c.dmp", "ReportId=r-1"}};
+  for (const std::string& parameter : parameters) {
+    event.fields.push_back("P" + std::to_string(event.fields.size() - 4) + '=' + parameter);
   }
-  event.fields.emplace_back("AttachedFiles", "\n\\\\?\\C:\\a.tmp.mdmp&#13;\nC:\\b.xml\nC:\\c.dmp");
-  event.fields.emplace_back("StorePath", "C:\\Report");
-  event.fields.emplace_back("Rechecking", "0");
-  event.fields.emplace_back("ReportId", "r-1");
   return event;
 }
 

@@ -6,7 +6,7 @@ namespace sentiq {
 static std::string meant(const std::string& clock, const std::string& date,
                          const std::string& from = "2025-01-30T00:00:30Z",
                          const std::string& until = "2025-03-28T00:00:00Z", std::chrono::minutes offset = {}) {
-  const MachineFall fall = machineFall(SampleEvent{"EventLog", 6008, {{"", clock}, {"", date}}}.read());
+  const MachineFall fall = machineFall(SampleEvent{"EventLog", 6008, {clock, date}}.read());
   const auto time = firstMeant(fall.told, at(from), at(until), offset);
   return time ? showTime(*time, {}).substr(0, 16) : "nothing";
 }
