@@ -202,7 +202,10 @@ void addMetrics(CLI::App& app, Request& request) {
 }
 
 int run(std::vector<std::string> arguments, Messages& messages) {
-  CLI::App app("Reads the logs of CanvixSentiq.", "sentiq-logs");
+  CLI::App app(
+      "Reads the logs of CanvixSentiq, encoded or not, and says what happened to Canvix\n"
+      "and to the machine.",
+      "sentiq-logs");
   Request request;
   addDecode(app, request);
   addTimeline(app, request);

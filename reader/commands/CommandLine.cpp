@@ -31,7 +31,11 @@ std::vector<std::string> optionNames(const CLI::App& command) {
 }
 
 OptionWords wordsOf(const CLI::Option& option) {
-  OptionWords words{{}, option.get_type_size() > 0 ? option.get_type_name() : "", {}, option.get_description()};
+  OptionWords words{{},
+                    option.get_type_size() > 0 ? option.get_type_name() : "",
+                    {},
+                    option.get_description(),
+                    option.get_required()};
   for (const std::string& name : option.get_snames()) {
     words.names.push_back("-" + name);
   }

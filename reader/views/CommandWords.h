@@ -12,6 +12,7 @@ struct OptionWords {
   std::string value;                 // What stands for its value: "TIME"; empty for a switch.
   std::vector<std::string> choices;  // That the value is one of, if they are known.
   std::string text;
+  bool required = false;
 };
 
 struct CommandWords {

@@ -1,5 +1,6 @@
 #include "reader/views/Manual.h"
 
+#include <algorithm>
 #include <string_view>
 
 #include "reader/judgement/Outcome.h"
@@ -36,8 +37,11 @@ std::string paragraph(const std::string& head, std::string_view text) {
 std::string synopsisOf(const CommandWords& command) {
   std::string text = "\\fBsentiq\\-logs " + command.name + "\\fR";
   for (const OptionWords& option : command.options) {
-    text += " [\\fB" + escaped(option.names.back()) + "\\fR" +
-            (option.value.empty() ? "" : " \\fI" + escaped(option.value) + "\\fR") + ']';
+    const auto name = std::find_if(option.names.begin(), option.names.end(),
+                                   [](const std::string& candidate) { return candidate.starts_with("--"); });
+    const std::string words =
+        "\\fB" + escaped(*name) + "\\fR" + (option.value.empty() ? "" : " \\fI" + escaped(option.value) + "\\fR");
+    text += option.required ? ' ' + words : " [" + words + ']';
   }
   return text + " \\fI" + command.inputs + "\\fR...\n.br\n";
 }

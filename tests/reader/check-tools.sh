@@ -29,16 +29,26 @@ critical,3,3' "$(lnav -n -c ';SELECT log_level, count(*) AS lines, count(event_i
   man)
     need groff
     same '' "$(groff -man -ww -z "$here/../../reader/sentiq-logs.1" 2>&1)"
-    # Every option that the program knows stands in the page.
-    page=$(sed 's/\\-/-/g' "$here/../../reader/sentiq-logs.1")
-    for command in decode timeline summary triage report metrics; do
-      "$reader" "$command" --help
-    done | grep -oE -- '--[a-z][a-z-]+' | sort -u | while read -r option; do
-      grep -q -e "$option" <<<"$page" || [ "$option" = --help ] || { echo "$option is not in the page"; exit 1; }
+    same "$("$reader" manual)" "$(<"$here/../../reader/sentiq-logs.1")"
+    # The guide has every option, outcome and exit code.
+    guide=$(tr -s '\n ' ' ' <"$here/../../docs/reader.md")
+    "$reader" manual | sed 's/\\-/-/g; s/\\f[BIR]//g' >"$folder/page.txt"
+    {
+      grep -oE -- '--[a-z][a-z-]+' "$folder/page.txt" | grep -vxE -- '--(help|output|made)'
+      sed -n '/^\.SH OUTCOMES/{n;s/.*: //;s/[,.]/\n/g;p}' "$folder/page.txt" | sed -nE 's/ *([a-z-]+)/`\1`/p'
+      sed -n '/^\.SH EXIT STATUS/,/^\.SH ENV/p' "$folder/page.txt" | grep -v '^\.' | paste -d ' ' - - | sed 's/./**&**/'
+    } | sort -u | while read -r said; do
+      grep -qF -e "$said" <<<"$guide" || { echo "$said is not in docs/reader.md"; exit 1; }
     done
+    # What bash completes.
+    completed() { cd "$folder" && bash -c 'eval "$1"; shift; COMP_WORDS=("$@"); COMP_CWORD=$(($# - 1)); _sentiq_logs; echo "${COMPREPLY[@]}"' _ \
+      "$("$reader" completions bash)" sentiq-logs "$@"; }
+    same 'timeline triage' "$(completed t)"
+    same '--since --source --severity' "$(completed timeline --s)"
+    same 'warning' "$(completed timeline --severity w)"
     ;;
   readme) # Shows what the program says today.
-    { "$reader" summary "$here/data/laptop"; "$reader" timeline "$here/data/laptop"; } >"$folder/said.txt"
+    { "$reader" summary "$here/data/laptop"; "$reader" timeline --records "$here/data/laptop"; } >"$folder/said.txt"
     same '' "$(sed -nE 's/^    ((2026-11-24 14:|Canvix crashed at |Before it: ).*)/\1/p' "$here/../../README.md" |
       grep -vxFf "$folder/said.txt")"
     ;;

@@ -54,7 +54,7 @@ TEST(Decode, PassesOnALineOfAnyLengthInPieces) {
 
 TEST(Decode, OfAFolderNamesEachLogAndLeavesOutTheOthers) {
   const SampleFolder folder;
-  folder.write("a\x1b[2J.log", entry);
+  folder.write("a\x1b[2J.log", entry + "\n");
   folder.write("b.log", encoded);
   folder.write("other.log", "nothing of ours\n");
   const Ran all = decodeAll("", {{folder.file("")}});

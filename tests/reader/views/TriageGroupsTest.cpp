@@ -76,10 +76,14 @@ TEST(TextStyle, BreaksAndCutsByColumnsNotBytes) {
 }
 
 TEST(Completions, HoldEveryCommandOptionAndChoiceForEachShell) {
-  const CommandLineWords words{
-      "",
-      {{"timeline", "FILE", "It's all", "", {{{"-s", "--severity"}, "error", {"error", "info"}, "How [so]"}}, {}}},
-      {}};
+  const CommandLineWords words{"",
+                               {{"timeline",
+                                 "FILE",
+                                 "It's all",
+                                 "",
+                                 {{{"-s", "--severity"}, "error", {"error", "info"}, "How [so]", false}},
+                                 {}}},
+                               {}};
   for (const std::string& shell : completionShells()) {
     const std::string script = completionScript(shell, words);
     EXPECT_THAT(script, AllOf(HasSubstr("timeline"), HasSubstr("severity"), HasSubstr("error"), HasSubstr("info")))
