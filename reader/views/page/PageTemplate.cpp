@@ -18,36 +18,36 @@ struct Node {
   std::vector<Node> inside{};
 };
 
-/// Takes nodes off the source's beginning, up to the end of the section that they stand in.
-std::vector<Node> parse(std::string_view& source) {
+/// @param at where to begin; receives where the section ends that begins there.
+std::vector<Node> parse(std::string_view source, std::size_t& at) {
   std::vector<Node> nodes;
-  while (!source.empty()) {
-    const std::size_t open = source.find("{{");
-    nodes.push_back({Kind::Literal, source.substr(0, open)});
-    if (open == std::string_view::npos) {
-      source = {};
+  while (at < source.size()) {
+    const std::size_t open = std::min(source.find("{{", at), source.size());
+    nodes.push_back({Kind::Literal, source.substr(at, open - at)});
+    if (open == source.size()) {
+      at = open;
       break;
     }
-    const bool beginsLine = open == 0 || source[open - 1] == '\n';
-    source.remove_prefix(open + 2);
-    const char sign = source.front();
+    const char sign = source[open + 2];
     const bool named = sign == '#' || sign == '^' || sign == '/' || sign == '>' || sign == '{';
-    const std::size_t close = source.find("}}");
-    const std::string_view name = source.substr(named ? 1 : 0, close - (named ? 1 : 0));
-    source.remove_prefix(close + (sign == '{' ? 3 : 2));
+    const std::size_t begin = open + (named ? 3 : 2);
+    const std::size_t close = source.find("}}", begin);
+    const std::string_view name = source.substr(begin, close - begin);
+    at = close + (sign == '{' ? 3 : 2);
     // A line that holds such a sign alone leaves nothing behind.
-    if (named && sign != '{' && beginsLine && source.starts_with('\n')) {
-      source.remove_prefix(1);
+    const bool beginsLine = open == 0 || source[open - 1] == '\n';
+    if (named && sign != '{' && beginsLine && source.substr(at).starts_with('\n')) {
+      ++at;
     }
     if (sign == '/') {
       break;
     }
     if (sign == '>') {
-      std::string_view part = pageAsset(name);
-      std::vector<Node> parts = parse(part);
-      nodes.insert(nodes.end(), parts.begin(), parts.end());
+      std::size_t begins = 0;
+      std::vector<Node> part = parse(pageAsset(name), begins);
+      nodes.insert(nodes.end(), part.begin(), part.end());
     } else if (sign == '#' || sign == '^') {
-      nodes.push_back({sign == '#' ? Kind::Each : Kind::None, name, parse(source)});
+      nodes.push_back({sign == '#' ? Kind::Each : Kind::None, name, parse(source, at)});
     } else {
       nodes.push_back({sign == '{' ? Kind::Asset : Kind::Text, name});
     }
@@ -135,8 +135,8 @@ class PageWriter {
 };
 
 void writePage(std::string_view name, const Places& places, std::ostream& out) {
-  std::string_view source = pageAsset(name);
-  PageWriter(out).write(parse(source), places);
+  std::size_t begins = 0;
+  PageWriter(out).write(parse(pageAsset(name), begins), places);
 }
 
 }  // namespace sentiq
