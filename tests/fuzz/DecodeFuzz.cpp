@@ -1,10 +1,11 @@
 // The line decoder on any bytes: where blocks end makes no difference, and what the program encodes comes back.
 #include "logging/LogEncoding.h"
-#include "reader/commands/Decode.h"
+#include "reader/commands/DecodeStream.h"
 #include "tests/fuzz/Fuzz.h"
 
 static std::string decoded(const std::string& bytes, std::size_t blockSize) {
-  std::ostringstream out, messages;
+  std::ostringstream out, said;
+  sentiq::Messages messages(said);
   sentiq::DecodeOutput output{out};
   sentiq::DecodeStream stream("log", "", output, messages);
   for (std::size_t at = 0; at < bytes.size(); at += blockSize) {
@@ -12,7 +13,7 @@ static std::string decoded(const std::string& bytes, std::size_t blockSize) {
   }
   stream.finish();
   output.flush();
-  return out.str() + messages.str();
+  return out.str() + said.str();
 }
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {

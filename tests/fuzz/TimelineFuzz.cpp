@@ -31,6 +31,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
 
   std::ostringstream text, json, records, page;
   TimelineOptions options;
+  options.records = true;
   writeTimeline(logs, options, text);
   options.json = true;
   writeTimeline(logs, options, json);
@@ -41,15 +42,15 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     metrics += session.metrics.size();
     requireJsonLines(summaryJson(summarize(logs, session)), 1);
   }
-  require(logs.sessions.empty() || !summaryText(logs, /*colour=*/true).empty());
+  require(logs.sessions.empty() || !summaryText(logs, /*colour=*/true, /*width=*/80).empty());
   require(static_cast<std::size_t>(std::count(lines.begin(), lines.end(), '\n')) == entries);
   requireJsonLines(json.str(), entries);
 
-  writeMetrics(logs, TableForm::Text, text);
-  writeMetrics(logs, TableForm::Json, records);
+  writeMetrics(logs, TableForm::Text, /*width=*/80, text);
+  writeMetrics(logs, TableForm::Json, /*width=*/0, records);
   requireJsonLines(records.str(), metrics);
 
-  writeHtmlReport(logs, page);
+  writeHtmlReport(logs, {}, page);
   require(page.str().ends_with("</html>\n"));
   return 0;
 }
