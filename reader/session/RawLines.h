@@ -15,7 +15,7 @@ class RawLines {
   explicit RawLines(LogFileInfo& file) : file_(file) {}
 
   void keep(std::string_view text) {
-    constexpr std::size_t mostBytes = 4U << 20;
+    constexpr std::size_t mostBytes = 1U << 20;
     file_.rawLines.emplace_back(text);
     bytes_ += sizeof(std::string) + text.size();
     while (bytes_ > mostBytes) {

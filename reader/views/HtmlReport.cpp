@@ -110,8 +110,10 @@ Places overviewPlaces(const PageSession& page) {
   return places;
 }
 
-Places filePlaces(const LogFileInfo& file) {
+Places filePlaces(const LogSet& logs, std::size_t index) {
+  const LogFileInfo& file = logs.files[index];
   Places places;
+  places.text("number", std::to_string(index + 1));
   places.text("file", file.name);
   places.text("role", roleName(file.role));
   places.text("lines", std::to_string(file.lines));
@@ -160,7 +162,7 @@ void writeHtmlReport(const LogSet& logs, const ReportOptions& options, std::ostr
   places.flag("problems", !problems.empty());
   places.list("problemItems", std::move(problems),
               [](const std::string& problem) { return textPlace("item", problem); });
-  places.list("files", logs.files.size(), [&logs](std::size_t i) { return filePlaces(logs.files[i]); });
+  places.list("files", logs.files.size(), [&logs](std::size_t i) { return filePlaces(logs, i); });
   places.text("made", showTime(options.made, options.offset).substr(0, 16) + ' ' + showOffset(options.offset));
   places.text("program", options.program);
   writePage("Report.html", places, out);

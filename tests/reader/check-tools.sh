@@ -52,21 +52,25 @@ critical,3,3' "$(lnav -n -c ';SELECT log_level, count(*) AS lines, count(event_i
     same '' "$(sed -nE 's/^    ((2026-11-24 14:|Canvix crashed at |Before it: ).*)/\1/p' "$here/../../README.md" |
       grep -vxFf "$folder/said.txt")"
     ;;
-  report) # Chromium shows the text, with and without script.
+  report) # Chromium shows the text, with and without script, and finds the answers that people look for.
     need chromium
     "$reader" report "$here/data/encoded" -o "$folder/page.html"
-    sed '/<script>/,/<\/script>/d' "$folder/page.html" >"$folder/plain.html"
+    "$reader" report "$here/data/laptop" -o "$folder/walk.html"
+    sed '/^<script>/,/<\/script>/d' "$folder/page.html" | sed 's/noscript>/div>/g' >"$folder/plain.html"
+    sed -i '/Content-Security-Policy/d' "$folder/walk.html"
+    { echo '<script>'; cat "$here/views/Walk.js"; echo '</script>'; } >>"$folder/walk.html"
     seen() {
       chromium --headless --no-sandbox --disable-gpu --user-data-dir="$folder/chromium" --dump-dom \
         "file://$folder/$1" 2>"$folder/chromium.txt"
     }
     expect() { grep -qF "$2" <<<"$1" || { echo "the page does not hold: $2"; exit 1; }; }
     dom=$(seen page.html)
-    expect "$dom" 'Canvix crashed at 2026-11-24 21:12:24.500: module PaintCore.dll 29.5.0.137'
-    expect "$dom" 'Pen "A" — 完了 ✅ \ C:'
+    expect "$dom" '<h1>Canvix crashed at 2026-11-24 21:12:24.500: module PaintCore.dll 29.5.0.137'
     expect "$dom" '29 of 29 entries'
     dom=$(seen plain.html)
     expect "$dom" '<div class="controls" hidden="">'
-    expect "$dom" '<details open=""><summary>1 more'
+    expect "$dom" '5 older entries, from before the session'
+    expect "$dom" 'Pen "A" — 完了 ✅ \ C:'
+    same '<title>all found</title>' "$(seen walk.html | sed -n 's/^\(<title>.*\)/\1/p')"
     ;;
 esac

@@ -1,7 +1,7 @@
 'use strict';
 // The entries of a session.
 
-const firstRows = 300;
+const firstRows = 100;
 const moreRows = 1000;
 
 // What a piece of HTML says, without its elements.
@@ -29,8 +29,8 @@ class Entries {
       if (piece.startsWith('<tr class="day"')) {
         day = piece;
       } else if (piece.startsWith('<tr id=')) {
-        const [first, last] = [piece.indexOf('\n'), piece.lastIndexOf('\n<dt>UTC')];
-        const model = piece.startsWith('<td c', first + 1) && this.byId.get(piece.match(/same as <a href="#(\w+)/)[1]);
+        const [first, last] = [piece.indexOf('\n'), piece.lastIndexOf('\n<dt>In the log')];
+        const model = piece.startsWith('<td c', first + 1) && this.byId.get(piece.match(/>as <a href="#(\w+)/)[1]);
         const row = { day, older, id: piece.slice(8, piece.indexOf('"', 8)), head: piece.slice(0, first),
           body: model ? model.body : piece.slice(first, last), tail: piece.slice(last, piece.lastIndexOf('</dl>') + 5) };
         this.rows.push(row);
@@ -131,19 +131,26 @@ class Entries {
   // A row that was opened gets its fields.
   fill(details) {
     if (details.open && !details.querySelector('dl')) {
-      const { body, tail } = this.rowOf(details);
-      details.append(element(body.slice(body.indexOf('<dl>')) + tail),
+      const row = this.rowOf(details);
+      details.append(element(row.body.slice(row.body.indexOf('<dl>')) + row.tail.replace('</dl>', `${this.times(row)}</dl>`)),
         element('<button type="button" class="copy">Copy as text (c)</button>'));
     }
   }
 
+  // Its time in full, local and UTC.
+  times(row) {
+    const local = `${plain(row.day).trim()} ${plain(row.head).trim().slice(0, 12)}`;
+    const utc = new Date(local.replace(' ', 'T') + this.box.dataset.offset);
+    return `<dt>Local time<dd>${local} ${this.box.dataset.offset}<dt>UTC<dd>` +
+      (isNaN(utc) ? 'unknown' : utc.toISOString().replace('T', ' ').slice(0, 23));
+  }
+
   copy(tr) {
     const row = this.rowOf(tr);
-    const cells = [...element(`<table>${row.head}${row.body}${row.tail}</table>`).querySelectorAll('td')];
-    const [clock, from, ...about] = cells.slice(0, 5).map(cell => cell.textContent.trim());
+    const cells = [...element(`<table>${row.head}${row.body}${this.times(row)}${row.tail}</table>`).querySelectorAll('td')];
+    const [, from, ...about] = cells.slice(0, 5).map(cell => cell.textContent.trim());
     const fields = [...cells[5].querySelectorAll('dt')].map(name => `${name.textContent}: ${name.nextSibling.textContent.trim()}`);
-    const text = [`${plain(row.day).trim()} ${clock} ${this.box.dataset.offset} (${from}) ${about.filter(part => part).join(', ')}: ${
-      cells[5].querySelector('summary').textContent}`, ...fields].join('\n');
+    const text = [`${about.filter(part => part).join(', ')}, ${from}:`, cells[5].querySelector('summary').textContent, ...fields].join('\n');
     const area = document.createElement('textarea'); // Works also where the page is a file.
     area.value = text;
     tr.append(area);
@@ -168,7 +175,10 @@ class Entries {
     this.show();
     if (!document.getElementById(id)) {
       this.unfolded.add(this.kindOf(row));
-      this.show(Math.max(this.limit, this.rows.length));
+      this.show();
+    }
+    while (!document.getElementById(id)) {
+      this.show(this.limit * 2);
     }
     document.getElementById(id).querySelector('details').open = true;
     return true;

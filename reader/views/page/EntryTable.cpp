@@ -5,12 +5,8 @@
 #include <string_view>
 #include <unordered_map>
 
-#include "reader/input/CleanText.h"
-
 namespace sentiq {
 namespace {
-
-constexpr std::size_t longestWords = 160;  // Of an event that is told by its fields, which the row holds, too.
 
 // The rows of one table, newest first. An event that says the same as a newer one, at another time, refers to that.
 struct Rows {
@@ -34,9 +30,22 @@ std::vector<NamedValue> fieldsOf(const PageSession& page, const LogEntry& entry)
   return fields;
 }
 
-std::string wordsOfRow(const PageSession& page, const LogEntry& entry) {
-  std::string words = wordsOf(page.session, entry);
-  return entry.event && entry.meaning == Meaning::Other ? shortText(words, longestWords) : words;
+// An event that nobody has put into words is told by its fields, one a line.
+bool isToldByFields(const LogEntry& entry) {
+  return entry.event && entry.meaning == Meaning::Other;
+}
+
+std::string nameOf(const NamedValue& field, std::size_t& unnamed) {
+  return field.name.empty() ? "Data " + std::to_string(++unnamed) : std::string(field.name);
+}
+
+std::string fieldLines(const std::vector<NamedValue>& fields) {
+  std::string lines;
+  std::size_t unnamed = 0;
+  for (const NamedValue& field : fields) {
+    lines += (lines.empty() ? "" : "\n") + nameOf(field, unnamed) + ": " + std::string(field.value);
+  }
+  return lines.empty() ? "no fields" : lines;
 }
 
 // That of what the row says beside time and place; that two of 100,000 share one is no thing that happens.
@@ -67,13 +76,16 @@ void addBody(const PageSession& page, const LogEntry& entry, Places& row) {
   }
   row.text("source", sourceOf(page.session, entry));
   row.text("provider", std::move(provider));
-  row.text("words", wordsOfRow(page, entry));
-  row.list("fields", fieldsOf(page, entry), [unnamed = std::make_shared<std::size_t>(0)](const NamedValue& field) {
-    Places place;
-    place.text("name", field.name.empty() ? "Data " + std::to_string(++*unnamed) : std::string(field.name));
-    place.text("value", std::string(field.value));
-    return place;
-  });
+  const std::vector<NamedValue> fields = fieldsOf(page, entry);
+  const bool told = isToldByFields(entry);
+  row.text("words", told ? fieldLines(fields) : wordsOf(page.session, entry));
+  row.list("fields", told ? std::vector<NamedValue>() : fields,
+           [unnamed = std::make_shared<std::size_t>(0)](const NamedValue& field) {
+             Places place;
+             place.text("name", nameOf(field, *unnamed));
+             place.text("value", std::string(field.value));
+             return place;
+           });
 }
 
 Places rowPlaces(const Rows& rows, std::size_t i) {
@@ -88,10 +100,8 @@ Places rowPlaces(const Rows& rows, std::size_t i) {
   row.text("fromEnd", entry.time ? page.fromEnd(*entry.time) : "");
   row.text("severity", std::string(severityName(entry.severity)));
   row.flag("own", entry.meaning != Meaning::Other);
-  row.text("utc", entry.time ? showTime(*entry.time, std::chrono::minutes(0)) : "unknown");
   row.text("record", entry.event ? std::to_string(page.session.eventOf(entry).recordId) : "");
-  const std::string& file = page.logs.files[entry.file].name;
-  row.text("file", file.substr(file.find_last_of("/\\") + 1));
+  row.text("file", std::to_string(entry.file + 1));
   row.text("line", std::to_string(entry.line));
   if (const auto model = rows.models.find(index); model != rows.models.end()) {
     row.text("model", page.rowName(model->second));
