@@ -76,7 +76,7 @@ std::string cleanText(std::string_view bytes) {
     const auto [size, code] = firstCharacter(bytes);
     const auto* const row =
         std::find_if(std::begin(replacements), std::end(replacements),
-                     [code = code](const Replacement& r) { return code >= r.first && code <= r.last; });
+                     [wanted = code](const Replacement& r) { return wanted >= r.first && wanted <= r.last; });
     if (row != std::end(replacements)) {
       text += row->by;
     } else if (size == 0 && bytes.front() != '\n') {
