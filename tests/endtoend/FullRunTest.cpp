@@ -108,13 +108,13 @@ TEST(FullRun, CanvixEndsAtAnyMoment) {
   }
   SetEnvironmentVariableW(L"SENTIQ_EVENTS", (events / "").c_str());
   std::deque<Run> runs;
-  const std::pair<WPARAM, const char*> moments[] = {{0, ""}, {0, "{\"app"}, {7, "System Resume"}, {4, "Will Sleep"}};
-  for (const auto& [code, line] : moments) {
+  const std::pair<WPARAM, std::string> moments[] = {{0, ""}, {0, "{\"app"}, {7, "System Resume"}, {4, "Will Sleep"}};
+  for (const auto& moment : moments) {
     Run& run = runs.emplace_back();
-    EXPECT_TRUE(eventually([&] { return code == 0 || powerWindowOf(run.sentiq.pid()) != nullptr; }));
-    PostMessageW(powerWindowOf(run.sentiq.pid()), WM_POWERBROADCAST, code, 0);
+    EXPECT_TRUE(eventually([&] { return moment.first == 0 || powerWindowOf(run.sentiq.pid()) != nullptr; }));
+    PostMessageW(powerWindowOf(run.sentiq.pid()), WM_POWERBROADCAST, moment.first, 0);
     EXPECT_TRUE(
-        eventually([&] { return (readFile(run.session) + readFile(run.watchdog)).find(line) != std::string::npos; }));
+        eventually([&] { return (readFile(run.session) + readFile(run.watchdog)).find(moment.second) + 1 != 0; }));
     run.canvix.end(7);
     EXPECT_THAT(readFile(run.watchdog), Not(HasSubstr("Done dumping")));
   }
