@@ -23,7 +23,7 @@ struct Stretch {
 };
 
 // A copy joins those before it when it reaches back to one of them, by time or by record numbers: a copy holds the
-// newest events only, and on a busy machine these are few minutes.
+// newest events only, and on a busy machine these are few minutes. Numbers begin anew when a channel is cleared.
 std::vector<Stretch> stretchesOf(const Session& session) {
   std::vector<Stretch> stretches;
   for (const ChannelCopy& copy : session.copies) {
@@ -31,9 +31,10 @@ std::vector<Stretch> stretchesOf(const Session& session) {
       continue;
     }
     Stretch* const last = stretches.empty() ? nullptr : &stretches.back();
-    const bool joins = last != nullptr &&
-                       (*copy.oldest <= last->to ||
-                        (copy.firstRecord != 0 && last->lastRecord != 0 && copy.firstRecord <= last->lastRecord + 1));
+    const bool joins =
+        last != nullptr &&
+        (*copy.oldest <= last->to || (copy.firstRecord != 0 && last->lastRecord != 0 &&
+                                      copy.firstRecord <= last->lastRecord + 1 && copy.lastRecord >= last->lastRecord));
     if (!joins) {
       stretches.push_back({*copy.oldest, copy.made, copy.lastRecord, copy.gaps});
       continue;

@@ -21,6 +21,12 @@ TEST(Outcome, IsNotNormalWhenABusyEventLogHasDroppedTheTimeOfTheExit) {
     joined.push_back(text);
   }
   EXPECT_THAT(said({.copies = joined}), StartsWith("ended: Canvix ended normally"));
+  Lines cleared = copyOf("13:00:08", "11:00:00");
+  for (std::string text : copyOf("13:05:00", "12:03:10")) {
+    const std::size_t number = text.find("ID>7<");
+    cleared.push_back(number == std::string::npos ? text : text.replace(number, 5, "ID>1<"));
+  }
+  EXPECT_THAT(said({.copies = cleared}), HasSubstr("do not reach back")) << "its numbers began anew";
 }
 
 TEST(Outcome, OfLogsThatEndWithASleepIsAsleep) {
