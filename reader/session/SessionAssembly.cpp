@@ -4,6 +4,7 @@
 #include <chrono>
 
 #include "reader/input/CleanText.h"
+#include "reader/session/Life.h"
 
 namespace sentiq {
 namespace {
@@ -130,8 +131,8 @@ void SessionAssembly::placeNameless() {
     std::vector<std::size_t> fitting = byFolder.near(part->session.folder, extent.begin);
     std::erase_if(fitting, [&](std::size_t i) {
       const SessionExtent& own = sessions_[i].extent();
-      return !extent.begin || !own.begin || *extent.begin < *own.begin || *extent.begin > *own.end + afterEnd ||
-             tieOfRun(own, extent) == Tie::Impossible;
+      return !extent.begin || !own.begin || *extent.begin < *own.begin - lifeSlack ||
+             *extent.begin > *own.end + afterEnd || tieOfRun(own, extent) == Tie::Impossible;
     });
     if (fitting.size() == 1) {
       join(fitting.front(), std::move(*part));

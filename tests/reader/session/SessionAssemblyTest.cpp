@@ -36,6 +36,10 @@ TEST(Sessions, WithoutHeaderAreToldByProcessAndTime) {
   EXPECT_THAT(sessionsIn({header("a", "1") + record("13:00:00", "1") + record("13:10:00", "1"),
                           watch("13:05:00", "App has exited")}),
               ElementsAre("a 1; records 13:00:00 13:10:00", " ; exits 13:05:00"));
+  EXPECT_THAT(sessionsIn({header("a", "1") + record("13:00:06", "1"),
+                          watch("13:00:00", "Starting Watchdog application") + watch("13:00:10", "App has exited")}),
+              ElementsAre("a 1; records 13:00:06; exits 13:00:10"))
+      << "the first record comes seconds after the first line";
 }
 
 TEST(Sessions, OfOneNameOnTwoMachinesStayTwo) {
