@@ -101,7 +101,8 @@ void Owners::giveStatusExits(std::size_t index) {
     const bool last = i + 1 == life.statusExits.size();
     const bool goesOn = livesAfter(life, time);
     Life* const other = openOne(othersAt(index, time), time, &Life::statusExit);
-    const bool ofOther = other != nullptr && endsAt(*other, time) && time - *life.begin <= justBegun;
+    const bool ofOther =
+        other != nullptr && endsAt(*other, time) && (!endsAt(life, time) || time - *life.begin <= justBegun);
     if (goesOn || (other != nullptr && (ofOther || !last))) {
       move(life, life.statusExits[i], other);
       if (other != nullptr) {

@@ -62,6 +62,14 @@ TEST(Companions, OfTwoExitsTheOlderOnesComesFirst) {
                                                       "b 200; records 12:30:00 12:59:55; exits 13:00:02 13:00:03"));
 }
 
+TEST(Companions, TheOlderOneMayEndLast) {
+  EXPECT_THAT(sessionsIn({header("a", "100") + record("12:00:00", "100") + header("b", "200") +
+                          record("12:10:00", "200") + exitStatus("12:10:05") + record("12:10:06", "100") +
+                          record("12:59:50", "100") + exitStatus("13:00:00")}),
+              ElementsAre("a 100; records 12:00:00 12:10:06 12:59:50; exits 13:00:00",
+                          "b 200; records 12:10:00; exits 12:10:05"));
+}
+
 TEST(Companions, ARecordIsOfTheProcessThatItNames) {
   EXPECT_THAT(sessionsIn({header("a", "100") + record("13:00:00", "100") + header("b", "200") +
                           record("13:00:05", "200") + record("13:00:10", "100") + record("13:00:15", "200")}),
