@@ -38,9 +38,10 @@ std::optional<Instant> firstMeant(const ToldTime& told, Instant from, Instant un
   if (told.clock.size() < 2 || told.clock[0] > 23 || told.clock[1] > 59 || told.date.size() != 3) {
     return first;
   }
+  const std::chrono::seconds seconds(told.clock.size() > 2 && told.clock[2] < 60 ? told.clock[2] : 0);
   const auto consider = [&](std::chrono::year_month_day day, int hour) {
     const Instant time =
-        std::chrono::sys_days(day) + std::chrono::hours(hour) + std::chrono::minutes(told.clock[1]) - offset;
+        std::chrono::sys_days(day) + std::chrono::hours(hour) + std::chrono::minutes(told.clock[1]) + seconds - offset;
     if (day.ok() && time >= std::chrono::floor<std::chrono::minutes>(from) && time <= until) {
       first = std::min(first.value_or(time), time);
     }

@@ -19,7 +19,7 @@ struct ToldTime {
 
 ToldTime readToldTime(std::string_view clock, std::string_view date);
 
-/// The first minute from that time on, up to the other one, which the told time can mean.
+/// The first time from that minute on, up to the other time, which the told one can mean.
 /// @param offset of local time.
 std::optional<Instant> firstMeant(const ToldTime& told, Instant from, Instant until, std::chrono::minutes offset);
 

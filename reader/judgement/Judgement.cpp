@@ -190,7 +190,6 @@ const Sleep* Judge::sleepAtLast() const {
 
 // The fall that ended the session: the machine went down when the logs stop, and not hours later.
 const Fall* Judge::ownFall() const {
-  constexpr std::chrono::minutes heartbeat{10};  // How exactly the system knows when it went down.
   const Instant over = *process_.over;
   const auto fall = std::find_if(falls_.begin(), falls_.end(), [&](const Fall& f) { return f.back > over; });
   if (fall == falls_.end()) {
@@ -213,7 +212,9 @@ void Judge::judgeFall(const Fall& fall) {
   const LogEntry& best = *fall.best;
   const Sleep* const sleep = sleepAtLast();
   const auto show = [&](Instant time) { return showTime(time, best.offset); };
-  std::string text = wordsFor(best) + ", while Canvix ran, between " + show(range.from) + " and " + show(range.to);
+  std::string text = wordsFor(best) + ", while Canvix ran, " +
+                     (range.from < range.to ? "between " + show(range.from) + " and " + show(range.to)
+                                            : "shortly after " + show(range.from));
   if (sleep != nullptr) {
     const char* const how = sleep->kind == SleepKind::Standby       ? "went into modern standby"
                             : sleep->kind == SleepKind::Hibernation ? "began to hibernate"

@@ -140,7 +140,8 @@ std::optional<Instant> toldTime(const Fall& fall, Instant from) {
 
 TimeRange timeOf(const Fall& fall, Instant lastSign) {
   const auto pressed = fall.facts.buttonPressed;
-  const auto told = pressed && *pressed >= lastSign && *pressed <= fall.back ? pressed : toldTime(fall, lastSign);
+  const auto told =
+      pressed && *pressed >= lastSign && *pressed <= fall.back ? pressed : toldTime(fall, lastSign - heartbeat);
   return {lastSign, std::max(lastSign, told.value_or(fall.back))};
 }
 

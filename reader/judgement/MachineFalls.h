@@ -4,6 +4,7 @@
 // that it ended, not to the one in which it was written.
 #pragma once
 
+#include <chrono>
 #include <optional>
 #include <vector>
 
@@ -30,6 +31,9 @@ struct Alive {
 
 /// When Windows came up, as far as events and the header tell, in order.
 std::vector<Instant> bootsOf(const Session& session, const EntryIndex& index);
+
+/// How exactly the system knows when it went down.
+constexpr std::chrono::minutes heartbeat{10};
 
 /// In order of time.
 std::vector<Fall> fallsOf(const Session& session, const EntryIndex& index, const std::vector<Instant>& boots,

@@ -15,6 +15,9 @@ TEST(Fall, IsSaidToBeBetweenTheLastSignOfLifeAndTheTimeThatIsTold) {
       StartsWith("power-loss: The machine lost power or froze, and restarted without shutting down first, while "
                  "Canvix ran, between 2025-01-31 13:00:00.000 and 2025-01-31 13:04:00.000; it was up again at "
                  "2025-01-31 21:00:00.000\n"));
+  EXPECT_THAT(saidOfStop(lines(Restart{"20:00:02"}, Unexpected{"20:00:05", "12:59:50 PM"})),
+              HasSubstr("shortly after 2025-01-31 13:00:00.000; it was up again"))
+      << "noted once a minute only";
 }
 
 TEST(Fall, ThatIsToldToBeLongAfterTheLogsStopIsNotTheirEnd) {
