@@ -139,10 +139,13 @@ WatchedProcess watchedProcess(const Session& session, const EntryIndex& index) {
     process.id = record.processId;
     process.started = record.ran ? std::optional(record.time.instant - *record.ran) : std::nullopt;
   }
-  for (auto entry = session.entries.rbegin(); entry != session.entries.rend(); ++entry) {
-    if (entry->role == LogRole::Session && entry->time) {  // The records, where there are any, end with the process.
-      process.over = entry->time;
-      break;
+  // The records, where there are any, end with the process: with the last line, since the clock may have been set back.
+  const LogEntry* last = nullptr;
+  for (const LogEntry& entry : session.entries) {
+    const bool ofRecords = entry.role == LogRole::Session && entry.time;
+    if (ofRecords && (last == nullptr || entry.file != last->file || entry.line > last->line)) {
+      last = &entry;
+      process.over = entry.time;
     }
   }
   if (!index.all(Meaning::Exit).empty()) {

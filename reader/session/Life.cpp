@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <iterator>
 #include <string>
+#include <tuple>
 
 #include "logging/LogGrammar.h"
 
@@ -20,14 +21,26 @@ bool isTail(const std::string& text) {
 }  // namespace
 
 Life lifeOf(const Session& session, std::size_t index) {
+  const std::vector<LogEntry>& entries = session.entries;
+  std::vector<std::size_t> written;  // In the order of the lines, not of time.
+  for (std::size_t i = 0; i < entries.size(); ++i) {
+    if (entries[i].time && !entries[i].event && entries[i].role != LogRole::Initial) {
+      written.push_back(i);
+    }
+  }
+  std::sort(written.begin(), written.end(), [&](std::size_t a, std::size_t b) {
+    return std::tie(entries[a].file, entries[a].line) < std::tie(entries[b].file, entries[b].line);
+  });
   Life life;
   life.session = index;
-  for (std::size_t i = 0; i < session.entries.size(); ++i) {
-    const LogEntry& entry = session.entries[i];
-    if (!entry.time || entry.event || entry.role == LogRole::Initial) {
-      continue;
+  const LogEntry* before = nullptr;
+  for (const std::size_t i : written) {
+    const LogEntry& entry = entries[i];
+    if (before != nullptr && before->file == entry.file && *entry.time < *before->time - lifeSlack) {
+      (entry.role == LogRole::Session ? life.records : life.power).clear();  // The clock was set back.
     }
-    life.begin = life.begin ? life.begin : entry.time;
+    before = &entry;
+    life.begin = std::min(life.begin.value_or(*entry.time), *entry.time);
     if (entry.metric) {
       life.records.push_back(*entry.time);
     } else if (entry.meaning == Meaning::Exit) {
@@ -38,6 +51,8 @@ Life lifeOf(const Session& session, std::size_t index) {
       life.tails.push_back(i);
     }
   }
+  std::sort(life.records.begin(), life.records.end());
+  std::sort(life.power.begin(), life.power.end());
   return life;
 }
 

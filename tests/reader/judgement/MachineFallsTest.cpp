@@ -33,6 +33,14 @@ TEST(Fall, IsToldInEveryOrderOfDayAndMonth) {
   }
 }
 
+TEST(Fall, AfterTheClockWasSetBackIsAfterTheLastLineNotTheLatest) {
+  EXPECT_THAT(said({.watchdog = lines(Restart{"11:30:00"}),
+                    .exited = false,
+                    .records = {recordLine("2025-01-31T13:00:00.000+0100"), recordLine("2025-01-31T12:20:00.000+0100")},
+                    .copies = {}}),
+              StartsWith("power-loss"));
+}
+
 TEST(Fall, WithinAnHourOrDuringSleepNeedsNoToldTime) {
   EXPECT_THAT(saidOfStop(lines(Restart{"12:30:00"})), StartsWith("power-loss"));
   EXPECT_THAT(saidOfStop(lines(Restart{"20:00:00", {"BugcheckCode=0", "ConnectedStandbyInProgress=true"}})),

@@ -70,6 +70,13 @@ TEST(Companions, TheOlderOneMayEndLast) {
                           "b 200; records 12:10:00; exits 12:10:05"));
 }
 
+TEST(Companions, AClockThatWasSetBackDoesNotPutTheExitBeforeTheRecords) {
+  EXPECT_THAT(sessionsIn({header("a", "100") + record("13:00:00", "100") + record("13:00:10", "100") +
+                              record("12:00:00", "100") + exitStatus("12:00:05"),
+                          watchHead("12:59:00", "a", "100") + watch("12:00:05", "App has exited")}),
+              ElementsAre("a 100; records 12:00:00 13:00:00 13:00:10; exits 12:00:05 12:00:05"));
+}
+
 TEST(Companions, ARecordIsOfTheProcessThatItNames) {
   EXPECT_THAT(sessionsIn({header("a", "100") + record("13:00:00", "100") + header("b", "200") +
                           record("13:00:05", "200") + record("13:00:10", "100") + record("13:00:15", "200")}),
