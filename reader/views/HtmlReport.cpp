@@ -66,10 +66,10 @@ void addFacts(const PageSession& page, Places& places) {
     return std::find(keys.begin(), keys.end(), fact.key) != keys.end();
   });
   const auto place = [](const Fact& fact) {
-    Places fact_;
-    fact_.text("name", fact.label);
-    fact_.text("value", fact.text);
-    return fact_;
+    Places row;
+    row.text("name", fact.label);
+    row.text("value", fact.text);
+    return row;
   };
   std::vector<Fact> who(facts.begin(), rest);
   const auto rank = [&](const Fact& fact) { return std::find(keys.begin(), keys.end(), fact.key); };

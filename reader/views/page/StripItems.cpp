@@ -92,7 +92,7 @@ std::string momentKey(const Session& session, const LogEntry& entry, const std::
     return "exit";
   }
   if (isFailure(entry.meaning) && entry.event) {
-    if (const std::string report = programFailure(session.eventOf(entry)).reportId; !report.empty()) {
+    if (std::string report = programFailure(session.eventOf(entry)).reportId; !report.empty()) {
       return report;
     }
   }
