@@ -8,6 +8,7 @@
 #include <stdexcept>
 #include <string>
 #include <thread>
+#include <utility>
 
 namespace sentiq::test {
 
@@ -60,23 +61,30 @@ class ChildProcess {
   PROCESS_INFORMATION started_{};
 };
 
-/// The hidden window of a process, null when it has none (yet).
+/// The hidden window of a process, null when it has none (yet). Not by FindWindowExW, which loses its way when a window
+/// of another process goes meanwhile.
 inline HWND powerWindowOf(DWORD pid) {
-  HWND window = nullptr;
-  for (DWORD owner = 0; owner != pid;) {
-    window = FindWindowExW(nullptr, window, L"PowerEventWindowClass", L"Power Event Listener");
-    owner = pid;
+  std::pair<DWORD, HWND> search(pid, nullptr);
+  const auto look = [](HWND window, LPARAM to) -> BOOL {
+    auto& [wanted, found] = *reinterpret_cast<std::pair<DWORD, HWND>*>(to);
+    wchar_t name[64] = {};
+    DWORD owner = 0;
     GetWindowThreadProcessId(window, &owner);
-  }
-  return window;
+    GetClassNameW(window, name, 64);
+    found = owner == wanted && name == std::wstring(L"PowerEventWindowClass") ? window : nullptr;
+    return found == nullptr;
+  };
+  EnumWindows(look, reinterpret_cast<LPARAM>(&search));
+  return search.second;
 }
 
 /// Whether the condition comes true within a minute.
 bool eventually(auto condition) {
-  for (int tries = 0; tries < 1200 && !condition(); ++tries) {
+  int tries = 1200;
+  while (!condition() && --tries != 0) {
     std::this_thread::sleep_for(std::chrono::milliseconds(50));
   }
-  return condition();
+  return tries != 0;
 }
 
 }  // namespace sentiq::test
