@@ -167,17 +167,18 @@ class Entries {
     if (!row) {
       return false;
     }
-    if (!this.fits(row, this.field.value.toLowerCase().split(/\s+/).filter(word => word), this.severity.value)) {
+    const isThere = () => document.getElementById(id) !== null;
+    if (!isThere()) {
       this.field.value = '';
       this.severity.value = '0';
+      this.older ||= row.older;
+      this.show();
     }
-    this.older ||= row.older;
-    this.show();
-    if (!document.getElementById(id)) {
+    if (!isThere()) {
       this.unfolded.add(this.kindOf(row));
       this.show();
     }
-    while (!document.getElementById(id)) {
+    while (!isThere()) {
       this.show(this.limit * 2);
     }
     document.getElementById(id).querySelector('details').open = true;
