@@ -20,23 +20,8 @@ class Entries {
     [this.field, this.severity] = box.querySelectorAll('input, select');
     this.olderButton = box.querySelector('button.older');
     this.body = box.querySelector('tbody');
-    let day = '';
-    let older = false;
-    this.rows = [];
-    this.byId = new Map();
-    for (const piece of box.querySelector('noscript').textContent.split(/\n(?=<t(?:r|body))/)) {
-      older ||= piece.startsWith('<tbody class="older"');
-      if (piece.startsWith('<tr class="day"')) {
-        day = piece;
-      } else if (piece.startsWith('<tr id=')) {
-        const [first, last] = [piece.indexOf('\n'), piece.lastIndexOf('\n<dt>In the log')];
-        const model = piece.startsWith('<td c', first + 1) && this.byId.get(piece.match(/>as <a href="#(\w+)/)[1]);
-        const row = { day, older, id: piece.slice(8, piece.indexOf('"', 8)), head: piece.slice(0, first),
-          body: model ? model.body : piece.slice(first, last), tail: piece.slice(last, piece.lastIndexOf('</dl>') + 5) };
-        this.rows.push(row);
-        this.byId.set(row.id, row);
-      }
-    }
+    const [during, before = ''] = box.querySelector('noscript').textContent.split('<tbody class="older">');
+    this.rows = [...this.read(during, false), ...this.read(before, true)];
     this.olderCount = this.rows.filter(row => row.older).length;
     this.listen();
     this.show();
@@ -74,24 +59,57 @@ class Entries {
     this.box.querySelectorAll('.controls, table').forEach(part => { part.hidden = false; });
   }
 
+  read(text, older) {
+    let day = '';
+    const rows = [];
+    for (const piece of text.split('\n<tr ').slice(1)) {
+      if (piece.startsWith('id=')) {
+        rows.push({ piece, day, older });
+      } else {
+        day = '<tr ' + piece;
+      }
+    }
+    return rows;
+  }
+
+  byId(id) {
+    this.index ??= new Map(this.rows.map(row => [row.piece.slice(4, row.piece.indexOf('"', 4)), row]));
+    return this.index.get(id);
+  }
+
   rowOf(inside) {
-    return this.byId.get(inside.closest('tr').id);
+    return this.parts(this.byId(inside.closest('tr').id));
+  }
+
+  // Takes a row apart when it is looked at. One that says the same as another one has that one's body.
+  parts(row) {
+    if (row.head === undefined) {
+      const { piece } = row;
+      const [first, last] = [piece.indexOf('\n'), piece.lastIndexOf('\n<dt>In the log')];
+      const model = piece.startsWith('<td c', first + 1) && this.byId(piece.match(/>as <a href="#(\w+)/)[1]);
+      row.head = '<tr ' + piece.slice(0, first);
+      row.body = model ? this.parts(model).body : piece.slice(first, last);
+      row.tail = piece.slice(last, piece.lastIndexOf('</dl>') + 5);
+    }
+    return row;
   }
 
   // Rows of one kind on one day are folded into one, unless they mean something for the session.
   kindOf(row) {
     if (row.kind === undefined) {
-      const [source, severity, provider, words] = row.body.split('<td>').slice(1);
-      row.kind = row.head.includes(' own"><td>') ? row.id
+      const [source, severity, provider, words] = this.parts(row).body.split('<td>', 5).slice(1);
+      row.kind = row.head.includes(' own"><td>') ? row.head
         : [row.day, row.older, source, severity, provider || words.slice(0, words.indexOf('</summary>'))].join('\n');
     }
     return row.kind;
   }
 
   fits(row, words, rank) {
-    row.rank ??= ['info', 'notice', 'warning', 'error'].indexOf(row.head.match(/class="(\w+)/)[1]);
-    row.text ??= words.length ? plain(row.head + row.body + row.tail).toLowerCase() : undefined;
-    return row.rank >= rank && words.every(word => row.text.includes(word));
+    if (words.length) {
+      row.text ??= plain(this.parts(row).head + row.body + row.tail).toLowerCase();
+    }
+    return words.every(word => row.text.includes(word)) &&
+      (rank === '0' || ['info', 'notice', 'warning', 'error'].indexOf(row.piece.match(/class="(\w+)/)[1]) >= rank);
   }
 
   show(limit = this.limit) {
@@ -102,7 +120,7 @@ class Entries {
     const groups = new Map();
     for (const row of oldestFirst ? shown.reverse() : shown) {
       const kind = this.kindOf(row);
-      const name = this.unfolded.has(kind) ? row.id : kind;
+      const name = this.unfolded.has(kind) ? row.piece : kind;
       groups.set(name, { row: groups.get(name)?.row || row, count: (groups.get(name)?.count || 0) + 1 });
     }
     const open = new Set([...this.body.querySelectorAll('details[open]')].map(part => part.closest('tr').id));
@@ -163,7 +181,7 @@ class Entries {
 
   // Makes the row be there, opened.
   reveal(id) {
-    const row = this.byId.get(id);
+    const row = this.byId(id);
     if (!row) {
       return false;
     }
