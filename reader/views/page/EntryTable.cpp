@@ -43,7 +43,7 @@ std::string fieldLines(const std::vector<NamedValue>& fields) {
   std::string lines;
   std::size_t unnamed = 0;
   for (const NamedValue& field : fields) {
-    lines += (lines.empty() ? "" : "\n") + nameOf(field, unnamed) + ": " + std::string(field.value);
+    lines.append(lines.empty() ? "" : "\n").append(nameOf(field, unnamed)).append(": ").append(field.value);
   }
   return lines.empty() ? "no fields" : lines;
 }

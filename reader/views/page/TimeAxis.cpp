@@ -65,7 +65,8 @@ std::string showNumber(double number, int decimals) {
   if (behind > 0) {
     digits.insert(digits.size() - behind, ".");
   }
-  return (number < 0 && scaled != 0 ? "-" : "") + digits;
+  std::string text = number < 0 && scaled != 0 ? "-" : "";
+  return text.append(digits);
 }
 
 }  // namespace sentiq
