@@ -19,30 +19,29 @@ struct Stretch {
   Instant from;
   Instant to;
   std::uint64_t lastRecord;
-  bool gaps;
 };
 
 // A copy joins those before it when it reaches back to one of them, by time or by record numbers: a copy holds the
 // newest events only, and on a busy machine these are few minutes. Numbers begin anew when a channel is cleared.
-std::vector<Stretch> stretchesOf(const Session& session) {
+// @param whole whether a copy counts only down to the first event that is lost in it.
+std::vector<Stretch> stretchesOf(const Session& session, bool whole) {
   std::vector<Stretch> stretches;
   for (const ChannelCopy& copy : session.copies) {
     if (copy.channel != "Application" || !copy.oldest) {
       continue;
     }
+    const bool cut = whole && copy.lostBefore;
+    const Instant from = cut ? *copy.lostBefore : *copy.oldest;
     Stretch* const last = stretches.empty() ? nullptr : &stretches.back();
-    const bool joins =
-        last != nullptr &&
-        (*copy.oldest <= last->to || (copy.firstRecord != 0 && last->lastRecord != 0 &&
-                                      copy.firstRecord <= last->lastRecord + 1 && copy.lastRecord >= last->lastRecord));
-    if (!joins) {
-      stretches.push_back({*copy.oldest, copy.made, copy.lastRecord, copy.gaps});
+    const bool follows = last != nullptr && !cut && copy.firstRecord != 0 && last->lastRecord != 0 &&
+                         copy.firstRecord <= last->lastRecord + 1 && copy.lastRecord >= last->lastRecord;
+    if (last == nullptr || (!follows && from > last->to)) {
+      stretches.push_back({from, copy.made, copy.lastRecord});
       continue;
     }
-    last->from = std::min(last->from, *copy.oldest);
+    last->from = std::min(last->from, from);
     last->to = std::max(last->to, copy.made);
     last->lastRecord = std::max(last->lastRecord, copy.lastRecord);
-    last->gaps = last->gaps && copy.gaps;
   }
   return stretches;
 }
@@ -54,15 +53,16 @@ std::string missingAbout(const Session& session, const LogEntry& exit) {
   const auto show = [&](Instant instant) { return showTime(instant, exit.offset); };
   std::optional<Instant> latest;  // Up to which there is a copy; so from which, after the exit.
   std::optional<Instant> reach;
-  for (const Stretch& stretch : stretchesOf(session)) {
-    latest = std::max(latest.value_or(stretch.to), stretch.to);
-    if (stretch.to < time + lateEnough) {
-      continue;
+  for (const bool whole : {true, false}) {
+    for (const Stretch& stretch : stretchesOf(session, whole)) {
+      latest = std::max(latest.value_or(stretch.to), stretch.to);
+      if (stretch.to >= time + lateEnough) {
+        reach = std::min(reach.value_or(stretch.from), stretch.from);
+      }
     }
-    if (stretch.from <= time - before) {
-      return stretch.gaps ? "events in the copies of the Application events cannot be read" : "";
+    if (reach && *reach <= time - before) {
+      return whole ? "" : "events in the copies of the Application events cannot be read";
     }
-    reach = std::min(reach.value_or(stretch.from), stretch.from);
   }
   if (reach) {
     return "the copies of the Application events do not reach back to " + show(time) + ", only to " + show(*reach);

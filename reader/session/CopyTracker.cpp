@@ -57,8 +57,9 @@ void CopyTracker::takeEvent(std::string_view channel, std::uint64_t recordId, st
 }
 
 void CopyTracker::takeLoss(std::vector<ChannelCopy>& copies) {
-  if (last_) {
-    copies[*last_].gaps = true;
+  if (last_) {  // The newest event comes first.
+    ChannelCopy& copy = copies[*last_];
+    copy.lostBefore = copy.lostBefore ? copy.lostBefore : copy.oldest.value_or(copy.made);
   }
 }
 

@@ -43,7 +43,7 @@ struct ChannelCopy {
   std::uint64_t firstRecord = 0;  // Record numbers, both within it; 0 when unknown.
   std::uint64_t lastRecord = 0;
   std::size_t events = 0;
-  bool gaps = false;       // Events in it could not be rendered, or are damaged.
+  std::optional<Instant> lostBefore;  // Older events than this could not be rendered, or are damaged.
   bool afterExit = false;  // One of the two that follow Canvix's exit; the others go with sleep and the display.
 };
 

@@ -29,6 +29,17 @@ TEST(Outcome, IsNotNormalWhenABusyEventLogHasDroppedTheTimeOfTheExit) {
   EXPECT_THAT(said({.copies = cleared}), HasSubstr("do not reach back")) << "its numbers began anew";
 }
 
+TEST(Outcome, IsNormalWhenWhatIsLostOfTheCopiesWasLongBefore) {
+  const auto losing = [](const std::string& newest) {
+    Lines copy = copyOf("13:05:00", newest);
+    copy.push_back(marker("13:05:00", ""));
+    copy.push_back(copyOf("13:05:00", "11:00:00").back());
+    return said({.copies = copy});
+  };
+  EXPECT_THAT(losing("11:59:50"), StartsWith("ended: Canvix ended normally"));
+  EXPECT_THAT(losing("12:00:20"), HasSubstr("events in the copies of the Application events cannot be read"));
+}
+
 TEST(Outcome, OfLogsThatEndWithASleepIsAsleep) {
   EXPECT_THAT(said({.watchdog = {marker("13:00:01", "System Will Sleep")}, .exited = false}),
               StartsWith("asleep: The machine went to sleep at 2025-01-31 13:00:01.000, and the logs end there"));

@@ -55,15 +55,16 @@ TEST(ChannelCopies, TellHowFarTheyReach) {
     for (const ChannelCopy& copy : sessionOf(log, keep).copies) {
       seen.push_back(copy.channel.substr(0, 3) + ' ' + std::to_string(copy.events) + ": " +
                      std::to_string(copy.firstRecord) + " to " + std::to_string(copy.lastRecord) +
-                     (copy.gaps ? " gaps" : "") + (copy.afterExit ? " after exit" : ""));
+                     (copy.lostBefore ? " lost before " + showTime(*copy.lostBefore, 1h).substr(11, 8) : "") +
+                     (copy.afterExit ? " after exit" : ""));
       EXPECT_EQ(copy.oldest.has_value(), copy.events > 0);
     }
     EXPECT_THAT(seen,
                 ElementsAre("App 2: 7 to 9", "Sys 1: 3 to 3", "App 2: 5 to 9 after exit", "Sys 0: 0 to 0 after exit",
-                            "App 1: 9 to 9 gaps after exit", "Sys 0: 0 to 0 after exit"));
+                            "App 1: 9 to 9 lost before 13:02:05 after exit", "Sys 0: 0 to 0 after exit"));
   }
   EXPECT_TRUE(sessionOf(initialHead("13:00:00", "a", "1") + eventOf(1)).copies.empty());
-  EXPECT_TRUE(sessionOf(copies("13:00:00", "\x01\n")).copies.front().gaps) << "a damaged line";
+  EXPECT_TRUE(sessionOf(copies("13:00:00", "\x01\n")).copies.front().lostBefore) << "a damaged line";
 }
 
 TEST(LogLines, EachEventIsThereOnceAndOthersAreCounted) {
