@@ -16,13 +16,22 @@ void LogFileReader::finish() {
 }
 
 void LogFileReader::take(const Line& line) {
+  // Where a machine lost power while it wrote, zeros stay, and what is written later goes on behind them.
+  constexpr std::string_view zeros("\0\0\0\0\0\0\0\0", 8);
   const bool furtherPiece = line.number == line_;  // Of an overlong line.
   bool good = false;
+  std::string_view text = line.text;
   text_.clear();
   if (furtherPiece) {
-    text_ = line.text;
+    text_ = text;
   } else {
-    good = decoder_.decode(line.text, text_) != LineKind::Damaged && line.whole;
+    const std::size_t last = text.rfind(zeros);
+    if (last != std::string_view::npos && last + zeros.size() < text.size()) {
+      takeKeptRecords();
+      entries_.takeDamaged(text.substr(0, last), line.number);
+      text.remove_prefix(last + zeros.size());
+    }
+    good = decoder_.decode(text, text_) != LineKind::Damaged && line.whole;
   }
   line_ = file_.lines = line.number;
   if (keep_ == Keep::RawLines) {

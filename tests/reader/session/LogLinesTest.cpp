@@ -109,6 +109,12 @@ static std::string inUtf16(const std::string& ascii) {
   return bytes;
 }
 
+TEST(LogLines, GoOnBehindTheZerosThatAPowerLossLeaves) {
+  EXPECT_THAT(sessionsIn({header("a", "1") + record("13:00:00", "1") + R"({"appStart)" + std::string(99, '\0') +
+                          header("b", "2") + record("13:10:00", "2")}),
+              ElementsAre("a 1; records 13:00:00", "b 2; records 13:10:00"));
+}
+
 TEST(Files, WithoutALineOfOursAreNoLogs) {
   const std::string log = watch("13:00:00", "Starting Watchdog application");
   const SampleFolder folder;
