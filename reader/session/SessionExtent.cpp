@@ -82,6 +82,12 @@ std::optional<bool> sameStart(const SessionExtent& a, const SessionExtent& b) {
 
 Tie tieOfRun(const SessionExtent& a, const SessionExtent& b) {
   constexpr std::chrono::days longestPause{1};
+  const auto startedAfter = [](const SessionExtent& later, const SessionExtent& earlier) {
+    return later.bootFrom && earlier.end && *later.bootFrom > *earlier.end + std::chrono::hours(1) + bootSlack;
+  };
+  if (startedAfter(a, b) || startedAfter(b, a)) {
+    return Tie::Impossible;
+  }
   if (const auto same = sameComputer(a, b)) {
     return *same ? Tie::Proven : Tie::Impossible;
   }

@@ -47,6 +47,9 @@ TEST(Sessions, OfOneNameOnTwoMachinesStayTwo) {
     return watchHead("13:00:00", "a", "1", boot) + copies("13:00:01", crash("12:00:00", computer));
   };
   const std::string records = header("a", "1") + record("13:00:00", "1");
+  const std::string before = watchHead("06:00:00", "a", "1", "05:00:00") + copies("06:00:01", crash("05:00:00", "X"));
+  EXPECT_EQ(readAll({{"1.log", log("08:00:00", "X")}, {"2.log", before}}).sessions.size(), 2)
+      << "Windows was started in between";
   EXPECT_EQ(readAll({{"1/w.log", log("08:00:00", "X")}, {"2/w.log", log("08:00:00", "Y")}}).sessions.size(), 2);
   EXPECT_EQ(readAll({{"1/w.log", log("08:00:00", "")}, {"2/w.log", log("08:05:00", "")}}).sessions.size(), 2);
   EXPECT_EQ(readAll({{"1/w.log", log("08:00:00", "")}, {"2/w.log", log("08:00:02", "")}}).sessions.size(), 1);
