@@ -51,7 +51,7 @@ bool KeptRecords::keep(std::string_view text, std::uint64_t line) {
 }
 
 KeptRecords::Row& KeptRecords::rowOf(std::int64_t processId) {
-  constexpr std::size_t most = 8;  // Beyond that they share the last one: no program starts so many companions.
+  constexpr std::size_t most = 16;  // Beyond that they share the last one: no program starts so many companions.
   for (std::size_t i = 0; i < rows_.size(); ++i, last_ = (last_ + 1) % rows_.size()) {
     if (rows_[last_].processId == processId) {
       return rows_[last_];

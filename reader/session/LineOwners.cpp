@@ -69,7 +69,7 @@ void Owners::give() {
 
 // Those that had begun by then. However many a folder holds, few can have run at the same time.
 Owners::Others Owners::othersAt(std::size_t index, Instant time) {
-  constexpr std::size_t most = 8;
+  constexpr std::size_t most = 16;
   Others others;
   for (std::size_t i = index; i > 0 && others.size() < most; --i) {
     others.push_back(&lives_[i - 1]);
