@@ -106,7 +106,7 @@ std::optional<bool> startedThen(const Failure& failure, const WatchedProcess& pr
   return helps ? std::optional(same) : std::nullopt;
 }
 
-Whose whoseFailure(const Failure& failure, const WatchedProcess& process) {
+Whose whoseFailure(const Failure& failure, const WatchedProcess& process, const std::vector<Instant>& otherExits) {
   if (!process.begin || !process.over) {
     return Whose::Nobody;
   }
@@ -114,7 +114,10 @@ Whose whoseFailure(const Failure& failure, const WatchedProcess& process) {
   const bool inTime = *failure.tellers.front()->time >= *process.begin && time <= *process.over + nearby;
   const bool ranOn = time < *process.over - nearby;
   if (failure.facts.processId == 0 || process.id == 0) {
-    return inTime && !ranOn ? Whose::Watched : Whose::Nobody;
+    const bool otherIsNearer = std::any_of(otherExits.begin(), otherExits.end(), [&](Instant exit) {
+      return std::chrono::abs(exit - time) < std::chrono::abs(*process.over - time);
+    });
+    return !inTime || ranOn ? Whose::Nobody : otherIsNearer ? Whose::Other : Whose::Watched;
   }
   if (failure.facts.processId != process.id) {
     return inTime ? Whose::Other : Whose::Nobody;
@@ -165,7 +168,7 @@ std::vector<Failure> failuresOf(const Session& session, const EntryIndex& index,
     gathering.add(*entry, programFailure(session.eventOf(*entry)));
   }
   for (Failure& failure : failures) {
-    failure.whose = whoseFailure(failure, process);
+    failure.whose = whoseFailure(failure, process, session.otherExits);
   }
   return failures;
 }

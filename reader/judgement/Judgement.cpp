@@ -258,8 +258,8 @@ void Judge::sayOtherFailures(const Failure* own) {
     const LogEntry& entry = *failure.best;
     const std::int64_t process = failure.facts.processId;
     if (failure.whose == Whose::Other && told.insert(process).second) {
-      say("Another Canvix, process " + std::to_string(process) + (failure.hang ? ", stopped responding" : ", crashed") +
-              at(entry) + ": " + wordsFor(entry),
+      say("Another Canvix" + (process != 0 ? ", process " + std::to_string(process) : "") +
+              (failure.hang ? ", stopped responding" : ", crashed") + at(entry) + ": " + wordsFor(entry),
           entry);
     } else if (failure.whose == Whose::WatchedRanOn) {
       say("It ran on after this" + at(entry) + ": " + wordsFor(entry), entry);

@@ -24,7 +24,9 @@ constexpr std::size_t mostLookedAt = 4;
 struct Reach {
   std::size_t session = 0;
   Instant begin;
-  LogTime end;                            // Of its own lines.
+  LogTime end;  // Of its own lines.
+  std::optional<Instant> exit;
+  std::ptrdiff_t ownCopies = 0;           // The others are told by neighbours.
   Instant until;                          // What is logged later tells of the next one.
   std::unordered_set<std::string> known;  // Its events, once there is something to add.
 };
@@ -33,14 +35,22 @@ bool isSameMachine(const Session& a, const Session& b) {
   return a.computer.empty() || b.computer.empty() || equalIgnoringCase(a.computer, b.computer);
 }
 
+std::optional<Instant> exitOf(const Session& session) {
+  const auto exit = std::find_if(session.entries.begin(), session.entries.end(),
+                                 [](const LogEntry& entry) { return entry.meaning == Meaning::Exit && entry.time; });
+  return exit != session.entries.end() ? exit->time : std::nullopt;
+}
+
 // In the order in which they began.
 std::vector<Reach> reachesOf(const std::vector<Session>& sessions, const std::vector<std::size_t>& ofFolder) {
   constexpr std::chrono::minutes late{10};  // Error reports come some time after the failure.
   std::vector<Reach> reaches;
   for (const std::size_t i : ofFolder) {
-    const SessionSpan span = sessionSpan(sessions[i]);
+    const Session& session = sessions[i];
+    const SessionSpan span = sessionSpan(session);
     if (span.begin) {
-      reaches.push_back({i, *span.begin, {*span.end, span.offset}, Instant::max(), {}});
+      reaches.push_back(
+          {i, *span.begin, {*span.end, span.offset}, exitOf(session), std::ssize(session.copies), Instant::max(), {}});
     }
   }
   std::stable_sort(reaches.begin(), reaches.end(), [](const Reach& a, const Reach& b) { return a.begin < b.begin; });
@@ -109,11 +119,26 @@ EarlierSession earlierSession(const Session& session, const LogTime& end) {
   return earlier;
 }
 
-void tellOfNext(Session& session, const Reach& reach, const Session& next) {
-  std::copy_if(next.copies.begin(), next.copies.end(), std::back_inserter(session.copies),
-               [&](const ChannelCopy& copy) { return copy.oldest && *copy.oldest <= reach.end.instant; });
-  if (next.booted && *next.booted > reach.begin) {
-    session.laterBoots.push_back(*next.booted);
+// Of those that began just before it or after it.
+void tellOfOthers(std::vector<Session>& sessions, const std::vector<Reach>& reaches, std::size_t index) {
+  const Reach& reach = reaches[index];
+  Session& session = sessions[reach.session];
+  const std::size_t end = std::min(index + mostLookedAt + 1, reaches.size());
+  for (std::size_t i = index - std::min(index, mostLookedAt); i < end; ++i) {
+    const Session& other = sessions[reaches[i].session];
+    if (i == index || !isSameMachine(session, other)) {
+      continue;
+    }
+    if (reaches[i].exit) {
+      session.otherExits.push_back(*reaches[i].exit);
+    }
+    std::copy_if(other.copies.begin(), other.copies.begin() + reaches[i].ownCopies, std::back_inserter(session.copies),
+                 [&](const ChannelCopy& copy) {
+                   return copy.oldest && *copy.oldest <= reach.end.instant && copy.made > reach.end.instant;
+                 });
+    if (i > index && other.booted && *other.booted > reach.begin) {
+      session.laterBoots.push_back(*other.booted);
+    }
   }
 }
 
@@ -132,12 +157,9 @@ void tellOfEarlier(std::vector<Session>& sessions, const std::vector<Reach>& rea
 void tellOneFolder(std::vector<Session>& sessions, const std::vector<std::size_t>& ofFolder) {
   std::vector<Reach> reaches = reachesOf(sessions, ofFolder);
   const std::vector<Loan> loans = loansOf(sessions, ofFolder, reaches);
-  for (std::size_t i = 0; i < reaches.size(); ++i) {  // In this order nothing is lent further.
-    Session& session = sessions[reaches[i].session];
+  for (std::size_t i = 0; i < reaches.size(); ++i) {
     tellOfEarlier(sessions, reaches, i);
-    if (i + 1 < reaches.size() && isSameMachine(session, sessions[reaches[i + 1].session])) {
-      tellOfNext(session, reaches[i], sessions[reaches[i + 1].session]);
-    }
+    tellOfOthers(sessions, reaches, i);
   }
   for (const Loan& loan : loans) {  // Entries are only added, behind those that are meant.
     const Session& from = sessions[loan.from];

@@ -8,8 +8,9 @@
 namespace sentiq {
 
 /// Adds to each session what the other ones in its folder know of it: events with a meaning from its begin until the
-/// next one has begun (entries marked as borrowed), the next one's copies that reach back to its end, later starts of
-/// Windows; and what the one before it was like. Those whose events name different computers are of different machines.
+/// next one has begun (entries marked as borrowed), copies made later that reach back to its end, later starts of
+/// Windows; when the others exited; and what the one before it was like. Those whose events name different computers
+/// are of different machines.
 void tellNeighbours(std::vector<Session>& sessions);
 
 }  // namespace sentiq

@@ -73,6 +73,7 @@ struct Session {
   std::unordered_map<std::size_t, Severity> counted;  // Distinct events that were not kept, by the hash of their text.
   std::uint64_t eventCopies = 0;                      // Events that were in the logs more than once.
   std::vector<std::string> repeated;                  // Files that hold the same of it once more; names as given.
+  std::vector<Instant> otherExits;                    // Of the sessions beside it on the same machine.
   std::optional<EarlierSession> earlier;              // The one before it on the same machine, if its logs are there.
 
   /// @param entry one that is an event; so of the other one a record.

@@ -86,6 +86,16 @@ TEST(Failure, OfWhichOnlyTheRuntimeOrThePopUpTellsCountsToo) {
               StartsWith("crashed"));
 }
 
+TEST(Failure, ThatNamesNoProcessIsOfTheSessionWhoseExitIsNearest) {
+  LogSet logs = read({lines(Report{"11:59:58"})});
+  Session& session = logs.sessions.front();
+  session.otherExits = {parseTime("2025-01-31T13:00:30.000+0100")->instant};
+  EXPECT_EQ(judge(session).outcome, Outcome::Crashed);
+  session.otherExits = {parseTime("2025-01-31T13:00:00.000+0100")->instant};
+  EXPECT_EQ(judge(session).outcome, Outcome::Ended);
+  EXPECT_THAT(judge(session).others.front().text, StartsWith("Another Canvix, crashed at 2025-01-31 12:59:58"));
+}
+
 TEST(Failure, OfAnotherProgramALeakAndAHangThatRecoveredAreNoEnd) {
   EXPECT_THAT(said({lines(Report{"12:00:02", "APPCRASH", "", "Other.exe"})}),
               StartsWith("ended: Canvix ended normally"));
