@@ -140,12 +140,10 @@ TEST(Sessions, HearOfTheirEventsFromTheNextOnesCopies) {
   EXPECT_THAT(first.laterBoots, ElementsAre(logs.sessions.back().booted));
   EXPECT_FALSE(first.earlier);
   EXPECT_EQ(showTime(logs.sessions.back().earlier.value().end.instant, {}), "2025-01-31 11:01:00.000");
-  EXPECT_EQ(readTexts({watchHead("11:30:00", "b", "2") + copies("13:30:00", events),
-                       watchHead("12:00:00", "a", "1") + watch("12:01:00", "App has exited")})
-                .sessions.back()
-                .copies.size(),
-            1)
-      << "of one that began earlier and ran on";
+  const LogSet beside = readTexts({watchHead("11:30:00", "b", "2") + copies("13:30:00", events),
+                                   watchHead("12:00:00", "a", "1") + watch("12:01:00", "App has exited")});
+  EXPECT_EQ(beside.sessions.back().copies.size(), 1) << "of one that began earlier and ran on";
+  EXPECT_EQ(beside.sessions.front().otherExits.size(), 1);
 }
 
 }  // namespace sentiq
