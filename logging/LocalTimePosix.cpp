@@ -5,7 +5,7 @@ namespace sentiq {
 
 std::optional<std::tm> toLocalTime(std::int64_t seconds) {
   std::tm local{};
-  const std::time_t instant = seconds;
+  const auto instant = static_cast<std::time_t>(seconds);
   if (localtime_r(&instant, &local) == nullptr) {
     return std::nullopt;
   }

@@ -32,7 +32,8 @@ const PairWords pairWords = [] {
   words.second.fill(notDigits);
   for (std::uint32_t bits = 0; bits < 1U << 12; ++bits) {
     const std::array<char, 2> digits{base64Alphabet[bits >> 6], base64Alphabet[bits & 63]};
-    const auto pair = std::bit_cast<std::uint16_t>(digits);
+    std::uint16_t pair = 0;
+    std::memcpy(&pair, digits.data(), sizeof pair);
     words.first[pair] = bits >> 4 | (bits & 15) << 12;
     words.second[pair] = bits >> 8 << 8 | (bits & 255) << 16;
   }
