@@ -4,6 +4,8 @@ if(NOT WIN32)
   return()
 endif()
 
+# The reader as a page is the same on every system. It is there when the preset web was built.
+install(FILES build/web/sentiq-logs.html DESTINATION . COMPONENT program OPTIONAL)
 install(TARGETS CanvixSentiq sentiq-logs RUNTIME DESTINATION . COMPONENT program)
 install(FILES README.md CHANGELOG.md SECURITY.md DESTINATION . COMPONENT program)
 install(DIRECTORY docs DESTINATION . COMPONENT program)

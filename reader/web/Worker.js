@@ -1,0 +1,83 @@
+// Runs the reader beside the page. Each command has an instance of its own, so that its memory is given back.
+
+let compiled;
+let logs = []; // {path, file}; what was unpacked has its bytes in place of a File.
+let told = 0;  // When the page last heard of the progress.
+
+const say = (what, more) => postMessage({ what, ...more });
+const leave = (path, why) => say('left', { path, why });
+
+function progress(doing, done, total) {
+  const now = performance.now();
+  if (now - told > 100) {
+    told = now;
+    say('progress', { doing, done, total });
+  }
+}
+
+async function run(command, paths, options) {
+  const out = [], messages = [];
+  const instance = await sentiqLogs({
+    instantiateWasm(imports, done) {
+      WebAssembly.instantiate(compiled, imports).then(made => done(made, compiled));
+      return {};
+    },
+    print: line => out.push(line),
+    printErr: line => messages.push(line.replace(/^sentiq-logs: /, '')),
+  });
+  const { FS } = instance;
+  const files = FS.filesystems.WORKERFS;
+  const blobs = contentsOf(logs.filter(log => paths.some(path => log.path === path || log.path.startsWith(`${path}/`))));
+  readInWindows(files, blobs.reduce((sum, { data }) => sum + data.size, 0));
+  FS.mkdir('/in');
+  FS.mount(files, { blobs }, '/in');
+  FS.chdir('/in');
+  const page = collectIn(FS, '/page.html');
+  instance.callMain([command, ...options, ...paths]);
+  const unread = blobs.filter(({ data }) => data.size > 0 && !data.until).map(({ name }) => name);
+  return { page: page(), out, messages, unread };
+}
+
+const folderOf = log => log.path.slice(0, Math.max(0, log.path.lastIndexOf('/')));
+
+// A folder's own logs: the folder itself, unless there are others below it.
+function pathsOf(folder) {
+  const isBelow = log => log.path.startsWith(`${folder}/`) && folderOf(log) !== folder;
+  return folder && !logs.some(isBelow) ? [folder] : logs.filter(log => folderOf(log) === folder).map(log => log.path);
+}
+
+const tasks = {
+  async take({ module, files }) {
+    compiled = await WebAssembly.compile(module);
+    for (const log of files) {
+      if (namedAsZip.test(log.path)) {
+        await unpack(log.path, log.file, 1);
+      } else {
+        logs.push(log);
+      }
+    }
+    // In the order in which the reader comes to them: a folder's own files first.
+    const sorted = logs.map(log => ({ ...log, key: `${folderOf(log)}\0${log.path}` }));
+    logs = sorted.sort((a, b) => (a.key < b.key ? -1 : 1));
+    say('taken', { files: logs.length, bytes: logs.reduce((sum, log) => sum + (log.file.size ?? log.file.length), 0),
+      tops: [...new Set(logs.map(log => log.path.split('/')[0]))],
+      folders: new Set(logs.map(folderOf)).size });
+  },
+  async triage({ paths, options }) {
+    const { out, messages, unread } = await run('triage', paths, options);
+    say('sessions', { sessions: out.map(line => JSON.parse(line)), messages, unread });
+  },
+  // Of all that was taken, or of one folder.
+  async report({ paths, folder, options }) {
+    const { page, messages, unread } = await run('report', paths ?? pathsOf(folder), options);
+    say('page', { page: page.size > 0 ? page : null, messages, unread });
+  },
+};
+
+onmessage = async ({ data }) => {
+  try {
+    await tasks[data.task](data);
+  } catch (error) {
+    say('failed', { text: error.message || String(error) });
+  }
+};
