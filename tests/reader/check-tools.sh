@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# What other tools say to the reader's files: check-tools.sh lnav|man|readme|report SENTIQ-LOGS. Ends with 77 without the tool.
+# What other tools say to the reader's files: check-tools.sh lnav|man|readme|report|web SENTIQ-LOGS. Ends with 77 without the tool.
 set -Eeuo pipefail
 here=$(cd "$(dirname "$0")" && pwd)
 what=$1 reader=$2
@@ -72,5 +72,15 @@ critical,3,3' "$(lnav -n -c ';SELECT log_level, count(*) AS lines, count(event_i
     expect "$dom" '5 older entries, from before the session'
     expect "$dom" 'Pen "A" — 完了 ✅ \ C:'
     same '<title>all found</title>' "$(seen walk.html | sed -n 's/^\(<title>.*\)/\1/p')"
+    ;;
+  web) # The page that takes logs, in Chromium.
+    SENTIQ_PAGE=$(realpath -m "$here/../../build/web/sentiq-logs.html")
+    [ -e "$SENTIQ_PAGE" ] || {
+      echo "skipped: needs build/web/sentiq-logs.html, which 'scripts/setup web' and 'scripts/build web sentiq-logs' make"
+      exit 77
+    }
+    need chromium
+    export SENTIQ_PAGE SENTIQ_LOGS=$reader
+    node --test "$here/web/PageTest.mjs"
     ;;
 esac

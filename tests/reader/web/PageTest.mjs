@@ -1,0 +1,183 @@
+// What sentiq-logs.html does with what is dropped on it, in Chromium, compared with the program:
+//   node --test PageTest.mjs, with SENTIQ_PAGE, SENTIQ_LOGS and, to keep pictures, SENTIQ_PICTURES (a folder)
+import assert from 'node:assert/strict';
+import { execFileSync } from 'node:child_process';
+import { cpSync, mkdirSync, mkdtempSync, readFileSync, rmSync, truncateSync, writeFileSync } from 'node:fs';
+import { createServer } from 'node:http';
+import { tmpdir } from 'node:os';
+import { join } from 'node:path';
+import { after, afterEach, test } from 'node:test';
+import { Tab } from './Browser.mjs';
+
+const { SENTIQ_PAGE, SENTIQ_LOGS, SENTIQ_PICTURES } = process.env;
+const data = new URL('../data/', import.meta.url).pathname;
+const names = ['CanvixSentiqSession.log', 'CanvixWatchdogInfoSession.log', 'CanvixWatchdogInfoInitialSession.log'];
+
+const folder = mkdtempSync(join(tmpdir(), 'sentiq-page-'));
+after(() => rmSync(folder, { recursive: true }));
+const at = path => join(folder, path);
+const zip = (...options) => execFileSync('zip', ['-q', ...options], { cwd: folder });
+cpSync(join(data, 'laptop'), at('loose'), { recursive: true });
+cpSync(join(data, 'laptop'), at('week/monday'), { recursive: true });
+cpSync(join(data, 'encoded'), at('week/tuesday/late'), { recursive: true });
+writeFileSync(at('week/notes.md'), 'nothing of ours\n');
+writeFileSync(at('letter.txt'), 'Dear support,\nit crashed.\n');
+mkdirSync(at('unzipped'));
+cpSync(at('week'), at('unzipped/week.zip'), { recursive: true });
+execFileSync('zip', ['-q', '-r', '../week.zip', '.'], { cwd: at('week') });
+zip('-r', 'nested.zip', 'week.zip');
+zip('-r', '-P', 'secret', 'locked.zip', 'loose');
+
+let tab;
+afterEach(async () => {
+  await tab.close();
+  assert.deepEqual(tab.requests.filter(url => !/^(blob|about|file|data):/.test(url)), []);
+  assert.deepEqual(tab.errors, []);
+});
+const open = async settings => { tab = await Tab.open(SENTIQ_PAGE, settings); };
+const picture = name => SENTIQ_PICTURES && tab.page.screenshot({ path: join(SENTIQ_PICTURES, `${name}.png`) });
+
+// The page that the program writes at the time that the saved one says.
+function native(cwd, paths, saved) {
+  const [, day, time, offset] = /Made on (\S+) (\S+) ([+-]\d\d:\d\d) by/.exec(saved);
+  const made = `${day}T${time}:00${offset}`;
+  execFileSync(SENTIQ_LOGS, ['report', ...paths, '-o', at('native.html'), '--made', made], { cwd: at(cwd), stdio: 'ignore' });
+  return readFileSync(at('native.html'));
+}
+async function assertSavedLikeNative(cwd, ...paths) {
+  const { bytes } = await tab.saved();
+  assert.ok(bytes.equals(native(cwd, paths, bytes.toString())), 'the saved page is not the one that the program writes');
+}
+
+test('three logs are shown as the report that the program writes', async () => {
+  await open();
+  assert.match(await tab.text('.promise'), /cannot connect to anything/);
+  assert.deepEqual(await tab.faults(), []);
+  await picture('empty');
+  await tab.drag('dragEnter', [at('loose')]);
+  await picture('over');
+  assert.equal(await tab.drop(...names.map(name => at(`loose/${name}`))), 'shown');
+  assert.match(await tab.report().locator('h1').innerText(), /^Canvix crashed at 2026-11-24 14:30:22\.157/);
+  assert.match(await tab.page.title(), /^Canvix crashed/);
+  assert.deepEqual(await tab.faults(), []);
+  await picture('report');
+  await tab.report().getByText('show the event').first().click();
+  assert.ok(await tab.report().locator('tr', { hasText: 'PaintCore.dll' }).first().isVisible());
+  await assertSavedLikeNative('loose', ...names);
+});
+
+test('a folder of sessions is a list, from which each report is one step away and back', async () => {
+  await open();
+  assert.equal(await tab.drop(at('week')), 'sessions');
+  assert.deepEqual(await tab.faults(), []);
+  assert.match(await tab.text('#notes'), /1 file left out/);
+  await picture('many');
+  await tab.page.getByRole('row', { name: 'week/monday' }).getByRole('button').click();
+  assert.equal(await tab.settled(), 'shown');
+  await assertSavedLikeNative('.', 'week/monday');
+  await tab.page.goBack({ waitUntil: 'commit' });
+  assert.equal(await tab.page.getByRole('row').count(), 3);
+  await tab.page.getByRole('row', { name: 'week/tuesday/late' }).getByRole('button').click();
+  assert.equal(await tab.settled(), 'shown');
+  await tab.page.click('#back');
+  await tab.page.locator('#sessions').waitFor();
+});
+
+test('a zip file is read as the folder that it would become, also within another one', async () => {
+  await open();
+  assert.equal(await tab.drop(at('week.zip')), 'sessions');
+  await tab.page.getByRole('row', { name: 'week.zip/monday' }).getByRole('button').click();
+  assert.equal(await tab.settled(), 'shown');
+  await assertSavedLikeNative('unzipped', 'week.zip/monday');
+  assert.equal(await tab.drop(at('nested.zip')), 'sessions');
+  assert.match(await tab.text('#sessions'), /nested.zip\/week.zip\/monday/);
+});
+
+test('what is damaged or no log is said, and the rest is shown', async () => {
+  await open();
+  const whole = readFileSync(at('week.zip'));
+  writeFileSync(at('damaged.zip'), Buffer.from(whole).fill(0x55, 2000, 2200));
+  cpSync(at('week.zip'), at('cut.zip'));
+  truncateSync(at('cut.zip'), whole.length / 2);
+  assert.equal(await tab.drop(at('damaged.zip')), 'sessions');
+  assert.match(await tab.page.locator('#notes').textContent(), /damaged\.zip\/.*: damaged/);
+  for (const [file, expected] of [['cut.zip', /cut\.zip: no whole zip file/], ['locked.zip', /protected by a password/],
+    ['letter.txt', /letter\.txt: no log of CanvixSentiq/]]) {
+    assert.equal(await tab.drop(at(file)), 'empty', file);
+    assert.match(await tab.text('#failed'), /^No logs/);
+    assert.match(await tab.page.locator('#notes').textContent(), expected);
+  }
+  assert.deepEqual(await tab.faults(), []);
+  await picture('error');
+  assert.equal(await tab.drop(at('letter.txt'), ...names.map(name => at(`loose/${name}`))), 'shown');
+  assert.match(await tab.page.locator('#notes').textContent(), /letter\.txt: no log of CanvixSentiq/);
+});
+
+test('a zip file that unpacks to too much is not unpacked', async () => {
+  writeFileSync(at('bomb.log'), Buffer.alloc(64 << 20));
+  zip('bomb.zip', 'bomb.log');
+  await open();
+  assert.equal(await tab.drop(at('bomb.zip')), 'empty');
+  assert.match(await tab.page.locator('#notes').textContent(), /bomb\.log: unpacks to more than is taken/);
+});
+
+test('the keyboard alone chooses, stops, saves and starts again', async () => {
+  await open({ colorScheme: 'dark', viewport: { width: 360, height: 700 } });
+  const keys = tab.page.keyboard;
+  const focused = () => tab.page.evaluate(() => document.activeElement.textContent || document.activeElement.tagName);
+  const tabTo = async (name, key = 'Tab') => {
+    for (let i = 0; i < 30 && await focused() !== name; i++) {
+      await keys.press(key);
+    }
+    assert.equal(await focused(), name);
+  };
+  await tabTo('Choose files');
+  await picture('narrow-dark');
+  const [chooser] = await Promise.all([tab.page.waitForEvent('filechooser'), keys.press('Enter')]);
+  await chooser.setFiles(names.map(name => at(`loose/${name}`)));
+  assert.equal(await tab.settled(), 'shown');
+  await picture('report-narrow-dark');
+  assert.deepEqual(await tab.faults(), []);
+  assert.equal(await focused(), 'IFRAME');
+  await tabTo('Other logs', 'Shift+Tab');
+  await keys.press('Enter');
+  assert.equal(await focused(), 'Choose files');
+  await tabTo('Choose a folder');
+  const [folderChooser] = await Promise.all([tab.page.waitForEvent('filechooser'), keys.press('Enter')]);
+  await folderChooser.setFiles(at('week'));
+  assert.equal(await tab.settled(), 'sessions');
+  await picture('many-narrow-dark');
+  await tabTo('Other logs');
+});
+
+test('work can be stopped', async () => {
+  writeFileSync(at('large.log'), readFileSync(at(`loose/${names[1]}`)).toString().repeat(2000));
+  await open();
+  await tab.drag('dragEnter', [at('large.log')]);
+  await tab.drag('dragOver', [at('large.log')]);
+  await tab.drag('drop', [at('large.log')]);
+  await tab.page.waitForFunction(() => document.getElementById('progress').value > 0);
+  assert.deepEqual(await tab.faults(), []);
+  await picture('working');
+  await tab.page.click('#stop');
+  assert.equal(await tab.settled(), 'empty');
+  assert.equal(await tab.text('#said'), 'Stopped.');
+});
+
+test('from a server nothing but the page itself is asked for', async () => {
+  const asked = [];
+  const server = createServer((request, response) => {
+    asked.push(request.url);
+    response.setHeader('Content-Type', 'text/html').end(readFileSync(SENTIQ_PAGE));
+  });
+  await new Promise(listening => server.listen(0, listening));
+  try {
+    tab = await Tab.open(`http://localhost:${server.address().port}/sentiq-logs.html`);
+    tab.requests.length = 0;
+    assert.equal(await tab.drop(at('week')), 'sessions');
+    assert.deepEqual(asked, ['/sentiq-logs.html']);
+  } finally {
+    server.closeAllConnections();
+    server.close();
+  }
+});
