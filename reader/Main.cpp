@@ -30,6 +30,7 @@ struct Request {
   bool follow = false;
   bool json = false;
   bool csv = false;
+  bool redact = false;
   DecodeOptions decode;
   TimelineOptions timeline;
   ReportRequest report;
@@ -50,13 +51,21 @@ void addColour(CLI::App& command, Request& request) {
   addChoice(command, "--color", "Whether the output is coloured (default: on a terminal)", modes, request.colour);
 }
 
+void addRedact(CLI::App& command, Request& request) {
+  command.add_flag("--redact", request.redact,
+                   "Put stand-ins (computer-1, user-1, account-1) in place of the names of computers and people and of "
+                   "account ids; docs/operations.md lists what stays");
+}
+
 void addDecode(CLI::App& app, Request& request) {
   DecodeOptions& options = request.decode;
   CLI::App& command = addCommand(
       app, "decode", "Write logs as plain text, line by line",
       "Plain lines and line ends pass unchanged. A damaged or unfinished line is passed on as it is, with its "
       "number on standard error. On a terminal, what would steer it is replaced; into a file or a pipe every "
-      "byte is passed on. Memory does not grow with the file.",
+      "byte is passed on. Memory does not grow with the file. With --redact damaged lines and bytes within events are "
+      "left out, files are read twice, memory grows with their distinct events, and standard input is redacted by what "
+      "has been seen up to each line.",
       "  sentiq-logs decode CanvixWatchdogInfoSession.log | less\n"
       "  sentiq-logs decode CanvixWatchdogInfoSession.log | lnav\n"
       "  sentiq-logs decode --follow logs/CanvixSentiqSession.log logs/CanvixWatchdogInfoSession.log");
@@ -65,6 +74,7 @@ void addDecode(CLI::App& app, Request& request) {
   command.add_flag_function(
       "--names,!--no-names", [&options](std::int64_t given) { options.names = given > 0; },
       "Begin each line with its file's name, or do not (default: with more than one file)");
+  addRedact(command, request);
   addColour(command, request);
   command.callback([&request, &options] {
     request.stoppable = options.follow;
@@ -105,6 +115,7 @@ void addTimeline(CLI::App& app, Request& request) {
   command.add_flag("--records", options.records,
                    "Show the records of every ten seconds, too; so does naming their source, session");
   command.add_flag("--json", options.json, "One JSON object per line");
+  addRedact(command, request);
   command.add_flag("-f,--follow", request.follow,
                    "Go on as the logs grow, are emptied or appear, in the order in which lines come; end with Ctrl-C");
   addColour(command, request);
@@ -139,6 +150,7 @@ void addSummary(CLI::App& app, Request& request) {
       "  sentiq-logs summary --json logs/ | jq -r .outcome");
   addInputs(command, "FILE", request.inputs);
   command.add_flag("--json", request.json, "One JSON object per session");
+  addRedact(command, request);
   addColour(command, request);
   command.callback([&request] {
     request.run = [&request](const Streams& streams) { showSummary(request.inputs, request.json, streams); };
@@ -162,6 +174,7 @@ void addTriage(CLI::App& app, Request& request) {
   addInputs(command, "FOLDER", options.inputs);
   command.add_option("--top", options.top, "How many groups to show; 10 without it, all with 0")->type_name("N");
   command.add_flag("--json", options.json, "One JSON object per session");
+  addRedact(command, request);
   command.callback([&request, &options] {
     request.stoppable = true;
     request.run = [&options](const Streams& streams) { triageLogs(options, streams); };
@@ -178,6 +191,7 @@ void addReport(CLI::App& app, Request& request) {
                  "  sentiq-logs report logs/ -o session.html");
   addInputs(command, "FILE", options.inputs);
   command.add_option("-o,--output", options.output, "The page to write")->type_name("PAGE")->required();
+  addRedact(command, request);
   command.add_flag("--open", options.open, "Open the page in the browser");
   addParsed(command, "--made", "What the page says of when it was made, with offset (default: now)",
             "a time like 2025-01-31T14:05:09+01:00", parseWholeTime, options.made);
@@ -228,6 +242,7 @@ int run(std::vector<std::string> arguments, Messages& messages) {
                .progress = progress ? &std::cerr : nullptr,
                .outIsTerminal = terminal,
                .colour = colourWanted(request.colour),
+               .redact = request.redact,
                .width = outputWidth()});
   std::cout.flush();
   return messages.exitCode();

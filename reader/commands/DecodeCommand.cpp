@@ -18,19 +18,15 @@
 namespace sentiq {
 namespace {
 
-std::string shownName(const std::string& file) {
-  return harmlessLine(file == "-" ? "standard input" : textFromPath(pathFromText(file).filename()));
-}
-
 class Decoder {
  public:
   Decoder(const DecodeOptions& options, const Streams& streams)
-      : options_(options), streams_(streams), output_{streams.out, /*harmless=*/streams.outIsTerminal} {}
+      : options_(options),
+        streams_(streams),
+        output_{streams.out, /*harmless=*/streams.outIsTerminal, streams.redact ? &names_ : nullptr} {}
 
   void decodeAll(const std::vector<LogInput>& files) {
-    for (const LogInput& file : files) {
-      nameWidth_ = std::max(nameWidth_, shownWidth(shownName(file.name)));
-    }
+    prepare(files);
     Progress progress(streams_.progress);
     for (const LogInput& file : files) {
       DecodeStream& log = add(file.name, files.size() > 1);
@@ -52,12 +48,10 @@ class Decoder {
                            std::error_code error;
                            return std::filesystem::is_directory(pathFromText(input), error);
                          });
-    for (const LogInput& file : findLogs(inputs)) {
-      nameWidth_ = std::max(nameWidth_, shownWidth(shownName(file.name)));
-    }
+    prepare(findLogs(inputs));
     followLogs(inputs,
                {[&](const LogInput& file) {
-                  names_.push_back(file.name);
+                  files_.push_back(file.name);
                   add(file.name, several);
                 },
                 [&](std::size_t log, std::string_view bytes) {
@@ -66,7 +60,7 @@ class Decoder {
                 },
                 [&](std::size_t log) {
                   logs_[log].finish();
-                  streams_.messages.say(names_[log] + ": emptied or replaced, reading it anew");
+                  streams_.messages.say(files_[log] + ": emptied or replaced, reading it anew");
                 },
                 [] {}},
                streams_);
@@ -77,6 +71,20 @@ class Decoder {
   }
 
  private:
+  void prepare(const std::vector<LogInput>& files) {
+    if (streams_.redact) {
+      names_ = namesIn(files, streams_);
+    }
+    for (const LogInput& file : files) {
+      nameWidth_ = std::max(nameWidth_, shownWidth(shownName(file.name)));
+    }
+  }
+
+  std::string shownName(const std::string& file) const {
+    const std::string name = file == "-" ? "standard input" : textFromPath(pathFromText(file).filename());
+    return harmlessLine(streams_.redact ? names_.redacted(name) : name);
+  }
+
   // Names are filled up to the longest, so that the lines stand in one column.
   DecodeStream& add(const std::string& file, bool several) {
     // Cyan, magenta, yellow, green: readable on dark and on light ground.
@@ -91,9 +99,10 @@ class Decoder {
 
   const DecodeOptions& options_;
   const Streams& streams_;
+  KnownNames names_;
   DecodeOutput output_;
   std::size_t nameWidth_ = 0;
-  std::vector<std::string> names_;
+  std::vector<std::string> files_;
   std::deque<DecodeStream> logs_;
 };
 

@@ -43,26 +43,34 @@ void DecodeStream::write(const Line& line) {
     out_.flush();
   }
   if (kind == LineKind::Damaged && !furtherPiece) {
-    messages_.say(
-        name_ + ':' + std::to_string(line.number) +
-            (line.whole ? ": damaged line, passed on as it is" : ": unfinished or overlong line, passed on as it is"),
-        exitDamaged);
+    messages_.say(name_ + ':' + std::to_string(line.number) +
+                      (line.whole ? ": damaged line, " : ": unfinished or overlong line, ") +
+                      (out_.names != nullptr ? "left out" : "passed on as it is"),
+                  exitDamaged);
   }
 }
 
 LineKind DecodeStream::decode(const Line& line) {
   text_.clear();
-  std::string& text = out_.harmless ? text_ : out_.block;
+  const bool changed = out_.harmless || out_.names != nullptr;
+  std::string& text = changed ? text_ : out_.block;
   LineKind kind = LineKind::Damaged;
   if (line.whole) {
     kind = decoder_.decode(line.text, text);
   } else {
     text += line.text;
   }
+  if (out_.names != nullptr && kind == LineKind::Damaged) {
+    text = "(left out)";
+  } else if (out_.names != nullptr) {
+    out_.names->learnLine(text);
+    text = out_.names->redactedLine(text);
+  }
   if (out_.harmless) {
     text = cleanText(text);
-    std::replace_if(
-        text.begin(), text.end(), [](char c) { return c == '\r' || c == '\n'; }, ' ');
+    std::replace_if(text.begin(), text.end(), [](char c) { return c == '\r' || c == '\n'; }, ' ');
+  }
+  if (changed) {
     out_.block += text;
   }
   return kind;

@@ -9,13 +9,15 @@
 #include "reader/commands/Messages.h"
 #include "reader/input/LineSplitter.h"
 #include "reader/input/LogDecoding.h"
+#include "reader/session/KnownNames.h"
 
 namespace sentiq {
 
 /// What the logs of one run have to say, collected so that the stream behind it sees few and large writes.
 struct DecodeOutput {
   std::ostream& stream;
-  bool harmless = false;  // What is no text, or steers terminals, is replaced; else all bytes are passed on.
+  bool harmless = false;        // What is no text, or steers terminals, is replaced; else all bytes are passed on.
+  KnownNames* names = nullptr;  // When given, learns what each line names, and puts stand-ins there.
   std::string block{};
   bool lineIsOpen = false;  // The last line, by whichever log, has no line end so far.
 
@@ -43,7 +45,7 @@ class DecodeStream {
   Messages& messages_;
   LineSplitter splitter_;
   LineDecoder decoder_;
-  std::string text_;  // Of the line at hand, when it is made harmless.
+  std::string text_;  // Of the line at hand, when it is changed.
   std::uint64_t lastNumber_ = 0;
 };
 

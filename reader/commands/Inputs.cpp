@@ -6,6 +6,7 @@
 
 #include "reader/console/Console.h"
 #include "reader/input/Progress.h"
+#include "reader/session/Redaction.h"
 
 namespace sentiq {
 
@@ -20,6 +21,14 @@ Kind kindOf(const std::string& input) {
          : !std::filesystem::exists(status)                ? Kind::Missing
          : is_regular_file(status) || is_directory(status) ? Kind::FileOrFolder
                                                            : Kind::Other;
+}
+
+KnownNames namesOfPaths(const std::vector<LogInput>& files) {
+  KnownNames names;
+  for (const LogInput& file : files) {
+    names.learnText(file.name);
+  }
+  return names;
 }
 
 constexpr const char* otherKind = ": is neither a file nor a folder";
@@ -54,7 +63,9 @@ LogSet readInputs(const std::vector<std::string>& inputs, Keep keep, const Strea
   Messages& messages = streams.messages;
   const std::vector<std::string> found = existing(inputs, /*anyKind=*/true, messages);
   Progress progress(streams.progress);
-  LogSet logs = readLogs(findLogs(found, &streams.stop), streams.in, progress, keep, streams.stop);
+  const std::vector<LogInput> files = findLogs(found, &streams.stop);
+  KnownNames names = namesOfPaths(files);
+  LogSet logs = readLogs(files, streams.in, progress, keep, streams.stop, streams.redact ? &names : nullptr);
   for (const LogFileInfo& file : logs.files) {
     if (!file.readable) {
       messages.say(file.name + ": cannot be read", exitFailed);
@@ -68,7 +79,19 @@ LogSet readInputs(const std::vector<std::string>& inputs, Keep keep, const Strea
   if (logs.files.empty() && logs.foreign.empty() && !found.empty()) {
     messages.say("no logs found", exitFailed);
   }
+  if (streams.redact) {
+    redact(logs, names);
+  }
   return logs;
+}
+
+KnownNames namesIn(const std::vector<LogInput>& files, const Streams& streams) {
+  KnownNames names = namesOfPaths(files);
+  std::vector<LogInput> twice = files;
+  std::erase_if(twice, [](const LogInput& file) { return kindOf(file.name) != Kind::FileOrFolder; });
+  Progress progress(streams.progress);
+  readLogs(twice, streams.in, progress, Keep::Judgement, streams.stop, &names);
+  return names;
 }
 
 void sayLeftOut(const LogSet& logs, Messages& messages) {

@@ -19,6 +19,9 @@ void sayWaitedFor(const std::vector<std::string>& inputs, Messages& messages);
 /// Reads them all, and says what is missing or no log. Its exit code is about damage, too.
 LogSet readInputs(const std::vector<std::string>& inputs, Keep keep, const Streams& streams);
 
+/// Reads what can be read twice only for the names.
+KnownNames namesIn(const std::vector<LogInput>& files, const Streams& streams);
+
 /// Says what a command that shows the entries alone does not show: files that were left out, sessions that were there
 /// twice.
 void sayLeftOut(const LogSet& logs, Messages& messages);

@@ -98,7 +98,8 @@ void writeReport(const ReportRequest& request, const Streams& streams) {
   constexpr std::uintmax_t kibibyte = 1024;
   if (streams.outIsTerminal && !error) {
     streams.out << harmlessLine(request.output) << ": " << (size + kibibyte - 1) / kibibyte
-                << " KiB. It holds all that the logs hold, also names of a computer, of people and of folders.\n";
+                << " KiB. It holds all that the logs hold, also names of a computer, of people and of folders"
+                << (streams.redact ? ", the first two replaced by stand-ins.\n" : ".\n");
   }
   if (request.open && !openInBrowser(output)) {
     streams.messages.say(request.output + ": cannot be opened in a browser", exitFailed);

@@ -18,6 +18,7 @@ struct Streams {
   std::ostream* progress = nullptr;  // A terminal's, for what takes long; none when it would disturb.
   bool outIsTerminal = false;
   bool colour = false;
+  bool redact = false;    // What is written has stand-ins in place of names; messages may have not.
   std::size_t width = 0;  // Of out, in columns; 0 when it is no terminal.
 };
 

@@ -10,15 +10,16 @@
 #include "reader/commands/FollowedLogs.h"
 #include "reader/commands/Inputs.h"
 #include "reader/session/LogFileReader.h"
+#include "reader/session/Redaction.h"
 
 namespace sentiq {
 namespace {
 
 // A log that grows, and what was understood of it.
 struct GrowingLog {
-  explicit GrowingLog(const LogInput& log) : input(log) {
+  GrowingLog(const LogInput& log, KnownNames* names) : input(log) {
     info.name = log.name;
-    reader.emplace(info, 0, Keep::AllEvents);
+    reader.emplace(info, 0, Keep::AllEvents, names);
   }
 
   LogInput input;
@@ -35,10 +36,15 @@ void showTimeline(const std::vector<std::string>& inputs, const TimelineOptions&
 }
 
 void followTimeline(const std::vector<std::string>& inputs, const TimelineOptions& options, const Streams& streams) {
+  KnownNames names = streams.redact ? namesIn(findLogs(inputs), streams) : KnownNames();
+  KnownNames* const learning = streams.redact ? &names : nullptr;
   std::deque<GrowingLog> logs;
   std::unordered_set<std::string> shown;  // The keys of the events, of all logs.
   const auto show = [&](GrowingLog& log) {
-    for (const SessionPart& part : log.reader->takeOut()) {
+    for (SessionPart& part : log.reader->takeOut()) {
+      if (streams.redact) {
+        redact(part.session, names);
+      }
       for (const LogEntry& entry : part.session.entries) {
         const bool known = !log.input.fromFolder || part.role != LogRole::Unknown;  // A folder holds other logs, too.
         if (known && (!entry.event || shown.insert(part.session.eventOf(entry).key()).second)) {
@@ -48,7 +54,7 @@ void followTimeline(const std::vector<std::string>& inputs, const TimelineOption
     }
   };
   followLogs(inputs,
-             {[&](const LogInput& input) { logs.emplace_back(input); },
+             {[&](const LogInput& input) { logs.emplace_back(input, learning); },
               [&](std::size_t log, std::string_view bytes) {
                 logs[log].reader->feed(bytes);
                 show(logs[log]);
@@ -56,7 +62,7 @@ void followTimeline(const std::vector<std::string>& inputs, const TimelineOption
               [&](std::size_t log) {
                 logs[log].reader->finish();
                 show(logs[log]);
-                logs[log].reader.emplace(logs[log].info, 0, Keep::AllEvents);
+                logs[log].reader.emplace(logs[log].info, 0, Keep::AllEvents, learning);
               },
               [&] { streams.out.flush(); }},
              streams);

@@ -14,6 +14,7 @@
 #include "reader/console/Console.h"
 #include "reader/input/Progress.h"
 #include "reader/session/LogSet.h"
+#include "reader/session/Redaction.h"
 #include "reader/views/Triage.h"
 
 namespace sentiq {
@@ -24,6 +25,7 @@ struct Unit {
   std::string folder;
   std::vector<LogInput> files;
   LogSet logs{};
+  KnownNames names{};
 };
 
 std::vector<Unit> unitsOf(const std::vector<LogInput>& files) {
@@ -79,7 +81,8 @@ void Triage::work() {
   for (std::size_t i = next_++; i < units_.size() && !streams_.stop; i = next_++) {
     Unit& unit = units_[i];
     try {
-      unit.logs = readLogs(unit.files, noInput, noProgress, Keep::Judgement, streams_.stop);
+      unit.logs = readLogs(unit.files, noInput, noProgress, Keep::Judgement, streams_.stop,
+                           streams_.redact ? &unit.names : nullptr);
       if (unit.logs.stopped) {  // Half a session would be judged for a whole one.
         unit.logs = {};
         return;
@@ -114,7 +117,10 @@ void Triage::count(Unit& unit) {
 std::vector<TriagedSession> Triage::judgeAll() {
   std::vector<Session> sessions;
   std::vector<Session> told;
+  KnownNames names;
   for (Unit& unit : units_) {
+    names.learn(unit.names);
+    names.learnText(unit.folder + '/');
     std::move(unit.logs.sessions.begin(), unit.logs.sessions.end(), std::back_inserter(sessions));
     std::move(unit.logs.told.begin(), unit.logs.told.end(), std::back_inserter(told));
     unit = {};
@@ -124,6 +130,9 @@ std::vector<TriagedSession> Triage::judgeAll() {
   judged.reserve(sessions.size());
   for (Session& session : sessions) {
     repeated_ += session.repeated.empty() ? 0 : 1;
+    if (streams_.redact) {
+      redact(session, names);
+    }
     judged.push_back(triageSession(std::exchange(session, {})));
   }
   std::stable_sort(judged.begin(), judged.end(), [](const TriagedSession& a, const TriagedSession& b) {

@@ -85,4 +85,10 @@ constexpr std::optional<Field> fieldNamed(std::string_view name) {
              : std::nullopt;
 }
 
+/// Whether the field, by itself or nested, is bytes, of which some are texts in disguise.
+constexpr bool isBinaryField(std::string_view name) {
+  const std::string_view own = name.substr(name.rfind('.') + 1);
+  return own == "Binary" || own == "BinaryEventData" || own == "EventPayload";
+}
+
 }  // namespace sentiq

@@ -54,6 +54,13 @@ std::string_view EventRecord::field(Field field) const {
   return text_.field(field);
 }
 
+void EventRecord::replaceNames(const std::function<std::string(std::string_view)>& by) {
+  constexpr std::size_t computer = 2;  // Channel and provider stand before it.
+  text_.replace(computer, [&](std::string_view name, std::string_view text) {
+    return isBinaryField(name) ? std::string() : by(text);
+  });
+}
+
 std::string EventRecord::key() const {
   const auto ticks = time ? time->time_since_epoch().count() : 0;
   std::string key(channel());

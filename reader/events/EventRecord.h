@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -37,6 +38,9 @@ class EventRecord {
 
   /// Empty when there is no such field. The fields of a failure or a change go by the same names in all events.
   std::string_view field(Field field) const;
+
+  /// Puts others in place of the computer, the account's id and the fields' values; what is only bytes becomes empty.
+  void replaceNames(const std::function<std::string(std::string_view)>& by);
 
   /// That of the event table; nothing when the table does not know the event.
   const EventRow* row() const { return row_; }

@@ -78,8 +78,7 @@ std::string allFields(const EventRecord& event, std::chrono::minutes offset) {
   constexpr std::size_t longestWords = 400;
   std::string text;
   for (const auto& [name, value] : event.fields()) {
-    if (value.empty() || name == "Binary" || name == "BinaryEventData" || name.starts_with("RenderingInfo.") ||
-        isBinary(value)) {
+    if (value.empty() || isBinaryField(name) || name.starts_with("RenderingInfo.") || isBinary(value)) {
       continue;
     }
     text.append(text.empty() ? "" : ", ").append(name).append(name.empty() ? "" : " ");

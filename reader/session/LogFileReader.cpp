@@ -4,8 +4,8 @@
 
 namespace sentiq {
 
-LogFileReader::LogFileReader(LogFileInfo& file, std::size_t index, Keep keep)
-    : file_(file), keep_(keep), raw_(file), entries_(file, index, keep) {}
+LogFileReader::LogFileReader(LogFileInfo& file, std::size_t index, Keep keep, KnownNames* names)
+    : file_(file), keep_(keep), names_(names), raw_(file), entries_(file, index, keep) {}
 
 void LogFileReader::feed(std::string_view bytes) {
   splitter_.feed(bytes, [this](const Line& line) { take(line); });
@@ -32,6 +32,11 @@ void LogFileReader::take(const Line& line) {
       text.remove_prefix(last + zeros.size());
     }
     good = decoder_.decode(text, text_) != LineKind::Damaged && line.whole;
+  }
+  if (names_ != nullptr && good) {
+    names_->learnLine(text_);
+  } else if (names_ != nullptr) {
+    text_ = "(left out)";
   }
   line_ = file_.lines = line.number;
   if (keep_ == Keep::RawLines) {

@@ -11,6 +11,7 @@
 #include "reader/input/LogDecoding.h"
 #include "reader/session/EntryReader.h"
 #include "reader/session/KeptRecords.h"
+#include "reader/session/KnownNames.h"
 #include "reader/session/LogSet.h"
 #include "reader/session/PartList.h"
 #include "reader/session/RawLines.h"
@@ -21,7 +22,9 @@ namespace sentiq {
 class LogFileReader {
  public:
   /// @param file counted in and described; must outlive this object. @param index its place in the set.
-  LogFileReader(LogFileInfo& file, std::size_t index, Keep keep);
+  /// @param names when given, learns what each line names, must outlive this object, and damaged lines, in which
+  /// names cannot be seen, are not kept.
+  LogFileReader(LogFileInfo& file, std::size_t index, Keep keep, KnownNames* names = nullptr);
 
   void feed(std::string_view bytes);
 
@@ -42,6 +45,7 @@ class LogFileReader {
   LineSplitter splitter_;
   LogFileInfo& file_;
   Keep keep_;
+  KnownNames* names_;
   LineDecoder decoder_;
   std::string text_;  // Of the line at hand.
   std::uint64_t line_ = 0;

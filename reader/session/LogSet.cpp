@@ -50,8 +50,8 @@ void sortByBegin(std::vector<Session>& sessions) {
 // Files to parts.
 class Reading {
  public:
-  Reading(std::istream& standardInput, Progress& progress, Keep keep, const std::atomic<bool>& stop)
-      : standardInput_(standardInput), progress_(progress), keep_(keep), stop_(stop) {}
+  Reading(std::istream& standardInput, Progress& progress, Keep keep, const std::atomic<bool>& stop, KnownNames* names)
+      : standardInput_(standardInput), progress_(progress), keep_(keep), stop_(stop), names_(names) {}
 
   void read(const LogInput& input);
   LogSet finish();
@@ -63,6 +63,7 @@ class Reading {
   Progress& progress_;
   const Keep keep_;
   const std::atomic<bool>& stop_;
+  KnownNames* const names_;
   LogSet set_;
   SessionAssembly assembly_;
   std::vector<SessionAssembly::Part> initials_;
@@ -72,7 +73,7 @@ void Reading::read(const LogInput& input) {
   constexpr std::size_t enoughToTell = 4U << 20;  // Of what is no log of the program.
   LogFileInfo& file = set_.files.emplace_back();
   file.name = input.name;
-  LogFileReader reader(file, set_.files.size() - 1, keep_);
+  LogFileReader reader(file, set_.files.size() - 1, keep_, names_);
   std::size_t size = 0;
   file.readable = readInput(input.name, standardInput_, progress_, stop_, [&](std::string_view bytes) {
     reader.feed(bytes);
@@ -121,8 +122,8 @@ LogSet Reading::finish() {
 }  // namespace
 
 LogSet readLogs(const std::vector<LogInput>& files, std::istream& standardInput, Progress& progress, Keep keep,
-                const std::atomic<bool>& stop) {
-  Reading reading(standardInput, progress, keep, stop);
+                const std::atomic<bool>& stop, KnownNames* names) {
+  Reading reading(standardInput, progress, keep, stop, names);
   for (const LogInput& input : files) {
     if (stop) {
       break;

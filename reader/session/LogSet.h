@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "reader/input/Progress.h"
+#include "reader/session/KnownNames.h"
 #include "reader/session/Session.h"
 
 namespace sentiq {
@@ -60,9 +61,9 @@ bool beginsAsLog(const std::filesystem::path& path);
 /// each folder. The same logs twice are one session. Memory is proportional to what is distinct in the logs: copies of
 /// events, runs of damaged lines and what goes beyond 64 KB of one message are counted or cut, visibly. Time grows in
 /// line with the bytes. Several threads may read at the same time, each with streams and progress of its own.
-/// @param stop ends the reading with what is known by then.
+/// @param stop ends the reading with what is known by then. @param names when given, learns what all lines name.
 LogSet readLogs(const std::vector<LogInput>& files, std::istream& standardInput, Progress& progress, Keep keep,
-                const std::atomic<bool>& stop);
+                const std::atomic<bool>& stop, KnownNames* names = nullptr);
 
 /// Adds to each session what an initial log tells of it, takes out sessions that are there twice (with what the second
 /// one adds), and puts the oldest first. What is about none of them stays in told.

@@ -1,0 +1,76 @@
+#include "reader/events/EventNames.h"
+
+#include <algorithm>
+#include <cstddef>
+
+#include "reader/events/EventPattern.h"
+
+namespace sentiq {
+namespace {
+
+struct NameRow {
+  std::string_view provider;  // Patterns as in the event table; so are the fields.
+  int id;                     // 0 for every one.
+  std::string_view fields;
+  NameKind kind;
+};
+// A computer's or a domain's before those of people, so that STUDIO\anna is known for what it is.
+constexpr NameRow rows[] = {
+    NameRow{"*", 0, "Computer|ComputerName|MachineName|HostName|Workstation*|ClientName|*ServerName|DCName",
+            NameKind::Computer},
+    NameRow{"User32", 1074, "param2", NameKind::Computer},
+    NameRow{"EventLog", 6011, "", NameKind::Computer},  // The machine was renamed: both names, without field names.
+    NameRow{"*DistributedCOM|DCOM", 10028, "param1", NameKind::Computer},
+    NameRow{"*", 0, "*DomainName|Domain|UserDomain", NameKind::Domain},
+    NameRow{"*DistributedCOM|DCOM", 10016, "param6", NameKind::Domain},
+    NameRow{"NETLOGON", 5719, "", NameKind::Domain},
+    NameRow{"*", 0, "User|*UserName|AccountName|*SamName|*SamAccountName|LogonName|Owner", NameKind::Person},
+    NameRow{"User32", 1073, "param1", NameKind::Person},
+    NameRow{"User32", 1074, "param7", NameKind::Person},
+    NameRow{"*DistributedCOM|DCOM", 10016, "param7", NameKind::Person},
+    NameRow{"Service Control Manager", 7038, "param2", NameKind::Person},
+    NameRow{"Service Control Manager", 7041, "param2", NameKind::Person},
+};
+
+// Of a nested field the last one counts.
+std::string_view lastName(std::string_view name) {
+  return name.substr(name.rfind('.') + 1);
+}
+
+bool fits(const NameRow& row, const EventRecord& event) {
+  const auto isProvider = [&](std::string_view pattern) { return matches(event.provider(), pattern); };
+  return (row.id == 0 || row.id == event.id) && anyPart(row.provider, isProvider);
+}
+
+}  // namespace
+
+std::vector<EventName> namesIn(const EventRecord& event) {
+  std::vector<EventName> names{{NameKind::Computer, event.computer()}};
+  const std::vector<NamedValue> fields = event.fields();
+  for (const NameRow& row : rows) {
+    for (const auto& [name, value] : fits(row, event) ? fields : std::vector<NamedValue>{}) {
+      if (anyPart(row.fields, [&](std::string_view pattern) { return matches(lastName(name), pattern); }) &&
+          !isBinaryField(name)) {
+        names.push_back({row.kind, value});
+      }
+    }
+  }
+  return names;
+}
+
+std::string withoutBinary(std::string_view xml) {
+  std::string text;
+  for (std::size_t open = xml.find('<'); open != std::string_view::npos; open = xml.find('<')) {
+    const std::size_t name = open + 1;
+    const std::size_t end = std::min(xml.find('>', name), xml.size() - 1);
+    const bool binary = isBinaryField(xml.substr(name, end - name));
+    text += xml.substr(0, end + 1);
+    xml.remove_prefix(end + 1);
+    if (binary) {
+      xml.remove_prefix(std::min(xml.find('<'), xml.size()));
+    }
+  }
+  return text.append(xml);
+}
+
+}  // namespace sentiq
