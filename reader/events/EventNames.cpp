@@ -9,27 +9,27 @@ namespace sentiq {
 namespace {
 
 struct NameRow {
-  std::string_view provider;  // Patterns as in the event table; so are the fields.
-  int id;                     // 0 for every one.
-  std::string_view fields;
   NameKind kind;
+  int id;                     // 0 for every one.
+  std::string_view provider;  // Patterns as in the event table; so are the fields.
+  std::string_view fields;
 };
 // A computer's or a domain's before those of people, so that STUDIO\anna is known for what it is.
 constexpr NameRow rows[] = {
-    NameRow{"*", 0, "Computer|ComputerName|MachineName|HostName|Workstation*|ClientName|*ServerName|DCName",
-            NameKind::Computer},
-    NameRow{"User32", 1074, "param2", NameKind::Computer},
-    NameRow{"EventLog", 6011, "", NameKind::Computer},  // The machine was renamed: both names, without field names.
-    NameRow{"*DistributedCOM|DCOM", 10028, "param1", NameKind::Computer},
-    NameRow{"*", 0, "*DomainName|Domain|UserDomain", NameKind::Domain},
-    NameRow{"*DistributedCOM|DCOM", 10016, "param6", NameKind::Domain},
-    NameRow{"NETLOGON", 5719, "", NameKind::Domain},
-    NameRow{"*", 0, "User|*UserName|AccountName|*SamName|*SamAccountName|LogonName|Owner", NameKind::Person},
-    NameRow{"User32", 1073, "param1", NameKind::Person},
-    NameRow{"User32", 1074, "param7", NameKind::Person},
-    NameRow{"*DistributedCOM|DCOM", 10016, "param7", NameKind::Person},
-    NameRow{"Service Control Manager", 7038, "param2", NameKind::Person},
-    NameRow{"Service Control Manager", 7041, "param2", NameKind::Person},
+    NameRow{NameKind::Computer, 0, "*",
+            "Computer|ComputerName|MachineName|HostName|Workstation*|ClientName|*ServerName|DCName"},
+    NameRow{NameKind::Computer, 1074, "User32", "param2"},
+    NameRow{NameKind::Computer, 6011, "EventLog", ""},  // The machine was renamed: both names, without field names.
+    NameRow{NameKind::Computer, 10028, "*DistributedCOM|DCOM", "param1"},
+    NameRow{NameKind::Domain, 0, "*", "*DomainName|Domain|UserDomain"},
+    NameRow{NameKind::Domain, 10016, "*DistributedCOM|DCOM", "param6"},
+    NameRow{NameKind::Domain, 5719, "NETLOGON", ""},
+    NameRow{NameKind::Person, 0, "*", "User|*UserName|AccountName|*SamName|*SamAccountName|LogonName|Owner"},
+    NameRow{NameKind::Person, 1073, "User32", "param1"},
+    NameRow{NameKind::Person, 1074, "User32", "param7"},
+    NameRow{NameKind::Person, 10016, "*DistributedCOM|DCOM", "param7"},
+    NameRow{NameKind::Person, 7038, "Service Control Manager", "param2"},
+    NameRow{NameKind::Person, 7041, "Service Control Manager", "param2"},
 };
 
 // Of a nested field the last one counts.

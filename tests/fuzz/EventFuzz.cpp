@@ -6,6 +6,7 @@
 #include "reader/events/EventWords.h"
 #include "reader/input/CleanText.h"
 #include "reader/input/LogTime.h"
+#include "reader/session/KnownNames.h"
 #include "reader/session/MetricSample.h"
 #include "tests/fuzz/Fuzz.h"
 
@@ -28,6 +29,10 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     require(!head->provider.empty());
     static_cast<void>(mayMatter(*head, line));
   }
+  KnownNames names;
+  names.learnLine(bytes);
+  names.learnText(line);
+  static_cast<void>(names.redactedLine("2025-01-31T13:05:00.000+0100 " + line));
   if (const auto time = parseTime(bytes)) {
     // What is shown is read back as the same millisecond.
     const std::string shown = isoTime(time->instant, time->offset);
