@@ -12,6 +12,8 @@ namespace sentiq {
 static const Lines given{"studio-07", "atelier", "atelier.example", "jörg müller",         "anna maria",    "annama~1",
                          "xo",        "王芳",    "\U0001F3A8ida",   "s-1-5-21-1-2-3-1001", "4a00f600720067"};
 
+static const std::string damaged = encodedLine("2025-01-31T13:05:01.000+0100 Jörg Müller is here").substr(0, 50);
+
 static bool names(const std::string& text, const std::string& name) {
   const std::string small = smallLetters(text);
   for (std::size_t at = small.find(name); at != std::string::npos; at = small.find(name, at + 1)) {
@@ -56,7 +58,6 @@ static std::string namingLog() {
     xml.replace(xml.find("S-1-5-18"), 8, "S-1-5-21-1-2-3-1001");
     log += encodedLine("2025-01-31T13:05:00.000+0100 [PROCESS] [INFO]: " + eventJson(xml));
   }
-  const std::string damaged = encodedLine("2025-01-31T13:05:01.000+0100 Jörg Müller is here").substr(0, 50);
   return watchdogLog(log + damaged + "\n2025-01-31T13:05:02.000+0100 [SYSTEM] [INFO]: studio-07 of ida\n");
 }
 
@@ -95,6 +96,8 @@ TEST(Redaction, LeavesNoneOfTheNamesInAnyView) {
       EXPECT_FALSE(names(text, name)) << name << " in " << text.substr(0, 4000);
     }
   }
+  EXPECT_THAT(plain, Contains(HasSubstr(damaged)));
+  EXPECT_THAT(redacted, Each(Not(HasSubstr(damaged))));
   EXPECT_THAT(redacted[1], HasSubstr("Canvix crashed at 2025-01-31 13:30:00.500: module C:\\Users\\user-"));
 }
 
