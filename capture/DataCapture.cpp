@@ -89,9 +89,8 @@ void DataCapture::stop(bool processGone) {
   if (!thread_.joinable() || !writer_.get()) {
     return;
   }
-  writer_.get()->write(
-      processGone ? grammar::exitStatus : grammar::captureStopped,
-      /*withTimestamp=*/true, /*neverEncode=*/false);
+  writer_.get()->write(processGone ? grammar::exitStatus : grammar::captureStopped,
+                       /*withTimestamp=*/true, /*neverEncode=*/false);
   running_ = false;
   thread_.join();
 }

@@ -44,7 +44,8 @@ void addSystemFigures(json& record, const SystemMetrics& metrics) {
   record[key::battery] = batteryValue(metrics.batteryPercentage);
   // The first adapter makes the key; without one the record has none.
   for (const GpuInfo& gpu : metrics.gpuInfo) {
-    record[key::adapters].push_back({{key::adapterName, gpu.name}, {key::adapterMemory, mebibytes(gpu.dedicatedVideoMemory)}});
+    record[key::adapters].push_back(
+        {{key::adapterName, gpu.name}, {key::adapterMemory, mebibytes(gpu.dedicatedVideoMemory)}});
   }
 }
 

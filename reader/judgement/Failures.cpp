@@ -16,7 +16,7 @@ constexpr std::chrono::minutes nearby{5};
 
 // Fills in what is not known yet.
 void addFacts(ProgramFailure& facts, ProgramFailure more) {
-  for (std::string ProgramFailure::*const text :
+  for (std::string ProgramFailure::* const text :
        {&ProgramFailure::version, &ProgramFailure::module, &ProgramFailure::moduleVersion,
         &ProgramFailure::exceptionName, &ProgramFailure::hangKind, &ProgramFailure::reportId, &ProgramFailure::bucket,
         &ProgramFailure::reportPath}) {

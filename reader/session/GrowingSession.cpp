@@ -81,7 +81,7 @@ bool GrowingSession::holdsLineOf(const Session& part, std::size_t origin) {
 }
 
 void GrowingSession::add(Session part, std::size_t origin, const std::string& name) {
-  for (std::string Session::*const text :
+  for (std::string Session::* const text :
        {&Session::id, &Session::processId, &Session::abnormalSessionId, &Session::folder, &Session::computer,
         &Session::timeZone, &Session::bootText}) {
     if ((session_.*text).empty()) {

@@ -10,7 +10,7 @@ namespace {
 
 constexpr std::string_view anyFolder = "*";
 
-SessionIndex indexOf(const std::vector<GrowingSession>& sessions, std::string Session::*key) {
+SessionIndex indexOf(const std::vector<GrowingSession>& sessions, std::string Session::* key) {
   SessionIndex index;
   for (std::size_t i = 0; i < sessions.size(); ++i) {
     const Session& session = sessions[i].session();

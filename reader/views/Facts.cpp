@@ -46,8 +46,8 @@ Fact windowsFact(const Session& session) {
   return textFact("Windows", "windowsBuild", build);
 }
 
-Fact lowestFact(const Session& session, const char* label, const char* key, std::int64_t MetricSample::*free,
-                std::int64_t MetricSample::*total) {
+Fact lowestFact(const Session& session, const char* label, const char* key, std::int64_t MetricSample::* free,
+                std::int64_t MetricSample::* total) {
   const auto record =
       std::min_element(session.metrics.begin(), session.metrics.end(),
                        [free](const MetricSample& a, const MetricSample& b) { return a.*free < b.*free; });

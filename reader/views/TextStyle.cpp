@@ -62,8 +62,7 @@ std::size_t bytesWithin(std::string_view text, std::size_t columns) {
 
 std::string harmlessLine(std::string_view bytes) {
   std::string text = cleanText(bytes);
-  std::replace_if(
-      text.begin(), text.end(), [](char c) { return c == '\n' || c == '\r' || c == '\t'; }, ' ');
+  std::replace_if(text.begin(), text.end(), [](char c) { return c == '\n' || c == '\r' || c == '\t'; }, ' ');
   return text;
 }
 

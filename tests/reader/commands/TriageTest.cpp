@@ -13,11 +13,8 @@ static std::string recordsOf(const std::string& id, const std::string& adapter) 
 }
 
 static Ran triage(const std::string& folder, bool json = false, bool stopped = false) {
-  return ran(
-      [&](const Streams& streams) {
-        triageLogs({{folder}, /*top=*/2, json}, streams);
-      },
-      "", /*terminal=*/false, stopped);
+  return ran([&](const Streams& streams) { triageLogs({{folder}, /*top=*/2, json}, streams); }, "", /*terminal=*/false,
+             stopped);
 }
 
 TEST(Triage, GroupsSessionsOfAllFoldersByWhatEndedThem) {

@@ -69,7 +69,10 @@ TEST(Report, HoldsEachEntryOnceTheNewestFirstWithAllItsFields) {
   EXPECT_THAT(found(page, "rowgroup\">([^<]*)<"), ElementsAre("2025-01-31", "2025-01-30", "2025-01-29"));
   EXPECT_LT(page.find("\">13:00:05.000</a>"), page.find("\">13:00:01.000</a>\n<td class=\"from\">4 s before<td>"));
   EXPECT_LT(page.find("2 older entries, from before the session"), page.find("\">13:00:00.000</a>"));
-  EXPECT_THAT(page, HasSubstr("<summary>Printer: one\nData 1: two</summary><dl>\n<dt>In the log<dd>line 3 of file 2, record id 7</dl>"));
+  EXPECT_THAT(
+      page,
+      HasSubstr(
+          "<summary>Printer: one\nData 1: two</summary><dl>\n<dt>In the log<dd>line 3 of file 2, record id 7</dl>"));
 }
 
 TEST(Report, NamesTheLowestValueWithItsOwnTimeHoweverLongTheSession) {
