@@ -35,6 +35,7 @@ critical,3,3' "$(lnav -n -c ';SELECT log_level, count(*) AS lines, count(event_i
     "$reader" manual | sed 's/\\-/-/g; s/\\f[BIR]//g' >"$folder/page.txt"
     {
       grep -oE -- '--[a-z][a-z-]+' "$folder/page.txt" | grep -vxE -- '--(help|output|made)'
+      # shellcheck disable=SC2016 # Marks of Markdown, not commands.
       sed -n '/^\.SH OUTCOMES/{n;s/.*: //;s/[,.]/\n/g;p}' "$folder/page.txt" | sed -nE 's/ *([a-z-]+)/`\1`/p'
       sed -n '/^\.SH EXIT STATUS/,/^\.SH ENV/p' "$folder/page.txt" | grep -v '^\.' | paste -d ' ' - - | sed 's/./**&**/'
     } | sort -u | while read -r said; do
