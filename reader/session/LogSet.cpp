@@ -119,6 +119,12 @@ LogSet Reading::finish() {
   return std::move(set_);
 }
 
+LogSet stoppedSet() {
+  LogSet set;
+  set.stopped = true;
+  return set;
+}
+
 }  // namespace
 
 LogSet readLogs(const std::vector<LogInput>& files, std::istream& standardInput, Progress& progress, Keep keep,
@@ -130,7 +136,8 @@ LogSet readLogs(const std::vector<LogInput>& files, std::istream& standardInput,
     }
     reading.read(input);
   }
-  return reading.finish();
+  // A triage leaves out what was half read: who has asked for the end need not wait for its assembly.
+  return stop && keep == Keep::Judgement ? stoppedSet() : reading.finish();
 }
 
 void joinSets(std::vector<Session>& sessions, std::vector<Session>& told) {

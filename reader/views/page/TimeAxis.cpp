@@ -62,11 +62,9 @@ std::string showNumber(double number, int decimals) {
   if (digits.size() <= behind) {
     digits.insert(0, behind + 1 - digits.size(), '0');
   }
-  if (behind > 0) {
-    digits.insert(digits.size() - behind, ".");
-  }
   std::string text = number < 0 && scaled != 0 ? "-" : "";
-  return text.append(digits);
+  text.append(digits, 0, digits.size() - behind);
+  return behind > 0 ? text.append(1, '.').append(digits, digits.size() - behind) : text;
 }
 
 }  // namespace sentiq
