@@ -10,9 +10,9 @@ static const std::string kernelGeneral = "Microsoft-Windows-Kernel-General";
 TEST(BlueScreen, TellsStopCodeDumpAndReportInAnyForm) {
   const auto fall = [](const SampleEvent& event) {
     EXPECT_EQ(event.read().meaning, Meaning::BlueScreen);
-    const MachineFall fall = machineFall(event.read());
-    return showHex(fall.stopCode.value()) + ' ' + fall.dump + ' ' + fall.reportId +
-           (fall.isErrorReport ? ", reported" : "");
+    const MachineFall facts = machineFall(event.read());
+    return showHex(facts.stopCode.value()) + ' ' + facts.dump + ' ' + facts.reportId +
+           (facts.isErrorReport ? ", reported" : "");
   };
   EXPECT_EQ(fall({kernelPower, 41, {"BugcheckCode=313"}}), "0x139  ");
   EXPECT_EQ(fall({"BugCheck", 1001, {"0x0000003b (0x1, 0x2)", "M.DMP", "r-1"}}), "0x3b M.DMP r-1");
@@ -30,9 +30,10 @@ TEST(PowerLoss, TellsOfSleepStandbyAndButton) {
     EXPECT_EQ(event.read().meaning, Meaning::PowerLoss);
     return machineFall(event.read());
   };
-  const auto flags = [](const MachineFall& fall) {
-    return std::string(fall.stopCode ? "stop " : "") + (fall.asleep ? "asleep " : "") +
-           (fall.inStandby ? "standby " : "") + (fall.powerButton ? "button " : "") + (fall.buttonPressed ? "at" : "");
+  const auto flags = [](const MachineFall& facts) {
+    return std::string(facts.stopCode ? "stop " : "") + (facts.asleep ? "asleep " : "") +
+           (facts.inStandby ? "standby " : "") + (facts.powerButton ? "button " : "") +
+           (facts.buttonPressed ? "at" : "");
   };
   EXPECT_EQ(flags(fall("SleepInProgress", "0x0")), "");
   EXPECT_EQ(flags(fall("SleepInProgress", "4")), "asleep ");
