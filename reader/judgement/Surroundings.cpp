@@ -95,10 +95,11 @@ std::vector<Before> whatWentBefore(const Session& session, const EntryIndex& ind
   std::sort(found.begin(), found.end());  // They lie in the session's order of time.
   std::vector<Before> before;
   for (auto next = found.rbegin(); next != found.rend() && before.size() < most; ++next) {
-    const auto& [entry, row] = *next;
+    const LogEntry* const entry = next->first;
+    const BeforeRow* const row = next->second;
     std::string text = entry->event ? inSentence(eventWords(session.eventOf(*entry), entry->offset))
                                     : "the machine resumed from sleep";  // The program's line.
-    const bool known = std::any_of(before.begin(), before.end(), [&, row = row](const Before& later) {
+    const bool known = std::any_of(before.begin(), before.end(), [&](const Before& later) {
       return later.kind == row->kind && (!row->everyText || later.text == text);
     });
     if (!known) {
