@@ -112,6 +112,7 @@ void completeArguments(const CLI::App& app, std::vector<std::string>& arguments)
   if (const std::string& word = arguments.front();
       !word.starts_with("--") && std::none_of(commands.begin(), commands.end(), isNamed)) {
     std::vector<std::string> names;
+    names.reserve(commands.size());
     for (const CLI::App* const command : commands) {
       names.push_back(command->get_name());
     }

@@ -28,6 +28,7 @@ template <typename Value>
 void addChoice(CLI::App& command, const std::string& name, const std::string& text,
                const std::vector<std::pair<std::string, Value>>& choices, Value& value) {
   std::vector<std::string> words;
+  words.reserve(choices.size());
   for (const auto& choice : choices) {
     words.push_back(choice.first);
   }

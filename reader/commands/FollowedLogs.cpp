@@ -22,6 +22,8 @@ class EndInTime {
   explicit EndInTime(const std::atomic<bool>& stop) : thread_([this, &stop] { watch(stop); }) {}
   EndInTime(const EndInTime&) = delete;
   EndInTime& operator=(const EndInTime&) = delete;
+  EndInTime(EndInTime&&) = delete;
+  EndInTime& operator=(EndInTime&&) = delete;
   ~EndInTime() {
     ended_ = true;
     thread_.join();
