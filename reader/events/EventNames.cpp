@@ -48,10 +48,11 @@ std::vector<EventName> namesIn(const EventRecord& event) {
   std::vector<EventName> names{{NameKind::Computer, event.computer()}};
   const std::vector<NamedValue> fields = event.fields();
   for (const NameRow& row : rows) {
-    for (const auto& [name, value] : fits(row, event) ? fields : std::vector<NamedValue>{}) {
-      if (anyPart(row.fields, [&](std::string_view pattern) { return matches(lastName(name), pattern); }) &&
-          !isBinaryField(name)) {
-        names.push_back({row.kind, value});
+    for (const NamedValue& field : fits(row, event) ? fields : std::vector<NamedValue>{}) {
+      const std::string_view name = lastName(field.name);
+      if (anyPart(row.fields, [name](std::string_view pattern) { return matches(name, pattern); }) &&
+          !isBinaryField(field.name)) {
+        names.push_back({row.kind, field.value});
       }
     }
   }

@@ -17,6 +17,9 @@ class ByteSource {
   static ByteSource standardInput();
 
   ByteSource(ByteSource&& other) noexcept;
+  ByteSource(const ByteSource&) = delete;
+  ByteSource& operator=(const ByteSource&) = delete;
+  ByteSource& operator=(ByteSource&&) = delete;
   ~ByteSource();
 
   bool isOpen() const;

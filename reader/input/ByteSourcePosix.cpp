@@ -16,6 +16,8 @@ struct ByteSource::Opened {
   Opened(int number, bool isOwned) : descriptor(number), owned(isOwned) {}
   Opened(const Opened&) = delete;
   Opened& operator=(const Opened&) = delete;
+  Opened(Opened&&) = delete;
+  Opened& operator=(Opened&&) = delete;
   ~Opened() {
     if (owned && descriptor >= 0) {
       ::close(descriptor);

@@ -15,6 +15,8 @@ struct ByteSource::Opened {
   Opened(HANDLE opened, bool isOwned) : handle(opened), owned(isOwned) {}
   Opened(const Opened&) = delete;
   Opened& operator=(const Opened&) = delete;
+  Opened(Opened&&) = delete;
+  Opened& operator=(Opened&&) = delete;
   ~Opened() {
     if (owned && handle != INVALID_HANDLE_VALUE) {
       CloseHandle(handle);
