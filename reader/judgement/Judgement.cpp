@@ -27,6 +27,10 @@ constexpr std::chrono::minutes lastSign{2};
 // A machine that went down is started again within this time, when nothing else tells when it went down.
 constexpr std::chrono::hours soonRestarted{1};
 
+std::string at(const LogEntry& entry) {
+  return " at " + showTime(*entry.time, entry.offset);
+}
+
 class Judge {
  public:
   explicit Judge(const Session& session)
@@ -47,7 +51,6 @@ class Judge {
 
  private:
   std::string wordsFor(const LogEntry& entry) const { return wordsOf(session_, entry); }
-  std::string at(const LogEntry& entry) const { return " at " + showTime(*entry.time, entry.offset); }
   void conclude(Outcome outcome, Severity severity, std::string text, const LogEntry* entry, TimeRange time);
   void say(std::string text, const LogEntry& entry, Severity severity = Severity::Notice);
   const Failure* ownFailure() const;
