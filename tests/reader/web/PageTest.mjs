@@ -7,10 +7,11 @@ import { createServer } from 'node:http';
 import { tmpdir } from 'node:os';
 import { join } from 'node:path';
 import { after, afterEach, test } from 'node:test';
+import { fileURLToPath } from 'node:url';
 import { Tab } from './Browser.mjs';
 
 const { SENTIQ_PAGE, SENTIQ_LOGS, SENTIQ_PICTURES } = process.env;
-const data = new URL('../data/', import.meta.url).pathname;
+const data = fileURLToPath(new URL('../data/', import.meta.url));
 const names = ['CanvixSentiqSession.log', 'CanvixWatchdogInfoSession.log', 'CanvixWatchdogInfoInitialSession.log'];
 
 const folder = mkdtempSync(join(tmpdir(), 'sentiq-page-'));
