@@ -34,7 +34,7 @@ class Owners {
   void giveWatchdogExits(std::size_t index);
   void giveCopies(std::size_t index);
   void giveTails(std::size_t index);
-  Life* openOne(const Others& others, Instant time, std::optional<Instant> Life::* exit) const;
+  static Life* openOne(const Others& others, Instant time, std::optional<Instant> Life::* exit);
   void move(const Life& from, std::size_t entry, const Life* to);
   std::size_t nameless();
   void apply();
@@ -82,7 +82,7 @@ Owners::Others Owners::othersAt(std::size_t index, Instant time) {
 
 // Of those whose exit is not known, and that do not go on, the one with the freshest sign; of those without records the
 // first, which began last.
-Life* Owners::openOne(const Others& others, Instant time, std::optional<Instant> Life::* exit) const {
+Life* Owners::openOne(const Others& others, Instant time, std::optional<Instant> Life::* exit) {
   Life* best = nullptr;
   for (Life* const life : others) {
     const bool open = !(life->*exit) && life->begin && *life->begin < time && !livesAfter(*life, time);
