@@ -48,7 +48,7 @@ std::optional<std::size_t> SessionAssembly::find(const Session& part, const Sess
 }
 
 bool SessionAssembly::isSame(GrowingSession& session, const Session& part, const SessionExtent& extent,
-                             std::size_t origin) const {
+                             std::size_t origin) {
   if (!processFits(session.session(), part)) {
     return false;
   }

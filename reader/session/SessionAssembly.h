@@ -35,7 +35,7 @@ class SessionAssembly {
 
  private:
   std::optional<std::size_t> find(const Session& part, const SessionExtent& extent, std::size_t origin);
-  bool isSame(GrowingSession& session, const Session& part, const SessionExtent& extent, std::size_t origin) const;
+  static bool isSame(GrowingSession& session, const Session& part, const SessionExtent& extent, std::size_t origin);
   std::size_t join(std::optional<std::size_t> session, Part part);
   std::optional<std::size_t> findByProcess(const Part& part, const SessionExtent& extent) const;
   void placeNameless();

@@ -13,6 +13,7 @@ std::string joinedBy(const std::string& separator, const std::vector<std::string
 
 std::vector<std::string> namesOf(const CommandLineWords& words) {
   std::vector<std::string> names;
+  names.reserve(words.commands.size());
   for (const CommandWords& command : words.commands) {
     names.push_back(command.name);
   }
