@@ -12,7 +12,7 @@ namespace boost_process = boost::process;
 namespace sentiq {
 
 void waitForProcessExit(std::uint32_t pid, std::uint32_t& exitCode) {
-  boost_process::pid_t id = pid;  // An lvalue: Boost 1.74 takes no other.
+  boost_process::pid_t id = pid;  // NOLINT(misc-const-correctness): Boost 1.74 takes nothing else.
   boost_process::child process(id);
   process.wait();
   exitCode = static_cast<std::uint32_t>(process.exit_code());

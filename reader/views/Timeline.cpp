@@ -141,8 +141,8 @@ std::optional<Ticks> parseDuration(const std::string& text) {
   const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
   constexpr std::uint32_t longest = 1'000'000;  // More is not meant, and days of it could not be counted.
   const bool isNumber = error == std::errc{} && number < longest && end + 1 == text.data() + text.size();
-  const std::size_t unit = isNumber ? units.find(*end) : units.npos;
-  return unit == units.npos ? std::nullopt : std::optional<Ticks>(number * lengths[unit]);
+  const std::size_t unit = isNumber ? units.find(*end) : std::string_view::npos;
+  return unit == std::string_view::npos ? std::nullopt : std::optional<Ticks>(number * lengths[unit]);
 }
 
 }  // namespace sentiq

@@ -61,7 +61,7 @@ const Trait changeTrait{changesOf, /*alwaysTold=*/true};
 const Trait beforeTrait{kindsBefore, /*alwaysTold=*/true};
 
 std::string signatureOf(const Judgement& judgement) {
-  const std::string name(outcomeName(judgement.outcome));
+  std::string name(outcomeName(judgement.outcome));
   const Evidence& evidence = judgement.evidence;
   if (evidence.failure && judgement.outcome == Outcome::Crashed) {
     return name + crashText(*evidence.failure);
@@ -83,6 +83,7 @@ std::vector<TriageGroup> groupsOf(const Sessions& all) {
     }
   }
   std::vector<TriageGroup> groups;
+  groups.reserve(bySignature.size());
   for (auto& [signature, sessions] : bySignature) {
     groups.push_back({signature, std::move(sessions)});
   }
