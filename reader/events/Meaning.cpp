@@ -9,10 +9,6 @@ bool isFailure(Meaning meaning) {
   return meaning == Meaning::Crash || meaning == Meaning::Hang;
 }
 
-bool isFall(Meaning meaning) {
-  return meaning == Meaning::PowerLoss || meaning == Meaning::BlueScreen;
-}
-
 std::string_view severityName(Severity severity) {
   constexpr std::array<std::string_view, 4> names{"info", "notice", "warning", "error"};
   return names[static_cast<std::size_t>(severity)];

@@ -37,9 +37,6 @@ enum class Meaning : std::uint8_t {
 /// A crash or a hang of Canvix.
 bool isFailure(Meaning meaning);
 
-/// The machine went down without shutting down.
-bool isFall(Meaning meaning);
-
 /// "info", "notice", "warning", "error".
 std::string_view severityName(Severity severity);
 
