@@ -7,22 +7,22 @@
 //   sleeps    sleeps and standbys of one session
 #include <cstdint>
 #include <cstdlib>
-#include <ctime>
 #include <filesystem>
 #include <fstream>
 #include <string>
 #include <string_view>
 
+#include "bench/TimeText.h"
+
 namespace {
 
-std::string timeText(std::size_t seconds, const char* form) {
-  const auto time = static_cast<std::time_t>(1'769'000'000 + seconds);
-  char text[40];
-  return {text, std::strftime(text, sizeof text, form, std::gmtime(&time))};
-}
+using sentiq::bench::stamp;
+using sentiq::bench::timeText;
+
+constexpr std::int64_t begin = 1'769'000'000;
 
 std::string line(std::size_t seconds, const std::string& text) {
-  return timeText(seconds, "%Y-%m-%dT%H:%M:%S.042+0000") + " [SYSTEM] [INFO]: " + text + "\n";
+  return stamp(begin + static_cast<std::int64_t>(seconds)) + " [SYSTEM] [INFO]: " + text + "\n";
 }
 
 std::string header(std::size_t seconds, const std::string& id, const std::string& process) {
@@ -34,7 +34,8 @@ std::string event(std::size_t seconds, std::size_t record, const char* provider,
                        "<Provider Name='" +
                            std::string(provider) + "'/><EventID>" + std::to_string(id) +
                            "</EventID><Level>4</Level><TimeCreated SystemTime='" +
-                           timeText(seconds, "%Y-%m-%dT%H:%M:%S.1Z") + "'/><EventRecordID>" + std::to_string(record) +
+                           timeText(begin + static_cast<std::int64_t>(seconds), "%Y-%m-%dT%H:%M:%S.1Z") +
+                           "'/><EventRecordID>" + std::to_string(record) +
                            "</EventRecordID><Channel>Application</Channel><Computer>A</Computer></System><EventData>" +
                            data + R"(</EventData></Event>"})");
 }

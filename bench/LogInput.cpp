@@ -6,27 +6,19 @@
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
-#include <ctime>
 #include <filesystem>
 #include <fstream>
 #include <string>
 #include <vector>
 
+#include "bench/TimeText.h"
 #include "logging/LogEncoding.h"
 
 namespace {
 
 using sentiq::encodeText;
-
-std::string timeText(std::int64_t seconds, const char* form) {
-  const auto time = static_cast<std::time_t>(seconds);
-  char text[40];
-  return {text, std::strftime(text, sizeof text, form, std::gmtime(&time))};
-}
-
-std::string localTime(std::int64_t seconds) {
-  return timeText(seconds, "%Y-%m-%dT%H:%M:%S.042+0000");
-}
+using sentiq::bench::stamp;
+using sentiq::bench::timeText;
 
 std::string event(const std::string& provider, const std::string& id, std::int64_t time, std::uint64_t recordId,
                   const std::string& channel, const std::string& data, int level = 4) {
@@ -55,7 +47,7 @@ std::string otherEvent(std::int64_t time, std::uint64_t recordId, std::size_t si
 }
 
 std::string watchdogLine(std::int64_t time, const std::string& message) {
-  return localTime(time) + (message.front() == '{' ? " [PROCESS] [INFO]: " : " [SYSTEM] [INFO]: ") + message;
+  return stamp(time) + (message.front() == '{' ? " [PROCESS] [INFO]: " : " [SYSTEM] [INFO]: ") + message;
 }
 
 void writeLines(std::size_t wanted) {
@@ -139,12 +131,12 @@ class SampleSession {
                          std::to_string(21'191 - i % 90) + R"(,"gpuInfo":[{"gpuMemoryUsage":8192,"gpuName":")" +
                          adapter() + R"("}],"processId":)" + pid() +
                          R"(,"status":"Running","systemStartTime":"Nov 24 20:36:47","systemUpTime":")" + run +
-                         R"(","timestamp":")" + localTime(begin_ + i * interval) +
+                         R"(","timestamp":")" + stamp(begin_ + i * interval) +
                          R"(","totalDiskSpace":258019,"totalSwapMemory":24105,"usedDiskSpace":186907,)" +
                          R"("usedSwapMemory":2913})") +
               "\n";
     }
-    return exits() ? text + encodeText(localTime(end()) + " Exit Status - Canvix is no longer alive") + "\n" : text;
+    return exits() ? text + encodeText(stamp(end()) + " Exit Status - Canvix is no longer alive") + "\n" : text;
   }
 
   std::string watchdog() const {
@@ -191,7 +183,7 @@ class SampleSession {
   static std::string head(std::int64_t time, const std::string& about, const std::string& process) {
     return watchdogLine(time, "OrbelSessionID: " + about) + "\n" + watchdogLine(time, "ProcessID: " + process) + "\n" +
            encodeText(watchdogLine(time, "Time zone offset: +0000 Time Zone Name: Greenwich Standard Time")) + "\n" +
-           encodeText(watchdogLine(time, "LastBootTime: " + localTime(time - 3600))) + "\n";
+           encodeText(watchdogLine(time, "LastBootTime: " + stamp(time - 3600))) + "\n";
   }
 
   std::string failure() const {

@@ -7,7 +7,6 @@
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
-#include <ctime>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -16,23 +15,16 @@
 
 #include <nlohmann/json.hpp>
 
+#include "bench/TimeText.h"
 #include "logging/LogEncoding.h"
 
 namespace {
 
 using sentiq::encodeText;
+using sentiq::bench::stamp;
+using sentiq::bench::timeText;
 
 constexpr std::int64_t begin = 1'769'000'000;
-
-std::string timeText(std::int64_t seconds, const char* form) {
-  const auto time = static_cast<std::time_t>(seconds);
-  char text[40];
-  return {text, std::strftime(text, sizeof text, form, std::gmtime(&time))};
-}
-
-std::string stamp(std::int64_t seconds) {
-  return timeText(seconds, "%Y-%m-%dT%H:%M:%S.042+0000");
-}
 
 // An event in two pieces of text around each of the two places that change.
 class Template {

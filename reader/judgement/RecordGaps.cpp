@@ -1,7 +1,6 @@
 #include "reader/judgement/RecordGaps.h"
 
 #include <algorithm>
-#include <chrono>
 #include <tuple>
 
 namespace sentiq {
@@ -55,20 +54,19 @@ Ticks clockJump(const MetricSample& a, const MetricSample& b) {
 }
 
 std::vector<RecordGap> recordGaps(const Session& session, const std::vector<Sleep>& sleeps) {
-  constexpr std::chrono::seconds longestInterval{15};
   std::vector<RecordGap> gaps;
   const std::vector<ClockSet> sets = clocksSet(session);
   const MetricSample* last = nullptr;
   for (const LogEntry* const entry : recordsInOrder(session)) {
     const MetricSample& record = session.recordOf(*entry);
-    if (last != nullptr && record.time.instant - last->time.instant > longestInterval) {
+    if (last != nullptr && record.time.instant - last->time.instant > longestRecordInterval) {
       const bool slept = sleptBetween(sleeps, last->time.instant, record.time.instant);
       Ticks jump = clockJump(*last, record);
       if (jump == Ticks{} && !slept) {  // The run time may follow the clock, too.
         jump = toldJump(sets, last->time.instant, record.time.instant);
       }
       const Ticks length = record.time.instant - last->time.instant - jump;
-      if (length > longestInterval) {
+      if (length > longestRecordInterval) {
         gaps.push_back({last->time, record.time, length, slept});
       }
     }

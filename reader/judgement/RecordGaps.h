@@ -1,6 +1,7 @@
 // Where the ten-second records are further apart than they should be, and for how long Canvix really ran there.
 #pragma once
 
+#include <chrono>
 #include <vector>
 
 #include "reader/input/LogTime.h"
@@ -9,6 +10,9 @@
 
 namespace sentiq {
 
+/// Records come every ten seconds; further apart there is a gap.
+constexpr std::chrono::seconds longestRecordInterval{15};
+
 struct RecordGap {
   LogTime from;  // The last record before it.
   LogTime to;
@@ -16,7 +20,7 @@ struct RecordGap {
   bool slept = false;
 };
 
-/// Of more than 15 s, in order.
+/// In order.
 std::vector<RecordGap> recordGaps(const Session& session, const std::vector<Sleep>& sleeps);
 
 /// How far the clock was set forward (back: negative) between two records that follow each other, by how long Canvix

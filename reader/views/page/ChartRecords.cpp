@@ -4,13 +4,14 @@
 #include <chrono>
 #include <iterator>
 
+#include "reader/judgement/RecordGaps.h"
+
 namespace sentiq {
 namespace {
 
 using Value = std::optional<double>;
 
 constexpr std::chrono::minutes whole{30};
-constexpr std::chrono::seconds longestInterval{15};  // Records come every ten seconds.
 constexpr int parts = 60;
 
 Value nothing(const MetricSample& /*record*/) {
@@ -55,7 +56,7 @@ std::span<const Figure> allFigures() {
 std::vector<ChartRecord> chartRecords(const PageSession& page) {
   Records all;
   for (const auto& [record, time] : page.records) {
-    const bool gap = !all.empty() && time - all.back().time > longestInterval;
+    const bool gap = !all.empty() && time - all.back().time > longestRecordInterval;
     all.push_back({record, std::max(time, all.empty() ? time : all.back().time), gap});
   }
   const Instant closer = page.end.value_or(Instant::max()) - whole;

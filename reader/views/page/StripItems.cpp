@@ -6,18 +6,18 @@
 #include <unordered_map>
 
 #include "reader/events/EventFacts.h"
+#include "reader/judgement/RecordGaps.h"
 
 namespace sentiq {
 namespace {
 
 constexpr std::chrono::minutes shownBefore{30};
 constexpr std::chrono::minutes shownAfter{3};
-constexpr std::chrono::seconds recordInterval{15};
 
 StripItem recordsOf(const PageSession& page) {
   StripItem item{page.records.front().time, "Ten-second records (" + std::to_string(page.records.size()) + ")"};
   for (const auto& [record, time] : page.records) {
-    if (item.spans.empty() || time - item.spans.back().second > recordInterval) {
+    if (item.spans.empty() || time - item.spans.back().second > longestRecordInterval) {
       item.spans.emplace_back(time, time);
     }
     item.spans.back().second = std::max(time, item.spans.back().second);
