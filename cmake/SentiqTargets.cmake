@@ -5,8 +5,8 @@ set(CMAKE_CXX_STANDARD_REQUIRED ON)
 set(CMAKE_CXX_EXTENSIONS OFF)
 set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
 
-# Programs lie at the top of the build folder, beside the DLLs that they load. (The expression, which is empty, keeps Visual
-# Studio from adding a folder for each configuration.)
+# Programs lie at the top of the build folder, beside the DLLs that they load. (The expression, which is empty, keeps
+# Visual Studio from adding a folder for each configuration.)
 set(CMAKE_RUNTIME_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}$<0:>")
 
 add_library(sentiq_options INTERFACE)
@@ -65,9 +65,9 @@ function(sentiq_library name)
   target_compile_options(${name} PRIVATE ${sentiq_shipped_options})
 endfunction()
 
-# sentiq_program(NAME DESCRIPTION [SETTING] [PRIVATE_DLL name]): finishes a program that is shipped: its version resource
-# and its manifest, with one more of Windows' settings, and a DLL that comes from beside the program only; what nobody calls is dropped, link-time optimisation, and its debug symbols in a file
-# beside it.
+# sentiq_program(NAME DESCRIPTION [SETTING] [PRIVATE_DLL name]): finishes a program that is shipped. It gets a version
+# resource; a manifest, with one more of Windows' settings, and with a DLL that is taken from beside the program only;
+# sentiq_program_link_options, without what nobody calls; and a file beside it that holds its debug symbols.
 function(sentiq_program name description)
   if(WIN32)
     cmake_parse_arguments(PARSE_ARGV 2 arg "" "PRIVATE_DLL" "")
@@ -84,13 +84,11 @@ function(sentiq_program name description)
     target_sources(${name} PRIVATE "${CMAKE_CURRENT_BINARY_DIR}/${name}.rc")
     target_include_directories(${name} PRIVATE "${CMAKE_CURRENT_BINARY_DIR}")
   endif()
-  if(MSVC)
-    target_link_options(${name} PRIVATE /MANIFEST:NO)
-  endif()
   if(NOT MSVC)
     target_link_options(${name} PRIVATE -Wl,--gc-sections)
   endif()
   if(MSVC)
+    target_link_options(${name} PRIVATE /MANIFEST:NO)
     set_property(TARGET ${name} PROPERTY INTERPROCEDURAL_OPTIMIZATION_RELEASE ON)
     # With debug information the linker else keeps what nobody calls, and functions that are alike.
     target_link_options(${name} PRIVATE $<$<CONFIG:Release>:/DEBUG> $<$<CONFIG:Release>:/OPT:REF,ICF>)
@@ -109,8 +107,8 @@ function(sentiq_program name description)
   endif()
 endfunction()
 
-# sentiq_entry(NAME SECONDS COMMAND...): one ctest entry, with its longest time. It waits for its build where that is an entry
-# of its own (tests/CMakeLists.txt).
+# sentiq_entry(NAME SECONDS COMMAND...): one ctest entry, with its longest time. It waits for its build where that is an
+# entry of its own (tests/CMakeLists.txt).
 function(sentiq_entry name seconds)
   add_test(NAME ${SENTIQ_TEST_PREFIX}.${name} COMMAND ${ARGN})
   set_tests_properties(${SENTIQ_TEST_PREFIX}.${name} PROPERTIES

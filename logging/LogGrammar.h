@@ -40,7 +40,6 @@ constexpr std::string_view applicationCopy = "App dumping Application log:";
 constexpr std::string_view systemCopy = "App dumping System log:";
 constexpr std::string_view queryFailed = "EvtQuery failed";
 constexpr std::string_view readingEnded = "Issue in reading logs";
-constexpr std::string_view powerThread = "inside power thread";
 constexpr std::string_view powerThreadTrouble = "inside power thread, ";
 constexpr std::string_view stopBegun = "Attempting to stop Watchdog.";
 constexpr std::string_view exitDone = "Leaving App monitor app exit";

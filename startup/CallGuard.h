@@ -8,8 +8,8 @@ namespace sentiq {
 
 constexpr std::uint32_t exceptionCaught = 0x43414E54;  // "CANT"
 
-/// Calls function(context). @return 0, or exceptionCaught when such an exception ended
-/// the call. Any other fault, an access violation say, goes on to the system. Callable on any thread.
+/// Calls function(context). @return 0, or exceptionCaught when such a C++ exception ended the call. Any other fault, an
+/// access violation say, goes on to the system. Callable on any thread.
 std::uint32_t callGuarded(void (*function)(void* context), void* context);
 
 }  // namespace sentiq

@@ -19,10 +19,6 @@ void record(std::string_view title) {
   writeSystemLine("Done dumping event logs");
 }
 
-void onSystemResume() {
-  record(grammar::resumed);
-}
-
 // The log begins anew: what led to the sleep is what will be asked for.
 void onSystemWillSleep() {
   try {
@@ -31,10 +27,6 @@ void onSystemWillSleep() {
   }
   writeWatchdogHeader(watchdogState().sessionId, LogTarget::WatchdogLog);
   record(grammar::willSleep);
-}
-
-void onSystemStandby() {
-  record(grammar::displayChanged);
 }
 
 }  // namespace
@@ -58,10 +50,10 @@ void recordPowerEvent(PowerEvent event) {
       onSystemWillSleep();
       break;
     case PowerEvent::Resume:
-      onSystemResume();
+      record(grammar::resumed);
       break;
     case PowerEvent::Standby:
-      onSystemStandby();
+      record(grammar::displayChanged);
       break;
     case PowerEvent::None:
       break;

@@ -5,6 +5,7 @@
 #include <chrono>
 #include <string>
 
+#include "logging/LogGrammar.h"
 #include "logging/UniqueHandle.h"
 #include "logging/WatchdogLog.h"
 #include "watchdog/PowerEvent.h"
@@ -73,21 +74,25 @@ void writeErrorText(DWORD error) {
   }
 }
 
+void writeTrouble(const char* what) {
+  writeSystemLine(std::string(grammar::powerThreadTrouble) + what);
+}
+
 // The second registration, which is given back; the first one, the window and its class are left to the
 // process's end. None when the thread cannot go on.
 PowerRegistration listen() {
   const HWND window = createHiddenWindow();
   if (window == nullptr) {
-    writeSystemLine("inside power thread, window creation failed");
+    writeTrouble("window creation failed");
     return {};
   }
   if (RegisterPowerSettingNotification(window, &traditionalSleep, DEVICE_NOTIFY_WINDOW_HANDLE) == nullptr) {
-    writeSystemLine("inside power thread, registration failed for traditional sleep");
+    writeTrouble("registration failed for traditional sleep");
   }
   PowerRegistration modern(RegisterPowerSettingNotification(window, &modernSleep, DEVICE_NOTIFY_WINDOW_HANDLE));
   if (!modern) {
     const DWORD error = GetLastError();  // Writing a line would leave an error of its own.
-    writeSystemLine("inside power thread, registration failed for modern sleep");
+    writeTrouble("registration failed for modern sleep");
     writeErrorText(error);
     return {};
   }

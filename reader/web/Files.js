@@ -55,8 +55,8 @@ function readInWindows(files, total) {
   };
 }
 
-// A file that is only written, in pieces that a blob is made of: in the file system's own memory it would be moved over and
-// over as it grows.
+// A file that is only written, in pieces that a blob is made of: in the file system's own memory it would be moved over
+// and over as it grows.
 function collectIn(FS, path) {
   const pieces = [];
   let piece = new Uint8Array(1 << 20), used = 0;
@@ -77,4 +77,3 @@ function collectIn(FS, path) {
   FS.mkdev(path, 0o666, device);
   return () => new Blob([...pieces, piece.subarray(0, used)], { type: 'text/html' });
 }
-

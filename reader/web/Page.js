@@ -1,5 +1,5 @@
-// One job at a time: logs are taken, the worker reads them, and what it makes of them is shown. Nothing is kept, and nothing is
-// asked of a network.
+// One job at a time: logs are taken, the worker reads them, and what it makes of them is shown. Nothing is kept, and
+// nothing is asked of a network.
 
 let job = null; // {worker, paths, …}: one drop or choice.
 

@@ -70,9 +70,9 @@ function enter(element) {
   element.removeAttribute('tabindex');
 }
 
-// The page that the reader wrote, in a frame of its own. It is of this page's origin, so that it can be printed from here and takes
-// drops; the only scripts in it are those that the policy names by their hashes, and it can lead nowhere. A link
-// to a place in it would be taken for one in this page, did it not say what it is relative to.
+// The page that the reader wrote, in a frame of its own. It is of this page's origin, so that it can be printed from here
+// and takes drops; the only scripts in it are those that the policy names by their hashes, and it can lead nowhere. A
+// link to a place in it would be taken for one in this page, did it not say what it is relative to.
 async function showReport() {
   const mine = job;
   const text = await mine.page.text();
@@ -125,4 +125,3 @@ function showSessions() {
     enter($('sessions').querySelector('caption'));
   }
 }
-

@@ -88,4 +88,3 @@ function takeDrops(target) {
     begin((leave, found) => filesOf(items, leave, found));
   });
 }
-

@@ -63,14 +63,12 @@ auto* found(const Entries& entries, std::string_view name) {
 
 }  // namespace
 
-Places& Places::text(std::string_view name, std::string text) {
+void Places::text(std::string_view name, std::string text) {
   texts_.emplace_back(name, std::move(text));
-  return *this;
 }
 
-Places& Places::list(std::string_view name, std::size_t count, Item item) {
+void Places::list(std::string_view name, std::size_t count, Item item) {
   lists_.emplace_back(name, List{count, std::move(item)});
-  return *this;
 }
 
 class PageWriter {

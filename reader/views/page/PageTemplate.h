@@ -22,16 +22,16 @@ class Places {
  public:
   using Item = std::function<Places(std::size_t)>;
 
-  Places& text(std::string_view name, std::string text);
-  Places& flag(std::string_view name, bool set) { return text(name, set ? "yes" : ""); }
+  void text(std::string_view name, std::string text);
+  void flag(std::string_view name, bool set) { text(name, set ? "yes" : ""); }
 
   /// @param item makes one of the items, when it is written and not before: a page may have 100,000 rows.
-  Places& list(std::string_view name, std::size_t count, Item item);
+  void list(std::string_view name, std::size_t count, Item item);
 
   template <class T, class Make>
-  Places& list(std::string_view name, std::vector<T> items, Make make) {
+  void list(std::string_view name, std::vector<T> items, Make make) {
     const std::size_t count = items.size();
-    return list(name, count, [items = std::move(items), make](std::size_t i) { return make(items[i]); });
+    list(name, count, [items = std::move(items), make](std::size_t i) { return make(items[i]); });
   }
 
  private:

@@ -1,7 +1,6 @@
 'use strict';
 // Without this the page is whole: what stands in noscript is then shown as it is. With it, that is the store from which
 // rows, tables and logs are made when somebody opens them, so that 20,000 entries cost no more than a long text.
-document.documentElement.classList.add('scripted');
 
 let oldestFirst = false;
 const tables = [];

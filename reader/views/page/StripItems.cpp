@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <chrono>
-#include <functional>
 #include <unordered_map>
 
 #include "reader/events/EventFacts.h"

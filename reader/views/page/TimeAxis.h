@@ -3,7 +3,6 @@
 
 #include <chrono>
 #include <string>
-#include <vector>
 
 #include "reader/input/LogTime.h"
 #include "reader/views/page/PageTemplate.h"
