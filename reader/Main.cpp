@@ -1,5 +1,5 @@
-// sentiq-logs: from the log files to plain text, a timeline, a summary, a page. Here is what the command line offers;
-// the help, the manual page and the completions come from it.
+// sentiq-logs: from the log files to plain text, a timeline, a summary, a triage, a page, a table. Here is what the
+// command line offers; the help, the manual page and the completions come from it.
 #include <atomic>
 #include <cstdint>
 #include <exception>
@@ -227,14 +227,15 @@ int run(std::vector<std::string> arguments, Messages& messages) {
   addTriage(app, request);
   addReport(app, request);
   addMetrics(app, request);
+  std::cout.exceptions(std::ios::badbit | std::ios::failbit);
   if (!parseCommandLine(app, std::move(arguments), messages)) {
+    std::cout.flush();
     return messages.exitCode();
   }
   static const std::atomic<bool> never{false};
   const bool terminal = outputIsTerminal();
   // Progress is for eyes, and not between the lines of output on the same terminal.
   const bool progress = progressWanted() && !(terminal && app.got_subcommand("decode"));
-  std::cout.exceptions(std::ios::badbit | std::ios::failbit);
   request.run({.in = std::cin,
                .out = std::cout,
                .messages = messages,

@@ -86,14 +86,18 @@ std::string exitCodesText() {
   return text;
 }
 
-// What packagers call; whoever reads the help does not need it.
+// What packagers call; whoever reads the help does not need it. Throws for a shell that is not known.
 bool answerHidden(const CLI::App& app, const std::vector<std::string>& arguments) {
   if (arguments.size() == 1 && arguments.front() == "manual") {
     std::cout << manualPage(wordsOfAll(app));
     return true;
   }
   if (arguments.size() == 2 && arguments.front() == "completions") {
-    std::cout << completionScript(arguments.back(), wordsOfAll(app));
+    const std::string script = completionScript(arguments.back(), wordsOfAll(app));
+    if (script.empty()) {
+      throwUnknown("completions", arguments.back(), completionShells());
+    }
+    std::cout << script;
     return true;
   }
   return false;
@@ -110,7 +114,7 @@ void completeArguments(const CLI::App& app, std::vector<std::string>& arguments)
   const std::vector<const CLI::App*> commands = commandsOf(app);
   const auto isNamed = [&](const CLI::App* command) { return command->get_name() == arguments.front(); };
   if (const std::string& word = arguments.front();
-      !word.starts_with("--") && std::none_of(commands.begin(), commands.end(), isNamed)) {
+      (word == "-" || !word.starts_with('-')) && std::none_of(commands.begin(), commands.end(), isNamed)) {
     std::vector<std::string> names;
     names.reserve(commands.size());
     for (const CLI::App* const command : commands) {
@@ -180,15 +184,15 @@ bool parseCommandLine(CLI::App& app, std::vector<std::string> arguments, Message
              "  sentiq-logs report logs/ -o session.html\n"
              "  sentiq-logs timeline --help\n\n" +
              exitCodesText());
-  if (answerHidden(app, arguments)) {
-    return false;
-  }
   if (arguments.empty()) {
     std::cerr << app.help();
     messages.raise(exitFailed);
     return false;
   }
   try {
+    if (answerHidden(app, arguments)) {
+      return false;
+    }
     completeArguments(app, arguments);
     std::reverse(arguments.begin(), arguments.end());  // The order that the parser takes a vector in.
     app.parse(arguments);

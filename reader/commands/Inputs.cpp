@@ -64,7 +64,7 @@ LogSet readInputs(const std::vector<std::string>& inputs, Keep keep, const Strea
   const std::vector<std::string> found = existing(inputs, /*anyKind=*/true, messages);
   Progress progress(streams.progress);
   const std::vector<LogInput> files = findLogs(found, &streams.stop);
-  KnownNames names = namesOfPaths(files);
+  KnownNames names = streams.redact ? namesOfPaths(files) : KnownNames();
   LogSet logs = readLogs(files, streams.in, progress, keep, streams.stop, streams.redact ? &names : nullptr);
   for (const LogFileInfo& file : logs.files) {
     if (!file.readable) {
@@ -86,7 +86,7 @@ LogSet readInputs(const std::vector<std::string>& inputs, Keep keep, const Strea
 }
 
 KnownNames namesIn(const std::vector<LogInput>& files, const Streams& streams) {
-  KnownNames names = namesOfPaths(files);
+  KnownNames names = streams.redact ? namesOfPaths(files) : KnownNames();
   std::vector<LogInput> twice = files;
   std::erase_if(twice, [](const LogInput& file) { return kindOf(file.name) != Kind::FileOrFolder; });
   Progress progress(streams.progress);

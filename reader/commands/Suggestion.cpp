@@ -35,12 +35,13 @@ std::string suggestionFor(std::string_view word, const std::vector<std::string>&
   const std::size_t far = std::max<std::size_t>(word.size() / 3, 1) + 1;
   std::size_t least = far;
   std::string meant;
+  if (word.size() > longestWord) {
+    return {};
+  }
   for (const std::string& candidate : candidates) {
-    if (word.size() <= longestWord) {
-      if (const std::size_t d = distance(word, candidate); d < least) {
-        least = d;
-        meant = candidate;
-      }
+    if (const std::size_t d = distance(word, candidate); d < least) {
+      least = d;
+      meant = candidate;
     }
   }
   return meant.empty() ? "" : "; did you mean '" + meant + "'?";

@@ -44,6 +44,7 @@ void followTimeline(const std::vector<std::string>& inputs, const TimelineOption
     for (SessionPart& part : log.reader->takeOut()) {
       if (streams.redact) {
         redact(part.session, names);
+        log.info.name = names.redacted(log.info.name);
       }
       for (const LogEntry& entry : part.session.entries) {
         const bool known = !log.input.fromFolder || part.role != LogRole::Unknown;  // A folder holds other logs, too.

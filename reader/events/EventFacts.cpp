@@ -5,7 +5,6 @@
 #include <charconv>
 #include <cstddef>
 #include <limits>
-#include <string_view>
 #include <system_error>
 #include <variant>
 
@@ -25,7 +24,7 @@ std::optional<std::uint64_t> decimal(std::string_view text) {
 // Of the ticks since 1601 that the system counts; 0 is no time.
 std::optional<Instant> systemTime(std::optional<std::uint64_t> ticks) {
   constexpr std::int64_t ticksTo1970 = 116'444'736'000'000'000;
-  constexpr std::uint64_t most = std::numeric_limits<std::int64_t>::max();
+  constexpr std::uint64_t most = 2'650'467'743'999'999'999;  // The end of the year 9999, the last of any log.
   return ticks && *ticks > 0 && *ticks <= most
              ? std::optional(Instant(Ticks(static_cast<std::int64_t>(*ticks) - ticksTo1970)))
              : std::nullopt;

@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "reader/events/EventKinds.h"
@@ -35,7 +36,7 @@ ProgramFailure programFailure(const EventRecord& event);
 /// The machine went down without shutting down: a blue screen or a loss of power.
 struct MachineFall {
   std::optional<std::uint64_t> stopCode;  // Of a blue screen.
-  std::string dump;                       // Path; so are empty what the event does not tell.
+  std::string dump;                       // Path. Texts are empty where the event does not tell.
   std::string reportId;
   bool isErrorReport = false;            // May be sent days later; the others are logged at the next start of Windows.
   bool asleep = false;                   // It fell while it slept.

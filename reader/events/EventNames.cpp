@@ -48,7 +48,10 @@ std::vector<EventName> namesIn(const EventRecord& event) {
   std::vector<EventName> names{{NameKind::Computer, event.computer()}};
   const std::vector<NamedValue> fields = event.fields();
   for (const NameRow& row : rows) {
-    for (const NamedValue& field : fits(row, event) ? fields : std::vector<NamedValue>{}) {
+    if (!fits(row, event)) {
+      continue;
+    }
+    for (const NamedValue& field : fields) {
       const std::string_view name = lastName(field.name);
       if (anyPart(row.fields, [name](std::string_view pattern) { return matches(name, pattern); }) &&
           !isBinaryField(field.name)) {

@@ -127,10 +127,6 @@ std::string textOfBinary(std::string_view digits) {
   return text;
 }
 
-Severity severityOfLevel(int level) {
-  return level == 1 || level == 2 ? Severity::Error : level == 3 ? Severity::Warning : Severity::Info;
-}
-
 }  // namespace
 
 std::optional<EventRecord> readEvent(std::string_view json) {

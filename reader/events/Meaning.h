@@ -37,7 +37,13 @@ enum class Meaning : std::uint8_t {
 /// A crash or a hang of Canvix.
 bool isFailure(Meaning meaning);
 
+/// What the power thread tells: sleep, resume, a display change.
+bool isPower(Meaning meaning);
+
 /// "info", "notice", "warning", "error".
 std::string_view severityName(Severity severity);
+
+/// Of an event's level: 1 critical, 2 error, 3 warning, others information.
+Severity severityOfLevel(int level);
 
 }  // namespace sentiq

@@ -53,9 +53,6 @@ std::string_view Utf8Bytes::finish() {
   } else if (!held_.empty() || highHalf_ != 0) {
     append(replacement);
   }
-  form_ = Form::Open;
-  held_.clear();
-  highHalf_ = 0;
   return text_;
 }
 

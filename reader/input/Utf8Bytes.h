@@ -14,7 +14,7 @@ class Utf8Bytes {
   /// The same in UTF-8, without mark; a half of a surrogate pair becomes U+FFFD. Valid until the next call.
   std::string_view take(std::string_view bytes);
 
-  /// The file ends here: what is left of it, half a character.
+  /// The file ends here: what is left of it, half a character. Nothing is taken after it.
   std::string_view finish();
 
  private:

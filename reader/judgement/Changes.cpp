@@ -81,8 +81,8 @@ void addSinceEarlier(const Session& session, const LogTime& begin, const std::st
 
 }  // namespace
 
-std::vector<Change> changesBefore(const Session& session, const EntryIndex& index, const LogTime& end,
-                                  const std::string& canvixVersion) {
+std::vector<Change> changesBefore(const Session& session, const EntryIndex& index, const SessionSpan& span,
+                                  const LogTime& end, const std::string& canvixVersion) {
   const Instant from = end.instant - shownBefore;
   Collection changes(end);
   const std::vector<const LogEntry*> told = index.between({Meaning::Change}, from, end.instant);
@@ -91,7 +91,6 @@ std::vector<Change> changesBefore(const Session& session, const EntryIndex& inde
     changes.add(machineChange(session.eventOf(entry)), {*entry.time, entry.offset}, index.indexOf(entry));
   }
   addBuilds(session, index, from, end.instant, changes);
-  const SessionSpan span = sessionSpan(session);
   if (session.earlier && span.begin && session.earlier->end.instant >= from) {
     addSinceEarlier(session, {*span.begin, span.offset}, canvixVersion, changes);
   }

@@ -10,7 +10,7 @@ namespace sentiq {
 
 /// Newest first, each once: of several that differ in their version only the newest one of a kind of update that comes
 /// every day. @param end the session's. @param canvixVersion of this session; empty when its logs do not tell.
-std::vector<Change> changesBefore(const Session& session, const EntryIndex& index, const LogTime& end,
-                                  const std::string& canvixVersion);
+std::vector<Change> changesBefore(const Session& session, const EntryIndex& index, const SessionSpan& span,
+                                  const LogTime& end, const std::string& canvixVersion);
 
 }  // namespace sentiq

@@ -46,17 +46,14 @@ class Gathering {
     const std::string id = facts.reportId;
     const std::size_t place = placeOf(entry, hang, facts);
     if (place == failures_.size()) {
-      failures_.push_back({hang, {}, &entry, {}, Whose::Nobody});
-    }
-    Failure& failure = failures_[place];
-    if (!failure.tellers.empty() && facts.teller < failure.facts.teller) {  // It tells more than those before.
-      failure.best = &entry;
-      std::swap(failure.facts, facts);
-    }
-    failure.tellers.push_back(&entry);
-    if (failure.tellers.size() == 1) {
-      failure.facts = std::move(facts);
+      failures_.push_back({hang, {&entry}, &entry, std::move(facts), Whose::Nobody});
     } else {
+      Failure& failure = failures_[place];
+      failure.tellers.push_back(&entry);
+      if (facts.teller < failure.facts.teller) {  // It tells more than those before.
+        failure.best = &entry;
+        std::swap(failure.facts, facts);
+      }
       addFacts(failure.facts, std::move(facts));
     }
     if (!id.empty()) {
@@ -131,8 +128,7 @@ Whose whoseFailure(const Failure& failure, const WatchedProcess& process, const 
 
 }  // namespace
 
-WatchedProcess watchedProcess(const Session& session, const EntryIndex& index) {
-  const SessionSpan span = sessionSpan(session);
+WatchedProcess watchedProcess(const Session& session, const EntryIndex& index, const SessionSpan& span) {
   WatchedProcess process;
   process.begin = span.begin;
   process.over = span.end;
@@ -153,7 +149,6 @@ WatchedProcess watchedProcess(const Session& session, const EntryIndex& index) {
   }
   if (!index.all(Meaning::Exit).empty()) {
     process.over = index.all(Meaning::Exit).front()->time;
-    process.exited = true;
   }
   if (process.begin && process.over && *process.over < *process.begin) {  // The clock was set back meanwhile.
     process.begin = process.over;

@@ -17,10 +17,9 @@ struct WatchedProcess {
   std::optional<Instant> started;  // From its run time in the first record.
   std::optional<Instant> begin;    // Of the session.
   std::optional<Instant> over;     // The exit, or the last sign of it when there is none.
-  bool exited = false;
 };
 
-WatchedProcess watchedProcess(const Session& session, const EntryIndex& index);
+WatchedProcess watchedProcess(const Session& session, const EntryIndex& index, const SessionSpan& span);
 
 enum class Whose : std::uint8_t {
   Nobody,  // Of another time.

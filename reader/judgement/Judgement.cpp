@@ -37,14 +37,15 @@ class Judge {
       : session_(session),
         index_(session),
         span_(sessionSpan(session)),
-        process_(watchedProcess(session, index_)),
+        process_(watchedProcess(session, index_, span_)),
         sleeps_(sleepsOf(session)),
         boots_(bootsOf(session, index_)),
         failures_(failuresOf(session, index_, process_)) {
+    std::optional<Alive> alive;
     if (process_.begin && process_.over) {
-      alive_ = Alive{*process_.begin, *process_.over};
+      alive = Alive{*process_.begin, *process_.over};
     }
-    falls_ = fallsOf(session, index_, boots_, alive_);
+    falls_ = fallsOf(session, index_, boots_, alive);
   }
 
   Judgement judge();
@@ -72,7 +73,6 @@ class Judge {
   WatchedProcess process_;
   std::vector<Sleep> sleeps_;
   std::vector<Instant> boots_;
-  std::optional<Alive> alive_;
   std::vector<Failure> failures_;
   std::vector<Fall> falls_;
   Judgement result_;
@@ -338,7 +338,7 @@ void Judge::addFigures() {
   if (span_.end) {
     const Instant end = result_.time ? result_.time->to : *span_.end;
     const ProgramFailure* const failure = result_.evidence.failure ? &*result_.evidence.failure : nullptr;
-    result_.changes = changesBefore(session_, index_, {end, result_.offset}, failure ? failure->version : "");
+    result_.changes = changesBefore(session_, index_, span_, {end, result_.offset}, failure ? failure->version : "");
   }
 }
 

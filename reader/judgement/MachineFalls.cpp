@@ -124,11 +124,16 @@ std::vector<Fall> fallsOf(const Session& session, const EntryIndex& index, const
   }
   std::unordered_map<std::string, std::size_t> byReport;  // A report may be sent again at any time.
   for (const auto& [teller, facts] : reports) {
-    const std::size_t place = placeOf(falls, fallToldBy(*teller, boots, alive, /*isErrorReport=*/true), *teller, facts);
-    const auto known = facts.reportId.empty() ? byReport.end() : byReport.emplace(facts.reportId, place).first;
-    addTeller(falls[known != byReport.end() ? known->second : place], *teller, facts, session);
+    const auto known = facts.reportId.empty() ? byReport.end() : byReport.find(facts.reportId);
+    const std::size_t place =
+        known != byReport.end()
+            ? known->second
+            : placeOf(falls, fallToldBy(*teller, boots, alive, /*isErrorReport=*/true), *teller, facts);
+    if (!facts.reportId.empty()) {
+      byReport.emplace(facts.reportId, place);
+    }
+    addTeller(falls[place], *teller, facts, session);
   }
-  std::erase_if(falls, [](const Fall& fall) { return fall.tellers.empty(); });
   std::stable_sort(falls.begin(), falls.end(), [](const Fall& a, const Fall& b) { return a.back < b.back; });
   return falls;
 }

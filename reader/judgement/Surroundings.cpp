@@ -65,6 +65,9 @@ std::size_t displayChanges(const Session& session, const EntryIndex& index, cons
   const auto first = std::find_if(session.entries.begin(), session.entries.end(), [](const LogEntry& entry) {
     return entry.time && !entry.event && entry.role == LogRole::Watchdog;
   });
+  if (first == session.entries.end()) {  // No watchdog log, which alone tells of the display.
+    return 0;
+  }
   const std::vector<const LogEntry*>& changes = index.all(Meaning::DisplayChange);
   return static_cast<std::size_t>(std::count_if(changes.begin(), changes.end(), [&](const LogEntry* entry) {
     const Instant time = *entry->time;

@@ -20,9 +20,7 @@ constexpr TitleRow titleRows[] = {
 }  // namespace
 
 void CopyTracker::takeMessage(const LogLine& line, std::optional<LogTime> time, std::vector<ChannelCopy>& copies) {
-  const bool power =
-      line.meaning == Meaning::Sleep || line.meaning == Meaning::Resume || line.meaning == Meaning::DisplayChange;
-  powerTitle_ = powerTitle_ || power;
+  powerTitle_ = powerTitle_ || isPower(line.meaning);
   const auto* const row =
       std::find_if(std::begin(titleRows), std::end(titleRows), [&](const TitleRow& r) { return r.title == line.text; });
   if (row == std::end(titleRows) || !time) {

@@ -1,6 +1,5 @@
 #include "reader/session/EntryReader.h"
 
-#include <chrono>
 #include <functional>
 #include <string>
 #include <utility>
@@ -14,11 +13,6 @@ namespace {
 
 constexpr std::size_t longestMessage = 64U << 10;
 constexpr std::size_t longestName = 256;
-
-// That of an event which is only counted.
-Severity severityOfLevel(int level) {
-  return level == 1 || level == 2 ? Severity::Error : level == 3 ? Severity::Warning : Severity::Info;
-}
 
 std::string_view computerIn(std::string_view event) {
   constexpr std::string_view begin = "<Computer>";

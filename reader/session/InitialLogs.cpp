@@ -8,8 +8,6 @@
 namespace sentiq {
 namespace {
 
-constexpr std::string_view anyFolder = "*";
-
 SessionIndex indexOf(const std::vector<GrowingSession>& sessions, std::string Session::* key) {
   SessionIndex index;
   for (std::size_t i = 0; i < sessions.size(); ++i) {

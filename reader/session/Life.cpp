@@ -10,10 +10,6 @@
 namespace sentiq {
 namespace {
 
-bool isPower(Meaning meaning) {
-  return meaning == Meaning::Sleep || meaning == Meaning::Resume || meaning == Meaning::DisplayChange;
-}
-
 bool isTail(const std::string& text) {
   return text == grammar::stopBegun || text == grammar::exitDone || text == grammar::stopDone;
 }

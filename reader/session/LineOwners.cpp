@@ -187,12 +187,10 @@ void Owners::giveTails(std::size_t index) {
   }
 }
 
-// Leaves an entry without a file behind.
+// Leaves an entry without a line number behind, which apply() takes out.
 void Owners::move(const Life& from, std::size_t entry, const Life* to) {
-  LogEntry& old = sessions_[from.session].entries[entry];
   const std::size_t target = to != nullptr ? to->session : nameless();
-  moved_.emplace_back(target, std::exchange(old, {}));
-  old.line = 0;
+  moved_.emplace_back(target, std::exchange(sessions_[from.session].entries[entry], {}));
 }
 
 std::size_t Owners::nameless() {

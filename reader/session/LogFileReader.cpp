@@ -18,6 +18,7 @@ void LogFileReader::finish() {
 void LogFileReader::take(const Line& line) {
   // Where a machine lost power while it wrote, zeros stay, and what is written later goes on behind them.
   constexpr std::string_view zeros("\0\0\0\0\0\0\0\0", 8);
+  constexpr std::string_view leftOut = "(left out)";
   const bool furtherPiece = line.number == line_;  // Of an overlong line.
   bool good = false;
   std::string_view text = line.text;
@@ -28,7 +29,7 @@ void LogFileReader::take(const Line& line) {
     const std::size_t last = text.rfind(zeros);
     if (last != std::string_view::npos && last + zeros.size() < text.size()) {
       takeKeptRecords();
-      entries_.takeDamaged(text.substr(0, last), line.number);
+      entries_.takeDamaged(names_ == nullptr ? text.substr(0, last) : leftOut, line.number);
       text.remove_prefix(last + zeros.size());
     }
     good = decoder_.decode(text, text_) != LineKind::Damaged && line.whole;
@@ -36,7 +37,7 @@ void LogFileReader::take(const Line& line) {
   if (names_ != nullptr && good) {
     names_->learnLine(text_);
   } else if (names_ != nullptr) {
-    text_ = "(left out)";
+    text_ = leftOut;
   }
   line_ = file_.lines = line.number;
   if (keep_ == Keep::RawLines) {

@@ -23,9 +23,9 @@ struct MetricSample {
   std::vector<std::string> adapters;
   std::int64_t processId = 0;
   std::string status;
-  std::optional<Ticks> ran;  // Canvix by then; nothing when it could not be asked.
-  std::optional<Ticks> up;   // Windows.
-  std::optional<double> cpuUsage;
+  std::optional<Ticks> ran;        // Canvix by then; nothing when it could not be asked.
+  std::optional<Ticks> up;         // Windows.
+  std::optional<double> cpuUsage;  // Percent; so below, nothing where the record does not hold it.
   std::optional<std::int64_t> memory;
   std::optional<std::int64_t> threads;
 };
@@ -33,7 +33,7 @@ struct MetricSample {
 /// Nothing when the text is not such a record. Never throws for any bytes.
 std::optional<MetricSample> parseMetric(std::string_view text);
 
-/// The form of elapsed times in records: "2 03:04:05", days first.
+/// The form of elapsed times in records: "2 03:04:05", days first. Nothing when the text has another one.
 std::optional<Ticks> parseElapsed(std::string_view text);
 std::string showElapsed(Ticks elapsed);
 

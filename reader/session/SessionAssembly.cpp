@@ -10,7 +10,6 @@ namespace sentiq {
 namespace {
 
 constexpr std::string_view anyProcess = "*";
-constexpr std::string_view anyFolder = "*";
 
 bool processFits(const Session& a, const Session& b) {
   return a.processId == b.processId || a.processId.empty() || b.processId.empty();

@@ -13,9 +13,9 @@ namespace sentiq {
 struct SessionExtent {
   std::optional<Instant> begin;  // The first line or record; events have times of their own.
   std::optional<Instant> end;    // The last one.
-  std::optional<Instant>
-      bootFrom;                   // When Windows had started, by the header and each record: a clock that is set moves
-  std::optional<Instant> bootTo;  // it.
+  // When Windows had started, by the header and each record: a clock that is set moves it. Both are there, or none.
+  std::optional<Instant> bootFrom;
+  std::optional<Instant> bootTo;
   std::string computer;
 
   void add(const SessionExtent& more);

@@ -8,6 +8,7 @@
 #include <map>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <unordered_map>
 #include <vector>
 
@@ -45,6 +46,9 @@ class SessionIndex {
  private:
   std::unordered_map<std::string, std::multimap<Instant, std::size_t>> byKey_;
 };
+
+/// In a key: wherever the session lies.
+constexpr std::string_view anyFolder = "*";
 
 /// A key of several texts.
 inline std::string joinedKey(std::initializer_list<std::string_view> texts) {

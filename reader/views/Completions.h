@@ -12,7 +12,7 @@ namespace sentiq {
 /// "bash", "zsh", "fish", "powershell"
 std::vector<std::string> completionShells();
 
-/// @param shell one of these.
+/// @param shell one of these. @return nothing for any other.
 std::string completionScript(std::string_view shell, const CommandLineWords& words);
 
 }  // namespace sentiq

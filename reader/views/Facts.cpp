@@ -117,8 +117,9 @@ Fact eventsFact(const Session& session) {
   Fact fact{"Events", "events", {{"distinct", distinct}}, std::to_string(distinct)};
   for (const Severity severity : {Severity::Error, Severity::Warning, Severity::Notice, Severity::Info}) {
     const std::string name(severityName(severity));
-    fact.value[name] = counts[static_cast<std::size_t>(severity)];
-    fact.text += (severity == Severity::Error ? " (" : ", ") + fact.value[name].dump() + ' ' + name;
+    const std::size_t count = counts[static_cast<std::size_t>(severity)];
+    fact.value[name] = count;
+    fact.text += (severity == Severity::Error ? " (" : ", ") + std::to_string(count) + ' ' + name;
   }
   fact.value["copies"] = session.eventCopies;
   fact.text += ')';

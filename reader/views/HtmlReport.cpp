@@ -62,19 +62,17 @@ void addFacts(const PageSession& page, Places& places) {
                                                  "sessionId",     "processId", "timeZone"};
   std::vector<Fact> facts = page.summary.facts;
   std::erase_if(facts, [](const Fact& fact) { return fact.value.is_null(); });
-  const auto rest = std::stable_partition(facts.begin(), facts.end(), [&](const Fact& fact) {
-    return std::find(keys.begin(), keys.end(), fact.key) != keys.end();
-  });
+  const auto rank = [&](const Fact& fact) { return std::find(keys.begin(), keys.end(), fact.key); };
+  std::stable_sort(facts.begin(), facts.end(), [&](const Fact& a, const Fact& b) { return rank(a) < rank(b); });
+  const auto rest =
+      std::find_if(facts.begin(), facts.end(), [&](const Fact& fact) { return rank(fact) == keys.end(); });
   const auto place = [](const Fact& fact) {
     Places row;
     row.text("name", fact.label);
     row.text("value", fact.text);
     return row;
   };
-  std::vector<Fact> who(facts.begin(), rest);
-  const auto rank = [&](const Fact& fact) { return std::find(keys.begin(), keys.end(), fact.key); };
-  std::sort(who.begin(), who.end(), [&](const Fact& a, const Fact& b) { return rank(a) < rank(b); });
-  places.list("who", std::move(who), place);
+  places.list("who", std::vector<Fact>(facts.begin(), rest), place);
   places.list("facts", std::vector<Fact>(rest, facts.end()), place);
   places.list("gaps", page.summary.gaps, [](const std::string& gap) { return textPlace("gap", gap); });
   places.list("repeated", page.summary.repeated, [](const std::string& file) { return textPlace("copy", file); });

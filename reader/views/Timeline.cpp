@@ -8,6 +8,7 @@
 #include <system_error>
 
 #include "reader/input/CleanText.h"
+#include "reader/input/Words.h"
 #include "reader/judgement/Judgement.h"
 #include "reader/views/JudgementJson.h"
 #include "reader/views/TextStyle.h"
@@ -18,12 +19,7 @@ namespace {
 using Json = nlohmann::ordered_json;
 
 bool holds(std::string_view text, std::string_view part) {
-  for (std::size_t at = 0; at + part.size() <= text.size(); ++at) {
-    if (equalIgnoringCase(text.substr(at, part.size()), part)) {
-      return true;
-    }
-  }
-  return false;
+  return smallLetters(text).find(smallLetters(part)) != std::string::npos;
 }
 
 bool isFound(const Session& session, const LogEntry& entry, const std::string& words, const std::string& part) {
@@ -85,11 +81,11 @@ std::string jsonLine(const LogFileInfo& file, const Session& session, const LogE
 
 // In local time.
 std::optional<Instant> beginOfLast(const Session& session, Ticks last) {
-  const SessionSpan span = sessionSpan(session);
   const Judgement judgement = judge(session);
   if (judgement.time) {
     return judgement.time->to + judgement.offset - last;
   }
+  const SessionSpan span = sessionSpan(session);
   return span.end ? std::optional(*span.end + span.offset - last) : std::nullopt;
 }
 

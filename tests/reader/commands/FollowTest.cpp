@@ -78,4 +78,21 @@ TEST(Follow, OfTheTimelineTakesFoldersAndFilesAndShowsEachEventOnce) {
   EXPECT_THAT(text, Not(HasSubstr("not a log")));
 }
 
+TEST(Follow, OfTheTimelineRedactsThePathsOfLogs) {
+  const SampleFolder folder;
+  const std::string shown = folder.write("shown", "");
+  const std::string log = folder.write("Users/Anna/new.log", watchdogLog(""));
+  std::atomic<bool> stop{false};
+  std::jthread follower([&] {
+    follow(shown, stop, [&](Streams streams) {
+      streams.redact = true;
+      followTimeline({log}, {.json = true}, streams);
+    });
+  });
+  EXPECT_TRUE(comesToHold(shown, "user-1/new.log"));
+  stop = true;
+  follower.join();
+  EXPECT_THAT(readFile(pathFromText(shown)), Not(HasSubstr("Anna")));
+}
+
 }  // namespace sentiq

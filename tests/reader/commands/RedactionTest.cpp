@@ -58,7 +58,8 @@ static std::string namingLog() {
     xml.replace(xml.find("S-1-5-18"), 8, "S-1-5-21-1-2-3-1001");
     log += encodedLine("2025-01-31T13:05:00.000+0100 [PROCESS] [INFO]: " + eventJson(xml));
   }
-  return watchdogLog(log + damaged + "\n2025-01-31T13:05:02.000+0100 [SYSTEM] [INFO]: studio-07 of ida\n");
+  log += damaged + "\n" + damaged + std::string(16, '\0') + "2025-01-31T13:05:01.500+0100 [SYSTEM] [INFO]: goes on\n";
+  return watchdogLog(log + "2025-01-31T13:05:02.000+0100 [SYSTEM] [INFO]: studio-07 of ida\n");
 }
 
 TEST(Redaction, LeavesNoneOfTheNamesInAnyView) {

@@ -128,6 +128,12 @@ TEST(Machine, IsSaidToHaveSleptOnceForAllThatTellsOfOneSleep) {
                                     "1 h 0 min forward\n"));
 }
 
+TEST(Machine, TellsNothingOfTheDisplayInASessionLogAlone) {
+  const LogSet logs = readTexts({sessionLog(
+      {recordLine("2025-01-31T12:59:50.000+0100"), "2025-01-31T13:00:00.000+0100 System Will enter/exit Standby"})});
+  EXPECT_TRUE(judge(logs.sessions.front()).others.empty());
+}
+
 TEST(Gaps, AreMeasuredByHowLongCanvixRan) {
   const auto record = [](const std::string& time, const std::string& ran) {
     std::string text = recordLine("2025-01-31T" + time + ".000+0100");
