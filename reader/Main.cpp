@@ -140,12 +140,10 @@ void addSummary(CLI::App& app, Request& request) {
       app, "summary", "What happened, in one line, and the figures behind it",
       "Canvix ended normally, crashed (module, exception, offset) or stopped responding; the machine was shut down or "
       "restarted, crashed with a blue screen, went to sleep, or lost power. Then what went before it within minutes, "
-      "what "
-      "changed on the machine in the days before, what else there is to say of the machine and of other instances, the "
-      "figures, the gaps of more than 15 seconds in the records, and the files that are missing or damaged. What the "
-      "logs "
-      "do not tell is unknown. Several sessions are shown one after the other, the newest last. It is the command when "
-      "none is named.",
+      "what changed on the machine in the days before, what else there is to say of the machine and of other "
+      "instances, the figures, the gaps of more than 15 seconds in the records, and the files that are missing or "
+      "damaged. What the logs do not tell is unknown. Several sessions are shown one after the other, the newest last. "
+      "It is the command when none is named.",
       "  sentiq-logs summary logs/\n"
       "  sentiq-logs summary --json logs/ | jq -r .outcome");
   addInputs(command, "FILE", request.inputs);
