@@ -105,6 +105,14 @@ Fact spanFact(const SessionSpan& span) {
               showOffset(span.offset) + "), " + showDuration(*span.end - *span.begin)};
 }
 
+Fact bootFact(const Session& session, std::chrono::minutes offset) {
+  Fact fact = textFact("Last boot", "lastBoot", session.bootText);
+  if (session.booted) {
+    fact.text = showTime(*session.booted, offset);
+  }
+  return fact;
+}
+
 Fact eventsFact(const Session& session) {
   std::array<std::size_t, 4> counts{};
   for (const LogEntry& entry : session.entries) {
@@ -139,6 +147,7 @@ std::string showMebibytes(std::int64_t size) {
 }
 
 std::vector<Fact> factsOf(const Session& session, const Judgement& judgement) {
+  const SessionSpan span = sessionSpan(session);
   return {
       textFact("Session", "sessionId", session.id),
       processFact(session),
@@ -146,9 +155,9 @@ std::vector<Fact> factsOf(const Session& session, const Judgement& judgement) {
       textFact("Machine", "computer", session.computer),
       windowsFact(session),
       textFact("Abnormal session before", "abnormalSessionId", session.abnormalSessionId),
-      spanFact(sessionSpan(session)),
+      spanFact(span),
       textFact("Time zone", "timeZone", session.timeZone),
-      textFact("Last boot", "lastBoot", session.bootText),
+      bootFact(session, span.offset),
       lowestFact(session, "Lowest free disk", "lowestFreeDisk", &MetricSample::freeDisk, &MetricSample::totalDisk),
       lowestFact(session, "Lowest free page file", "lowestFreePageFile", &MetricSample::freeSwap,
                  &MetricSample::totalSwap),
