@@ -15,6 +15,7 @@
 #include "reader/commands/CommandLine.h"
 #include "reader/commands/DecodeCommand.h"
 #include "reader/commands/MetricsCommand.h"
+#include "reader/commands/PageFile.h"
 #include "reader/commands/ReportCommand.h"
 #include "reader/commands/SummaryCommand.h"
 #include "reader/commands/TimelineCommand.h"
@@ -55,6 +56,15 @@ void addRedact(CLI::App& command, Request& request) {
   command.add_flag("--redact", request.redact,
                    "Put stand-ins (computer-1, user-1, account-1) in place of the names of computers and people and of "
                    "account ids; docs/operations.md lists what stays");
+}
+
+// What the option with the page's path needs beside it.
+void addPage(CLI::App& command, CLI::Option& output, PageRequest& page) {
+  page.program = "sentiq-logs " SENTIQ_VERSION;
+  command.add_flag("--open", page.open, "Open the page in the browser")->needs(&output);
+  addParsed(command, "--made", "What the page says of when it was made, with offset (default: now)",
+            "a time like 2025-01-31T14:05:09+01:00", parseWholeTime, page.made)
+      .needs(&output);
 }
 
 void addDecode(CLI::App& app, Request& request) {
@@ -168,11 +178,16 @@ void addTriage(CLI::App& app, Request& request) {
       "that ten of its sessions have and whose share is twice that in all sessions. What an initial log in another "
       "folder "
       "tells of a session counts for it. Files that are no logs are passed over. Ctrl-C shows what is known so far.",
-      "  sentiq-logs triage --top 5 collected/");
+      "  sentiq-logs triage --top 5 collected/\n"
+      "  sentiq-logs triage --html overview.html collected/");
   addInputs(command, "FOLDER", options.inputs);
-  command.add_option("--top", options.top, "How many groups to show; 10 without it, all with 0")->type_name("N");
-  command.add_flag("--json", options.json, "One JSON object per session");
+  command.add_option("--top", options.top, "How many groups to show; 10 without it (in a page all), all with 0")
+      ->type_name("N");
+  CLI::Option* const json = command.add_flag("--json", options.json, "One JSON object per session");
+  CLI::Option* const html =
+      command.add_option("--html", options.page.output, "Write a page instead")->type_name("PAGE")->excludes(json);
   addRedact(command, request);
+  addPage(command, *html, options.page);
   command.callback([&request, &options] {
     request.stoppable = true;
     request.run = [&options](const Streams& streams) { triageLogs(options, streams); };
@@ -181,18 +196,16 @@ void addTriage(CLI::App& app, Request& request) {
 
 void addReport(CLI::App& app, Request& request) {
   ReportRequest& options = request.report;
-  options.program = "sentiq-logs " SENTIQ_VERSION;
   CLI::App& command =
       addCommand(app, "report", "One self-contained HTML page",
                  "It needs no network, and no script to be read: the summary, charts, the table of events, "
                  "the raw lines. A page that cannot be written whole leaves the one before.",
                  "  sentiq-logs report logs/ -o session.html");
   addInputs(command, "FILE", options.inputs);
-  command.add_option("-o,--output", options.output, "The page to write")->type_name("PAGE")->required();
+  CLI::Option* const output =
+      command.add_option("-o,--output", options.page.output, "The page to write")->type_name("PAGE")->required();
   addRedact(command, request);
-  command.add_flag("--open", options.open, "Open the page in the browser");
-  addParsed(command, "--made", "What the page says of when it was made, with offset (default: now)",
-            "a time like 2025-01-31T14:05:09+01:00", parseWholeTime, options.made);
+  addPage(command, *output, options.page);
   command.callback(
       [&request, &options] { request.run = [&options](const Streams& streams) { writeReport(options, streams); }; });
 }

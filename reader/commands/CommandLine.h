@@ -45,15 +45,15 @@ void addChoice(CLI::App& command, const std::string& name, const std::string& te
 
 /// One whose value a function reads, which returns nothing when it is none. @param expected what it should be.
 template <typename Value>
-void addParsed(CLI::App& command, const std::string& name, const std::string& text, const std::string& expected,
-               std::optional<Value> (*parse)(const std::string&), std::optional<Value>& value) {
+CLI::Option& addParsed(CLI::App& command, const std::string& name, const std::string& text, const std::string& expected,
+                       std::optional<Value> (*parse)(const std::string&), std::optional<Value>& value) {
   const auto take = [name, expected, parse, &value](const std::string& word) {
     value = parse(word);
     if (!value) {
       throw CLI::ValidationError(name, "'" + word + "' is not " + expected);
     }
   };
-  command.add_option_function<std::string>(name, take, text)->type_name("TIME");
+  return *command.add_option_function<std::string>(name, take, text)->type_name("TIME");
 }
 
 /// One whose value is a list of words, in any case.

@@ -15,6 +15,7 @@
 #include "reader/input/Progress.h"
 #include "reader/session/LogSet.h"
 #include "reader/session/Redaction.h"
+#include "reader/views/HtmlTriage.h"
 #include "reader/views/Triage.h"
 
 namespace sentiq {
@@ -42,20 +43,21 @@ std::vector<Unit> unitsOf(const std::vector<LogInput>& files) {
 
 class Triage {
  public:
-  Triage(const std::vector<std::string>& inputs, const Streams& streams)
-      : units_(unitsOf(findLogs(existing(inputs, /*anyKind=*/false, streams.messages), &streams.stop))),
-        streams_(streams),
-        progress_(streams.progress) {}
+  Triage(const std::vector<LogInput>& files, const Streams& streams)
+      : units_(unitsOf(files)), streams_(streams), progress_(streams.progress) {}
 
   void readAll();
   /// All sessions, the oldest first; empties the units.
   std::vector<TriagedSession> judgeAll();
-  /// What was not read, or is not whole.
-  void sayWhatIsMissing();
+  /// What was not read, or is not whole. @return it, with what was said of it before, for a page.
+  std::vector<std::string> sayWhatIsMissing();
+  /// With stand-ins, when these are wanted.
+  void redactNames(std::vector<std::string>& texts) const;
 
  private:
   void work();
   void count(Unit& unit);
+  void say(const std::string& text, ExitCode code = exitGood);
 
   std::vector<Unit> units_;
   const Streams& streams_;
@@ -68,6 +70,10 @@ class Triage {
   std::size_t files_ = 0;
   std::size_t repeated_ = 0;  // Sessions that were there more than once.
   std::vector<std::string> damagedFiles_;
+  std::vector<std::string> unread_;  // Files, and folders.
+
+  KnownNames names_;
+  std::vector<std::string> said_;
 };
 
 void Triage::readAll() {
@@ -90,6 +96,8 @@ void Triage::work() {
       count(unit);
     } catch (const std::exception& error) {  // Out of memory, or a path that the system does not take.
       streams_.messages.say(unit.folder + ": " + error.what(), exitFailed);
+      const std::lock_guard lock(mutex_);
+      unread_.push_back(unit.folder);
     }
   }
 }
@@ -105,10 +113,12 @@ void Triage::count(Unit& unit) {
     }
     if (!file.readable) {
       streams_.messages.say(file.name + ": cannot be read", exitFailed);
+      unread_.push_back(file.name);
     }
   }
   for (const std::string& name : unit.logs.foreign) {
     streams_.messages.say(name + ": no log of CanvixSentiq", exitFailed);
+    unread_.push_back(name);
   }
   progress_.show(std::to_string(sessions_) + " sessions, " + std::to_string(files_) + " files", unitsDone_,
                  units_.size(), "folders");
@@ -117,10 +127,9 @@ void Triage::count(Unit& unit) {
 std::vector<TriagedSession> Triage::judgeAll() {
   std::vector<Session> sessions;
   std::vector<Session> told;
-  KnownNames names;
   for (Unit& unit : units_) {
-    names.learn(unit.names);
-    names.learnText(unit.folder + '/');
+    names_.learn(unit.names);
+    names_.learnText(unit.folder + '/');
     std::move(unit.logs.sessions.begin(), unit.logs.sessions.end(), std::back_inserter(sessions));
     std::move(unit.logs.told.begin(), unit.logs.told.end(), std::back_inserter(told));
     unit = {};
@@ -131,7 +140,7 @@ std::vector<TriagedSession> Triage::judgeAll() {
   for (Session& session : sessions) {
     repeated_ += session.repeated.empty() ? 0 : 1;
     if (streams_.redact) {
-      redact(session, names);
+      redact(session, names_);
     }
     judged.push_back(triageSession(std::exchange(session, {})));
   }
@@ -141,38 +150,77 @@ std::vector<TriagedSession> Triage::judgeAll() {
   return judged;
 }
 
-void Triage::sayWhatIsMissing() {
-  Messages& messages = streams_.messages;
-  if (units_.empty() && messages.exitCode() == exitGood && !streams_.stop) {
-    messages.say("no logs found", exitFailed);
+std::vector<std::string> Triage::sayWhatIsMissing() {
+  if (units_.empty() && streams_.messages.exitCode() == exitGood && !streams_.stop) {
+    say("no logs found", exitFailed);
   }
   if (streams_.stop && (unitsDone_ < units_.size() || units_.empty())) {
-    messages.say(
-        "stopped: " + std::to_string(unitsDone_) + " of " + std::to_string(units_.size()) + " folders were read",
+    say("stopped: " + std::to_string(unitsDone_) + " of " + std::to_string(units_.size()) + " folders were read",
         exitFailed);
   }
   if (repeated_ > 0) {
-    messages.say(std::to_string(repeated_) + (repeated_ == 1 ? " session was" : " sessions were") +
-                 " there more than once, and counted once");
+    say(std::to_string(repeated_) + (repeated_ == 1 ? " session was" : " sessions were") +
+        " there more than once, and counted once");
   }
-  if (!damagedFiles_.empty()) {
-    std::sort(damagedFiles_.begin(), damagedFiles_.end());  // The threads come as they like.
-    messages.say("damaged or unfinished lines in " + someOf(damagedFiles_), exitDamaged);
+  // The threads come as they like.
+  if (std::sort(damagedFiles_.begin(), damagedFiles_.end()); !damagedFiles_.empty()) {
+    say("damaged or unfinished lines in " + someOf(damagedFiles_), exitDamaged);
   }
+  if (std::sort(unread_.begin(), unread_.end()); !unread_.empty()) {
+    said_.push_back("not read, or no logs: " + someOf(unread_));
+  }
+  return said_;
+}
+
+void Triage::say(const std::string& text, ExitCode code) {
+  streams_.messages.say(text, code);
+  said_.push_back(text);
+}
+
+void Triage::redactNames(std::vector<std::string>& texts) const {
+  if (streams_.redact) {
+    redact(texts, names_);
+  }
+}
+
+void writeTriagePage(Triage& triage, const std::vector<TriagedSession>& sessions, const TriageOptions& options,
+                     const Streams& streams) {
+  TriagePage page{options.top.value_or(0), options.inputs, triage.sayWhatIsMissing()};
+  if (sessions.empty()) {
+    return;
+  }
+  triage.redactNames(page.inputs);
+  triage.redactNames(page.notes);
+  const std::string held =
+      "how " + std::to_string(sessions.size()) + (sessions.size() == 1 ? " session" : " sessions") + " ended";
+  writePageFile(
+      options.page, held,
+      [&](const PageOptions& made, std::ostream& out) { writeHtmlTriage(sessions, page, made, out); }, streams);
 }
 
 }  // namespace
 
 void triageLogs(const TriageOptions& options, const Streams& streams) {
-  Triage triage(options.inputs, streams);
+  const std::vector<LogInput> files =
+      findLogs(existing(options.inputs, /*anyKind=*/false, streams.messages), &streams.stop);
+  const bool asPage = !options.page.output.empty();
+  if (asPage && !sparesLogs(options.page, files, streams.messages)) {
+    return;
+  }
+  Triage triage(files, streams);
   triage.readAll();
   const std::vector<TriagedSession> sessions = triage.judgeAll();
+  if (asPage) {
+    writeTriagePage(triage, sessions, options, streams);
+    return;
+  }
   if (options.json) {
     for (const TriagedSession& session : sessions) {
       streams.out << triageJson(session) << '\n';
     }
   } else {
-    streams.out << triageText(sessions, options.top, streams.width);
+    constexpr std::size_t groupsShown = 10;
+    streams.out << triageText(sessions, options.top.value_or(groupsShown), streams.width);
   }
   triage.sayWhatIsMissing();
 }

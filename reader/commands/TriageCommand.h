@@ -6,17 +6,20 @@
 #pragma once
 
 #include <cstddef>
+#include <optional>
 #include <string>
 #include <vector>
 
+#include "reader/commands/PageFile.h"
 #include "reader/commands/Streams.h"
 
 namespace sentiq {
 
 struct TriageOptions {
   std::vector<std::string> inputs;
-  std::size_t top = 10;  // Groups; 0 for all.
-  bool json = false;     // One object for each session instead of the table.
+  std::optional<std::size_t> top{};  // Groups; 0 for all. Without it a page has all, and the table ten.
+  bool json = false;                 // One object for each session instead of the table.
+  PageRequest page{};                // Instead of both, when it has a path.
 };
 
 /// Once stopped, shows what is known so far.

@@ -1,5 +1,7 @@
 #include "reader/judgement/Outcome.h"
 
+#include <algorithm>
+
 namespace sentiq {
 namespace {
 
@@ -56,6 +58,17 @@ std::string_view outcomeName(Outcome outcome) {
 
 std::string outcomeCountText(Outcome outcome, std::size_t count) {
   return std::to_string(count) + ' ' + std::string(count == 1 ? rowOf(outcome).one : rowOf(outcome).many);
+}
+
+std::string outcomesText(const std::vector<Outcome>& outcomes) {
+  std::string text;
+  for (const OutcomeRow& row : rows) {
+    const auto count = static_cast<std::size_t>(std::count(outcomes.begin(), outcomes.end(), row.outcome));
+    if (count > 0) {
+      text += (text.empty() ? "" : ", ") + outcomeCountText(row.outcome, count);
+    }
+  }
+  return text;
 }
 
 bool isFailure(Outcome outcome) {

@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace sentiq {
 
@@ -22,6 +23,9 @@ std::string_view outcomeWord(Outcome outcome);
 
 /// "1 blue screen", "10 blue screens", "11 lost power".
 std::string outcomeCountText(Outcome outcome, std::size_t count);
+
+/// "3 crashed, 1 blue screen", in the order of the outcomes.
+std::string outcomesText(const std::vector<Outcome>& outcomes);
 
 /// What it is called where it stands alone: "lost power".
 std::string_view outcomeName(Outcome outcome);

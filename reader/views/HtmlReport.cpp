@@ -7,11 +7,9 @@
 #include <utility>
 #include <vector>
 
-#include "logging/LogEncoding.h"
 #include "reader/views/JudgementText.h"
 #include "reader/views/Summary.h"
 #include "reader/views/page/EntryTable.h"
-#include "reader/views/page/PageAssets.h"
 #include "reader/views/page/PageSession.h"
 #include "reader/views/page/Strip.h"
 
@@ -120,24 +118,9 @@ Places filePlaces(const LogSet& logs, std::size_t index) {
   return places;
 }
 
-// "12 sessions of Canvix: 3 crashes, 9 ended"
-std::string overviewTitle(const std::deque<PageSession>& pages) {
-  std::array<std::size_t, outcomeCount> counts{};
-  for (const PageSession& page : pages) {
-    ++counts[static_cast<std::size_t>(page.judgement().outcome)];
-  }
-  std::string text;
-  for (const Outcome outcome : allOutcomes()) {
-    if (const std::size_t count = counts[static_cast<std::size_t>(outcome)]; count > 0) {
-      text += (text.empty() ? ": " : ", ") + outcomeCountText(outcome, count);
-    }
-  }
-  return std::to_string(pages.size()) + " sessions of Canvix" + text;
-}
-
 }  // namespace
 
-void writeHtmlReport(const LogSet& logs, const ReportOptions& options, std::ostream& out) {
+void writeHtmlReport(const LogSet& logs, const PageOptions& options, std::ostream& out) {
   const Session none;
   std::deque<PageSession> pages;  // Newest first.
   for (std::size_t i = logs.sessions.size(); i-- > 0;) {
@@ -147,11 +130,13 @@ void writeHtmlReport(const LogSet& logs, const ReportOptions& options, std::ostr
     pages.push_back(pageSession(logs, none, ""));
   }
   const bool several = pages.size() > 1;
-  Places places;
-  for (const std::string_view name : {"Report.css hash", "Entries.js hash", "Figures.js hash", "Report.js hash"}) {
-    places.text(name, base64Encode(pageAsset(name)));
+  std::vector<Outcome> outcomes;
+  for (const PageSession& page : pages) {
+    outcomes.push_back(page.judgement().outcome);
   }
-  places.text("title", several ? overviewTitle(pages) : pages.front().judgement().verdict.text);
+  Places places = placesOf(options, {"Report.css hash", "Entries.js hash", "Figures.js hash", "Report.js hash"});
+  places.text("title", several ? std::to_string(pages.size()) + " sessions of Canvix: " + outcomesText(outcomes)
+                               : pages.front().judgement().verdict.text);
   places.flag("several", several);
   places.text("part", several ? "3" : "2");  // The level of headings within a session.
   places.list("overview", pages.size(), [&pages](std::size_t i) { return overviewPlaces(pages[i]); });
@@ -161,8 +146,6 @@ void writeHtmlReport(const LogSet& logs, const ReportOptions& options, std::ostr
   places.list("problemItems", std::move(problems),
               [](const std::string& problem) { return textPlace("item", problem); });
   places.list("files", logs.files.size(), [&logs](std::size_t i) { return filePlaces(logs, i); });
-  places.text("made", showTime(options.made, options.offset).substr(0, 16) + ' ' + showOffset(options.offset));
-  places.text("program", options.program);
   writePage("Report.html", places, out);
 }
 

@@ -2,22 +2,14 @@
 // read.
 #pragma once
 
-#include <chrono>
 #include <iosfwd>
-#include <string>
 
 #include "reader/session/LogSet.h"
+#include "reader/views/page/PageOptions.h"
 
 namespace sentiq {
 
-/// What the page says of itself.
-struct ReportOptions {
-  Instant made;
-  std::chrono::minutes offset{};  // Of local time there.
-  std::string program;            // Name and version.
-};
-
 /// @param logs read with their raw lines kept.
-void writeHtmlReport(const LogSet& logs, const ReportOptions& options, std::ostream& out);
+void writeHtmlReport(const LogSet& logs, const PageOptions& options, std::ostream& out);
 
 }  // namespace sentiq

@@ -1,9 +1,8 @@
 #include "reader/views/Triage.h"
 
 #include <algorithm>
-#include <functional>
+#include <map>
 #include <optional>
-#include <set>
 
 #include "reader/views/JudgementJson.h"
 #include "reader/views/TextStyle.h"
@@ -14,39 +13,17 @@ namespace {
 
 constexpr std::size_t detailIndent = 10;
 
-// The day that it began on; empty when its logs do not tell.
-std::string dayOf(const TriagedSession& session) {
-  constexpr std::size_t dayLength = 10;
-  const SessionSpan& span = session.span;
-  return span.begin ? isoTime(*span.begin, span.offset).substr(0, dayLength) : std::string{};
-}
-
-std::string firstDay(const Sessions& group) {
-  const auto dated = std::find_if(group.begin(), group.end(), [](const auto* session) { return session->span.begin; });
-  return dated != group.end() ? dayOf(**dated) : std::string{};
-}
-
-std::string lastDay(const Sessions& group) {
-  return group.empty() ? std::string{} : dayOf(*group.back());
-}
-
 void append(std::string& text, const std::string& separator, const std::string& more) {
   text += (text.empty() ? "" : separator) + more;
 }
 
 std::string versionsOf(const Sessions& group) {
   constexpr std::size_t versionsShown = 4;
-  std::set<std::string, std::greater<>> versions;  // The newest first.
-  for (const TriagedSession* const session : group) {
-    const auto& failure = session->judgement.evidence.failure;
-    if (failure && !failure->version.empty()) {
-      versions.insert(failure->version);
-    }
-  }
+  const std::map<std::string, std::size_t> versions = countTrait(versionTrait, group).sessions;
   std::string text;
   std::size_t shown = 0;
-  for (auto version = versions.begin(); version != versions.end() && shown < versionsShown; ++version, ++shown) {
-    append(text, ", ", *version);
+  for (auto version = versions.rbegin(); version != versions.rend() && shown < versionsShown; ++version, ++shown) {
+    append(text, ", ", version->first);
   }
   return text + (versions.size() > shown ? ", older ones" : "");
 }
@@ -62,7 +39,7 @@ class Details {
     if (const std::string versions = versionsOf(group); !versions.empty()) {
       line = "Canvix " + versions;
     }
-    for (const Distinction& adapter : distinctionsOf(countTrait(adapterTrait, group), adapters_)) {
+    for (const TraitShare& adapter : distinctionsOf(countTrait(adapterTrait, group), adapters_)) {
       append(line, "; ", sharesText(adapter));
     }
     const TraitCounts before = countTrait(beforeTrait, group);
@@ -77,15 +54,15 @@ class Details {
     if (!line.empty()) {
       lines.push_back(line);
     }
-    for (const Distinction& change : distinctionsOf(countTrait(changeTrait, group), changes_)) {
+    for (const TraitShare& change : distinctionsOf(countTrait(changeTrait, group), changes_)) {
       lines.push_back("changed before it: " + sharesText(change));
     }
     return lines;
   }
 
  private:
-  static std::string sharesText(const Distinction& distinction) {
-    return distinction.name + ": " + distinction.share + " (of all " + distinction.shareOfAll + ")";
+  static std::string sharesText(const TraitShare& share) {
+    return share.name + ": " + share.share + " (of all " + share.shareOfAll + ")";
   }
 
   TraitCounts adapters_;
@@ -99,22 +76,6 @@ std::string rowOf(const std::string& sessions, const std::string& share, const s
     return std::string(numberWidth - std::min(numberWidth, text.size()), ' ') + text;
   };
   return number(sessions) + number(share) + "  " + padded(first, dayWidth) + padded(last, dayWidth) + what;
-}
-
-std::string headline(const Sessions& all) {
-  std::string text = std::to_string(all.size()) + (all.size() == 1 ? " session" : " sessions");
-  if (const std::string day = firstDay(all); !day.empty()) {
-    text += " from " + day + " to " + lastDay(all);
-  }
-  std::string outcomes;
-  for (const Outcome outcome : allOutcomes()) {
-    const auto count = static_cast<std::size_t>(std::count_if(
-        all.begin(), all.end(), [outcome](const auto* session) { return session->judgement.outcome == outcome; }));
-    if (count > 0) {
-      append(outcomes, ", ", outcomeCountText(outcome, count));
-    }
-  }
-  return text + (outcomes.empty() ? "" : ": ") + outcomes;
 }
 
 }  // namespace
@@ -133,7 +94,7 @@ std::string triageText(const std::vector<TriagedSession>& sessions, std::size_t 
   }
   const std::vector<TriageGroup> groups = groupsOf(all);
   const Details details(all);
-  std::string text = wrapped(headline(all), 0, width) + '\n';
+  std::string text = wrapped(triageHeadline(all), 0, width) + '\n';
   const auto line = [&](const std::string& whole) { text += fitted(harmlessLine(whole), width) + '\n'; };
   if (!groups.empty()) {
     text += '\n';

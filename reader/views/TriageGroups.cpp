@@ -54,11 +54,17 @@ std::set<std::string> kindsBefore(const TriagedSession& session) {
   return kinds;
 }
 
+std::set<std::string> versionsOf(const TriagedSession& session) {
+  const auto& failure = session.judgement.evidence.failure;
+  return failure && !failure->version.empty() ? std::set{failure->version} : std::set<std::string>{};
+}
+
 }  // namespace
 
 const Trait adapterTrait{adaptersOf, /*alwaysTold=*/false};
 const Trait changeTrait{changesOf, /*alwaysTold=*/true};
 const Trait beforeTrait{kindsBefore, /*alwaysTold=*/true};
+const Trait versionTrait{versionsOf, /*alwaysTold=*/false};
 
 std::string signatureOf(const Judgement& judgement) {
   std::string name(outcomeName(judgement.outcome));
@@ -73,6 +79,38 @@ std::string signatureOf(const Judgement& judgement) {
     return name + ": " + codeText(CodeKind::Stop, evidence.fall->stopCode);
   }
   return name;
+}
+
+std::string triageHeadline(const Sessions& all) {
+  std::string text = std::to_string(all.size()) + (all.size() == 1 ? " session" : " sessions");
+  if (const std::string day = firstDay(all); !day.empty()) {
+    text += " from " + day + " to " + lastDay(all);
+  }
+  std::vector<Outcome> outcomes;
+  for (const TriagedSession* const session : all) {
+    outcomes.push_back(session->judgement.outcome);
+  }
+  return text + (outcomes.empty() ? "" : ": ") + outcomesText(outcomes);
+}
+
+std::optional<std::chrono::sys_days> dayOf(const TriagedSession& session) {
+  const SessionSpan& span = session.span;
+  return span.begin ? std::optional(std::chrono::floor<std::chrono::days>(*span.begin + span.offset)) : std::nullopt;
+}
+
+std::string dayText(std::chrono::sys_days day) {
+  constexpr std::size_t dayLength = 10;
+  return showTime(day, {}).substr(0, dayLength);
+}
+
+std::string firstDay(const Sessions& group) {
+  const auto dated = std::find_if(group.begin(), group.end(), [](const auto* session) { return session->span.begin; });
+  return dated != group.end() ? dayText(*dayOf(**dated)) : "";
+}
+
+std::string lastDay(const Sessions& group) {
+  const auto day = group.empty() ? std::nullopt : dayOf(*group.back());
+  return day ? dayText(*day) : "";
 }
 
 std::vector<TriageGroup> groupsOf(const Sessions& all) {
@@ -104,17 +142,22 @@ TraitCounts countTrait(const Trait& trait, const Sessions& sessions) {
   return counts;
 }
 
-std::vector<Distinction> distinctionsOf(const TraitCounts& group, const TraitCounts& all) {
+std::vector<TraitShare> sharesOf(const TraitCounts& group, const TraitCounts& all) {
   constexpr std::size_t fewSessions = 10;
   constexpr std::size_t clearly = 2;
-  std::vector<Distinction> distinctions;
+  std::vector<TraitShare> shares;
   for (const auto& [name, count] : group.sessions) {
     const std::size_t countOfAll = all.sessions.at(name);
-    if (count >= fewSessions && count * all.telling >= clearly * countOfAll * group.telling) {
-      distinctions.push_back({name, showShare(count, group.telling), showShare(countOfAll, all.telling)});
-    }
+    const bool isClear = count >= fewSessions && count * all.telling >= clearly * countOfAll * group.telling;
+    shares.push_back({name, count, showShare(count, group.telling), showShare(countOfAll, all.telling), isClear});
   }
-  return distinctions;
+  return shares;
+}
+
+std::vector<TraitShare> distinctionsOf(const TraitCounts& group, const TraitCounts& all) {
+  std::vector<TraitShare> shares = sharesOf(group, all);
+  std::erase_if(shares, [](const TraitShare& share) { return !share.isClear; });
+  return shares;
 }
 
 std::string showShare(std::size_t part, std::size_t whole) {

@@ -1,8 +1,10 @@
 // The groups of a triage, and what their sessions have in common more often than all.
 #pragma once
 
+#include <chrono>
 #include <cstddef>
 #include <map>
+#include <optional>
 #include <set>
 #include <string>
 #include <vector>
@@ -22,6 +24,19 @@ struct TriageGroup {
 /// What ended it, as groups tell it apart: "crashed in gfx.dll: access violation at 0xa1b2", "lost power".
 std::string signatureOf(const Judgement& judgement);
 
+/// "12 sessions from 2025-01-01 to 2025-01-11: 9 ended, 3 crashed"
+std::string triageHeadline(const Sessions& all);
+
+/// The local day that it began on; nothing when its logs do not tell.
+std::optional<std::chrono::sys_days> dayOf(const TriagedSession& session);
+
+/// 2025-01-31
+std::string dayText(std::chrono::sys_days day);
+
+/// Of the first session that has a day, and of the last one; empty when it has none.
+std::string firstDay(const Sessions& group);
+std::string lastDay(const Sessions& group);
+
 /// Of those that did not end normally, the most frequent first.
 std::vector<TriageGroup> groupsOf(const Sessions& all);
 
@@ -33,6 +48,7 @@ struct Trait {
 extern const Trait adapterTrait;
 extern const Trait changeTrait;
 extern const Trait beforeTrait;
+extern const Trait versionTrait;  // Of Canvix, as the failures tell it.
 
 struct TraitCounts {
   std::map<std::string, std::size_t> sessions;  // That have the name.
@@ -40,14 +56,19 @@ struct TraitCounts {
 };
 TraitCounts countTrait(const Trait& trait, const Sessions& sessions);
 
-/// A name that ten sessions of a group have, and whose share there is at least twice that in all: below that, chance
-/// makes such differences in one group or another.
-struct Distinction {
+struct TraitShare {
   std::string name;
-  std::string share;  // In percent.
+  std::size_t sessions;  // Of the group, that have it.
+  std::string share;     // In percent.
   std::string shareOfAll;
+  // At least ten sessions have it, and the share is at least twice that of all: below that, chance makes such
+  // differences in one group or another.
+  bool isClear;
 };
-std::vector<Distinction> distinctionsOf(const TraitCounts& group, const TraitCounts& all);
+std::vector<TraitShare> sharesOf(const TraitCounts& group, const TraitCounts& all);
+
+/// Those that are clear.
+std::vector<TraitShare> distinctionsOf(const TraitCounts& group, const TraitCounts& all);
 
 /// "7.5 %"
 std::string showShare(std::size_t part, std::size_t whole);

@@ -32,7 +32,7 @@ void giveReserve() {
 
 void run(const std::string& command, const std::vector<std::string>& paths, const Streams& streams) {
   if (command == "report") {
-    writeReport({.inputs = paths, .output = "/page.html", .program = "sentiq-logs " SENTIQ_VERSION}, streams);
+    writeReport({.inputs = paths, .page = {.output = "/page.html", .program = "sentiq-logs " SENTIQ_VERSION}}, streams);
   } else {
     triageLogs({.inputs = paths, .json = true}, streams);
   }

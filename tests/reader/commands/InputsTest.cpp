@@ -11,7 +11,7 @@ static Ran summaryOf(const std::vector<std::string>& inputs) {
 }
 
 static Ran reportOf(const std::string& input, const std::string& page) {
-  return ran([&](const Streams& streams) { writeReport({{input}, page}, streams); });
+  return ran([&](const Streams& streams) { writeReport({{input}, {page}}, streams); });
 }
 
 const std::string record = recordLine("2025-01-31T12:59:50.000+0100");

@@ -69,7 +69,7 @@ TEST(Redaction, LeavesNoneOfTheNamesInAnyView) {
   const Lines inputs{folder.file("Users")};
   const std::string page = folder.file("page.html");
   const std::vector<std::function<void(const Streams&)>> commands{
-      [&](const Streams& streams) { writeReport({inputs, page}, streams); },
+      [&](const Streams& streams) { writeReport({inputs, {page}}, streams); },
       [&](const Streams& streams) { showSummary(inputs, /*json=*/false, streams); },
       [&](const Streams& streams) { showSummary(inputs, /*json=*/true, streams); },
       [&](const Streams& streams) { showTimeline(inputs, {}, streams); },
