@@ -15,7 +15,6 @@
 #include "reader/commands/CommandLine.h"
 #include "reader/commands/DecodeCommand.h"
 #include "reader/commands/MetricsCommand.h"
-#include "reader/commands/PageFile.h"
 #include "reader/commands/ReportCommand.h"
 #include "reader/commands/SummaryCommand.h"
 #include "reader/commands/TimelineCommand.h"
@@ -56,15 +55,6 @@ void addRedact(CLI::App& command, Request& request) {
   command.add_flag("--redact", request.redact,
                    "Put stand-ins (computer-1, user-1, account-1) in place of the names of computers and people and of "
                    "account ids; docs/operations.md lists what stays");
-}
-
-// What the option with the page's path needs beside it.
-void addPage(CLI::App& command, CLI::Option& output, PageRequest& page) {
-  page.program = "sentiq-logs " SENTIQ_VERSION;
-  command.add_flag("--open", page.open, "Open the page in the browser")->needs(&output);
-  addParsed(command, "--made", "What the page says of when it was made, with offset (default: now)",
-            "a time like 2025-01-31T14:05:09+01:00", parseWholeTime, page.made)
-      .needs(&output);
 }
 
 void addDecode(CLI::App& app, Request& request) {
@@ -187,7 +177,7 @@ void addTriage(CLI::App& app, Request& request) {
   CLI::Option* const html =
       command.add_option("--html", options.page.output, "Write a page instead")->type_name("PAGE")->excludes(json);
   addRedact(command, request);
-  addPage(command, *html, options.page);
+  addPage(command, html, options.page);
   command.callback([&request, &options] {
     request.stoppable = true;
     request.run = [&options](const Streams& streams) { triageLogs(options, streams); };
@@ -205,7 +195,7 @@ void addReport(CLI::App& app, Request& request) {
   CLI::Option* const output =
       command.add_option("-o,--output", options.page.output, "The page to write")->type_name("PAGE")->required();
   addRedact(command, request);
-  addPage(command, *output, options.page);
+  addPage(command, output, options.page);
   command.callback(
       [&request, &options] { request.run = [&options](const Streams& streams) { writeReport(options, streams); }; });
 }

@@ -10,6 +10,7 @@
 #include "reader/views/Completions.h"
 #include "reader/views/Manual.h"
 #include "reader/views/TextStyle.h"
+#include "reader/views/Timeline.h"
 
 namespace sentiq {
 namespace {
@@ -167,6 +168,14 @@ void addChoices(CLI::App& command, const std::string& name, const std::string& t
       ->delimiter(',')
       ->allow_extra_args(false)
       ->type_name(CLI::detail::join(choices, "|"));
+}
+
+void addPage(CLI::App& command, CLI::Option* output, PageRequest& page) {
+  page.program = "sentiq-logs " SENTIQ_VERSION;
+  command.add_flag("--open", page.open, "Open the page in the browser")->needs(output);
+  addParsed(command, "--made", "What the page says of when it was made, with offset (default: now)",
+            "a time like 2025-01-31T14:05:09+01:00", parseWholeTime, page.made)
+      .needs(output);
 }
 
 void needFiles(const std::vector<std::string>& inputs) {

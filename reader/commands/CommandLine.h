@@ -11,6 +11,7 @@
 #include <CLI/CLI.hpp>
 
 #include "reader/commands/Messages.h"
+#include "reader/commands/PageFile.h"
 #include "reader/input/CleanText.h"
 
 namespace sentiq {
@@ -59,6 +60,9 @@ CLI::Option& addParsed(CLI::App& command, const std::string& name, const std::st
 /// One whose value is a list of words, in any case.
 void addChoices(CLI::App& command, const std::string& name, const std::string& text,
                 const std::vector<std::string>& choices, std::vector<std::string>& values);
+
+/// What a page can have beside its path. @param output the option with that, without which there is no page.
+void addPage(CLI::App& command, CLI::Option* output, PageRequest& page);
 
 /// What grows is a file: throws when there is none, or standard input among them.
 void needFiles(const std::vector<std::string>& inputs);

@@ -41,6 +41,9 @@ enum class BeforeKind : std::uint8_t { Display, Memory, Disk, Hardware, Battery,
 /// For scripts: "display", "memory", …
 std::string_view beforeName(BeforeKind kind);
 
+/// For people, where there is no more to say of it: "trouble with the graphics driver".
+std::string_view beforeWords(BeforeKind kind);
+
 /// Something within minutes before a crash, a hang or a fall of the machine, which need not be its cause.
 struct Before {
   BeforeKind kind;

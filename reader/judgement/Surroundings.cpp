@@ -76,13 +76,32 @@ std::size_t displayChanges(const Session& session, const EntryIndex& index, cons
   }));
 }
 
+// In the order of the kinds.
+struct KindRow {
+  std::string_view name;
+  std::string_view words;
+};
+constexpr std::array kindRows{
+    KindRow{"display", "trouble with the graphics driver"},
+    KindRow{"memory", "low virtual memory"},
+    KindRow{"disk", "trouble with a disk"},
+    KindRow{"hardware", "an error of the hardware"},
+    KindRow{"battery", "the machine ran on its battery, or that was nearly empty"},
+    KindRow{"leak", "a program used more and more memory"},
+    KindRow{"hang", "Canvix stopped responding"},
+    KindRow{"resume", "the machine resumed from sleep or standby"},
+    KindRow{"full", "a disk or the page file was nearly full"},
+};
+static_assert(kindRows.size() == static_cast<std::size_t>(BeforeKind::Full) + 1);
+
 }  // namespace
 
 std::string_view beforeName(BeforeKind kind) {
-  constexpr std::array<std::string_view, 9> names{"display", "memory", "disk",   "hardware", "battery",
-                                                  "leak",    "hang",   "resume", "full"};
-  static_assert(names.size() == static_cast<std::size_t>(BeforeKind::Full) + 1);
-  return names[static_cast<std::size_t>(kind)];
+  return kindRows[static_cast<std::size_t>(kind)].name;
+}
+
+std::string_view beforeWords(BeforeKind kind) {
+  return kindRows[static_cast<std::size_t>(kind)].words;
 }
 
 std::vector<Before> whatWentBefore(const Session& session, const EntryIndex& index, Instant until, bool hangsToo) {

@@ -35,16 +35,17 @@ Days daysOf(const Sessions& sessions) {
   return days;
 }
 
-// "2025-01-30: 2, 31: 1, 2025-02-01: 4"
+// "2025-01-30: 2, 31: 1; 2025-02-01: 4", each with its number in one line.
 std::string daysText(const Days& days) {
   constexpr std::size_t monthLength = 8;
   std::string text;
   std::string month;
   for (const auto& [day, count] : days) {
-    std::string name = dayText(day);
-    const bool sameMonth = name.starts_with(month) && !month.empty();
+    const std::string name = dayText(day);
+    const bool sameMonth = text.empty() || name.starts_with(month);
+    text += text.empty() ? name : sameMonth ? ", " + name.substr(monthLength) : "; " + name;
+    text += ":\u00A0" + std::to_string(count);
     month = name.substr(0, monthLength);
-    text += (text.empty() ? "" : ", ") + (sameMonth ? name.substr(monthLength) : name) + ": " + std::to_string(count);
   }
   return text;
 }
@@ -57,7 +58,7 @@ class TriagePlaces {
         days_(daysOf(all)),
         traits_{{{"Canvix", versionTrait, countTrait(versionTrait, all)},
                  {"Graphics adapter", adapterTrait, countTrait(adapterTrait, all)},
-                 {"Went before it", beforeTrait, countTrait(beforeTrait, all)},
+                 {"Went before it", beforeWordsTrait, countTrait(beforeWordsTrait, all)},
                  {"Changed in the days before it", changeTrait, countTrait(changeTrait, all)}}} {}
 
   Places of(const TriageGroup& group) const {
@@ -178,7 +179,7 @@ void writeHtmlTriage(const std::vector<TriagedSession>& sessions, const TriagePa
   places.list("notes", page.notes, texts("note"));
   places.list("groups", shown, [&](std::size_t i) { return triage.of(groups[i]); });
   places.list("ended", ended.sessions.empty() ? 0 : 1, [&](std::size_t) { return triage.of(ended); });
-  places.text("more", groups.size() > shown ? std::to_string(groups.size() - shown) : "");
+  places.text("more", moreGroups(groups.size() - shown));
   places.list("inputs", page.inputs, texts("input"));
   writePage("Triage.html", places, out);
 }

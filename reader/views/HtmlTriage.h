@@ -19,6 +19,7 @@ struct TriagePage {
   std::vector<std::string> notes;   // What was not read, or is not whole.
 };
 
+/// The row of each session has its folder as data-folder, too, for a script that leads from there to its report.
 /// @param sessions the oldest first, those without a begin before it.
 void writeHtmlTriage(const std::vector<TriagedSession>& sessions, const TriagePage& page, const PageOptions& options,
                      std::ostream& out);

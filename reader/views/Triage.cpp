@@ -111,8 +111,8 @@ std::string triageText(const std::vector<TriagedSession>& sessions, std::size_t 
     }
     text += indent + group.back()->folder + '\n';  // Whole, to be copied.
   }
-  if (const std::size_t more = groups.size() - shown; more > 0) {
-    line("and " + std::to_string(more) + (more == 1 ? " more group" : " more groups"));
+  if (groups.size() > shown) {
+    line("and " + moreGroups(groups.size() - shown));
   }
   return text;
 }

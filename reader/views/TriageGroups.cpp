@@ -46,10 +46,11 @@ std::set<std::string> changesOf(const TriagedSession& session) {
   return names;
 }
 
+template <std::string_view (*name)(BeforeKind)>
 std::set<std::string> kindsBefore(const TriagedSession& session) {
   std::set<std::string> kinds;
   for (const Before& before : session.judgement.before) {
-    kinds.emplace(beforeName(before.kind));
+    kinds.emplace(name(before.kind));
   }
   return kinds;
 }
@@ -63,7 +64,8 @@ std::set<std::string> versionsOf(const TriagedSession& session) {
 
 const Trait adapterTrait{adaptersOf, /*alwaysTold=*/false};
 const Trait changeTrait{changesOf, /*alwaysTold=*/true};
-const Trait beforeTrait{kindsBefore, /*alwaysTold=*/true};
+const Trait beforeTrait{kindsBefore<beforeName>, /*alwaysTold=*/true};
+const Trait beforeWordsTrait{kindsBefore<beforeWords>, /*alwaysTold=*/true};
 const Trait versionTrait{versionsOf, /*alwaysTold=*/false};
 
 std::string signatureOf(const Judgement& judgement) {
@@ -128,6 +130,10 @@ std::vector<TriageGroup> groupsOf(const Sessions& all) {
   std::stable_sort(groups.begin(), groups.end(),
                    [](const TriageGroup& a, const TriageGroup& b) { return a.sessions.size() > b.sessions.size(); });
   return groups;
+}
+
+std::string moreGroups(std::size_t count) {
+  return count == 0 ? "" : std::to_string(count) + (count == 1 ? " more group" : " more groups");
 }
 
 TraitCounts countTrait(const Trait& trait, const Sessions& sessions) {

@@ -40,6 +40,9 @@ std::string lastDay(const Sessions& group);
 /// Of those that did not end normally, the most frequent first.
 std::vector<TriageGroup> groupsOf(const Sessions& all);
 
+/// "6 more groups"; empty for none.
+std::string moreGroups(std::size_t count);
+
 /// Something that sessions may have in common: each name that one of them has of it.
 struct Trait {
   std::set<std::string> (*namesOf)(const TriagedSession& session);
@@ -47,8 +50,9 @@ struct Trait {
 };
 extern const Trait adapterTrait;
 extern const Trait changeTrait;
-extern const Trait beforeTrait;
-extern const Trait versionTrait;  // Of Canvix, as the failures tell it.
+extern const Trait beforeTrait;       // By the name for scripts.
+extern const Trait beforeWordsTrait;  // In words.
+extern const Trait versionTrait;      // Of Canvix, as the failures tell it.
 
 struct TraitCounts {
   std::map<std::string, std::size_t> sessions;  // That have the name.

@@ -71,6 +71,8 @@ critical,3,3' "$(lnav -n -c ';SELECT log_level, count(*) AS lines, count(event_i
     dom=$(seen plain.html)
     expect "$dom" '<div class="controls" hidden="">'
     expect "$dom" '5 older entries, from before the session'
+    "$reader" triage "$here/data" --html "$folder/triage.html"
+    expect "$(seen triage.html)" '<th scope="col" class="number" aria-sort="descending"><button type="button">Sessions'
     expect "$dom" 'Pen "A" — 完了 ✅ \ C:'
     same '<title>all found</title>' "$(seen walk.html | sed -n 's/^\(<title>.*\)/\1/p')"
     ;;

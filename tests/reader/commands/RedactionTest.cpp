@@ -67,9 +67,10 @@ TEST(Redaction, LeavesNoneOfTheNamesInAnyView) {
   folder.write("Users/Anna Maria/XO.log", namingLog());
   folder.write("Users/Anna Maria/Xo.log.1", sessionLog({recordLine("2025-01-31T13:30:00.000+0100")}));
   const Lines inputs{folder.file("Users")};
-  const std::string page = folder.file("page.html");
+  const Lines pages{folder.file("page.html"), folder.file("triage.html")};
   const std::vector<std::function<void(const Streams&)>> commands{
-      [&](const Streams& streams) { writeReport({inputs, {page}}, streams); },
+      [&](const Streams& streams) { writeReport({inputs, {pages[0]}}, streams); },
+      [&](const Streams& streams) { triageLogs({.inputs = inputs, .page = {pages[1]}}, streams); },
       [&](const Streams& streams) { showSummary(inputs, /*json=*/false, streams); },
       [&](const Streams& streams) { showSummary(inputs, /*json=*/true, streams); },
       [&](const Streams& streams) { showTimeline(inputs, {}, streams); },
@@ -83,9 +84,12 @@ TEST(Redaction, LeavesNoneOfTheNamesInAnyView) {
     for (const auto& command : commands) {
       texts.push_back(shownBy(command, redact));
     }
-    std::ostringstream text;
-    text << std::ifstream(pathFromText(page)).rdbuf();
-    texts.front() = text.str();
+    for (std::size_t i = 0; i < pages.size(); ++i) {
+      std::ostringstream text;
+      text << std::ifstream(pathFromText(pages[i])).rdbuf();
+      texts[i] = text.str();
+      EXPECT_THAT(texts[i], HasSubstr(redact ? "In this page stand-ins" : "This page holds what the logs hold"));
+    }
     return texts;
   };
   const Lines plain = shown(false);
@@ -99,7 +103,7 @@ TEST(Redaction, LeavesNoneOfTheNamesInAnyView) {
   }
   EXPECT_THAT(plain, Contains(HasSubstr(damaged)));
   EXPECT_THAT(redacted, Each(Not(HasSubstr(damaged))));
-  EXPECT_THAT(redacted[1], HasSubstr("Canvix crashed at 2025-01-31 13:30:00.500: module C:\\Users\\user-"));
+  EXPECT_THAT(redacted[2], HasSubstr("Canvix crashed at 2025-01-31 13:30:00.500: module C:\\Users\\user-"));
 }
 
 TEST(Redaction, OfAFileKnowsLaterNamesAndOfAStreamThoseSoFar) {

@@ -17,6 +17,18 @@ static Ran triage(const std::string& folder, bool json = false, bool stopped = f
              stopped);
 }
 
+static Ran writePage(const std::string& folder, const std::string& page, std::optional<std::size_t> top = {},
+                     bool stopped = false) {
+  return ran([&](const Streams& streams) { triageLogs({.inputs = {folder}, .top = top, .page = {page}}, streams); }, "",
+             /*terminal=*/true, stopped);
+}
+
+static std::string contentOf(const std::string& path) {
+  std::ostringstream content;
+  content << std::ifstream(pathFromText(path)).rdbuf();
+  return content.str();
+}
+
 TEST(Triage, GroupsSessionsOfAllFoldersByWhatEndedThem) {
   const SampleFolder folder;
   const std::string crash = crashLine("2025-01-31T12:00:02Z");
@@ -43,6 +55,21 @@ TEST(Triage, GroupsSessionsOfAllFoldersByWhatEndedThem) {
   EXPECT_THAT(objects, HasSubstr(R"("id":"session-1","processId":"4242","begin":"2025-01-31T)"));
   EXPECT_THAT(objects, AllOf(HasSubstr(R"("outcome":"power-loss")"), HasSubstr(R"("module":"gfx.dll")"),
                              HasSubstr(R"("lowestDiskMiB":70)")));
+  const std::string path = folder.file("page.html");
+  EXPECT_THAT(writePage(folder.file(""), path).out,
+              AllOf(StartsWith(path + ": "), HasSubstr(" KiB. It holds how 41 sessions ended, also names of ")));
+  const std::string page = contentOf(path);
+  for (int i = 0; i < 40; ++i) {
+    const std::string place = folder.file(std::to_string(i % 4) + "/session-" + std::to_string(i));
+    EXPECT_THAT(page, HasSubstr("<tr data-folder=\"" + place + "\">"));
+  }
+  EXPECT_THAT(page, AllOf(HasSubstr("<h1>41 sessions from 2025-01-31 to 2025-01-31: "),
+                          HasSubstr("<tr class=\"clear\"><td>Rare</td><td class=\"number\">10</td>"
+                                    "<td class=\"number\">100.0 %</td><td class=\"number\">25.0 %</td>"),
+                          HasSubstr("<h2>lost power</h2>"), HasSubstr("names of people and of folders")));
+  writePage(folder.file(""), path, /*top=*/1);
+  EXPECT_THAT(contentOf(path),
+              AllOf(HasSubstr("<p class=\"note\">and 2 more groups"), Not(HasSubstr("lost power</h2>"))));
 }
 
 TEST(Triage, SaysWhatItCouldNotRead) {
@@ -60,6 +87,14 @@ TEST(Triage, SaysWhatItCouldNotRead) {
   const Ran stopped = triage(folder.file(""), /*json=*/false, /*stopped=*/true);
   EXPECT_EQ(stopped.exitCode, exitFailed);
   EXPECT_THAT(stopped.messages, HasSubstr("stopped: 0 of "));
+  const std::string log = folder.file("a.log");
+  const std::string page = folder.file("page.html");
+  EXPECT_EQ(writePage(folder.file(""), page).exitCode, exitDamaged);
+  EXPECT_THAT(contentOf(page), HasSubstr("<li>damaged or unfinished lines in " + log + "</li>"));
+  const std::string before = contentOf(page);
+  EXPECT_EQ(writePage(folder.file(""), page, {}, /*stopped=*/true).exitCode, exitFailed);
+  EXPECT_EQ(contentOf(page), before) << "nothing was read";
+  EXPECT_THAT(writePage(folder.file(""), log).messages, HasSubstr("is one of the logs, and is not replaced"));
 }
 
 }  // namespace sentiq

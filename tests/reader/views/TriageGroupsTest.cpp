@@ -1,5 +1,6 @@
 #include "reader/commands/Suggestion.h"
 #include "reader/views/Completions.h"
+#include "reader/views/HtmlTriage.h"
 #include "reader/views/TextStyle.h"
 #include "reader/views/TriageGroups.h"
 #include "tests/support/Test.h"
@@ -43,6 +44,28 @@ TEST(Triage, CountsEveryOutcomeInItsHeadline) {
   for (const Outcome outcome : allOutcomes()) {
     EXPECT_THAT(text.substr(0, text.find('\n')), HasSubstr(outcomeCountText(outcome, 1)));
   }
+}
+
+TEST(Triage, PageCountsItsDaysAndListsTheNewestSessionsOfALargeGroup) {
+  std::vector<TriagedSession> all = sessions(2003, Outcome::Hung, "");
+  const std::vector<std::string> times{"2025-01-30T23:30+01:00", "2025-01-30T23:30-01:00", "2025-01-31T12:00Z",
+                                       "2025-02-02T12:00Z"};
+  for (std::size_t i = 0; i < times.size(); ++i) {
+    TriagedSession& session = all[all.size() - times.size() + i];
+    const LogTime time = *parseTime(times[i]);
+    session.span = {time.instant, time.instant, time.offset};
+  }
+  all[2].folder = "old";
+  all.back().folder = "<script>\"new";
+  std::ostringstream out;
+  writeHtmlTriage(all, {}, {}, out);
+  const std::string page = out.str();
+  EXPECT_THAT(
+      page, AllOf(HasSubstr(">2025-01-30:\u00A02, 31:\u00A01; 2025-02-02:\u00A01<"), HasSubstr("<title>2025-01-30: 2<"),
+                  HasSubstr("x=\"75.00%\" width=\"22.50%\" y=\"50.0%\" height=\"50.0%\"")));
+  EXPECT_THAT(
+      page, AllOf(HasSubstr("The newest session: <code>&lt;script&gt;&quot;new</code>"),
+                  HasSubstr("And 3 older, left out here"), Not(HasSubstr("\"old\"")), Not(HasSubstr("<script>\"new"))));
 }
 
 TEST(Signature, HoldsWhatTellsFailuresApart) {

@@ -151,6 +151,29 @@ test('the keyboard alone chooses, stops, saves and starts again', async () => {
   await tabTo('Other logs');
 });
 
+test('the page of triage sorts and opens its groups, wide and narrow', async () => {
+  cpSync(at('week'), at('groups'), { recursive: true });
+  mkdirSync(at('groups/cut'));
+  const [, ...lines] = readFileSync(at(`loose/${names[0]}`), 'utf8').split('\n');
+  writeFileSync(at('groups/cut/a.log'), ['OrbelSessionID: other', ...lines.slice(0, 20), ''].join('\n'));
+  execFileSync(SENTIQ_LOGS, ['triage', 'groups', '--html', 'triage.html'], { cwd: folder });
+  tab = await Tab.open(at('triage.html'));
+  const groups = tab.page.locator('.groups > tbody > tr');
+  assert.match(await groups.last().innerText(), /unknown$/);
+  await tab.page.getByRole('button', { name: 'Sessions' }).click();
+  assert.match(await groups.first().innerText(), /unknown$/);
+  assert.equal(await tab.page.locator('.groups > thead th').first().getAttribute('aria-sort'), 'ascending');
+  await groups.first().locator('summary').click();
+  assert.ok(await tab.page.locator('[data-folder="groups/cut"]').isVisible());
+  for (const [width, colorScheme] of [[1280, 'light'], [320, 'dark']]) {
+    await tab.page.setViewportSize({ width, height: 700 });
+    await tab.page.emulateMedia({ colorScheme });
+    assert.ok(await tab.page.evaluate(() => document.documentElement.scrollWidth <= innerWidth));
+    assert.deepEqual(await tab.faults(), []);
+    await picture(`triage-${colorScheme}`);
+  }
+});
+
 test('work can be stopped', async () => {
   writeFileSync(at('large.log'), readFileSync(at(`loose/${names[1]}`)).toString().repeat(2000));
   await open();
