@@ -52,7 +52,7 @@ class Triage {
   /// What was not read, or is not whole. @return it, with what was said of it before, for a page.
   std::vector<std::string> sayWhatIsMissing();
   /// With stand-ins, when these are wanted.
-  void redactNames(std::vector<std::string>& texts) const;
+  void redactNames(std::vector<std::string>& texts);
 
  private:
   void work();
@@ -177,8 +177,11 @@ void Triage::say(const std::string& text, ExitCode code) {
   said_.push_back(text);
 }
 
-void Triage::redactNames(std::vector<std::string>& texts) const {
+void Triage::redactNames(std::vector<std::string>& texts) {
   if (streams_.redact) {
+    for (const std::string& text : texts) {
+      names_.learnText(text + '/');  // A folder without logs names its owner, too.
+    }
     redact(texts, names_);
   }
 }

@@ -131,6 +131,7 @@ void writeHtmlReport(const LogSet& logs, const PageOptions& options, std::ostrea
   }
   const bool several = pages.size() > 1;
   std::vector<Outcome> outcomes;
+  outcomes.reserve(pages.size());
   for (const PageSession& page : pages) {
     outcomes.push_back(page.judgement().outcome);
   }

@@ -89,6 +89,7 @@ std::string triageHeadline(const Sessions& all) {
     text += " from " + day + " to " + lastDay(all);
   }
   std::vector<Outcome> outcomes;
+  outcomes.reserve(all.size());
   for (const TriagedSession* const session : all) {
     outcomes.push_back(session->judgement.outcome);
   }
