@@ -1,5 +1,6 @@
 #include "logging/TextConversion.h"
 
+#include <cwchar>
 #include <locale>
 #include <stdexcept>
 #include <type_traits>
@@ -8,8 +9,6 @@
 
 namespace sentiq {
 namespace {
-
-using Converter = std::wstring_convert<Utf8Facet>;
 
 // Some facets let a surrogate pass that has no partner, or stop there without an error.
 bool surrogatesArePaired(std::wstring_view wide) {
@@ -30,11 +29,37 @@ std::string toUtf8(std::wstring_view wide) {
   if (!surrogatesArePaired(wide)) {
     throw std::range_error("surrogate without its partner");
   }
-  return Converter().to_bytes(wide.data(), wide.data() + wide.size());
+  if (wide.empty()) {
+    return {};
+  }
+  const Utf8Facet facet;
+  std::string utf8(wide.size() * static_cast<std::size_t>(facet.max_length()), '\0');
+  std::mbstate_t state{};
+  const wchar_t* read = nullptr;
+  char* written = nullptr;
+  const auto result =
+      facet.out(state, wide.data(), wide.data() + wide.size(), read, utf8.data(), utf8.data() + utf8.size(), written);
+  if (result != Utf8Facet::ok || read != wide.data() + wide.size()) {
+    throw std::range_error("no Unicode text");
+  }
+  utf8.resize(static_cast<std::size_t>(written - utf8.data()));
+  return utf8;
 }
 
 std::wstring toWide(std::string_view utf8) {
-  std::wstring wide = Converter().from_bytes(utf8.data(), utf8.data() + utf8.size());
+  if (utf8.empty()) {
+    return {};
+  }
+  std::wstring wide(utf8.size(), L'\0');
+  std::mbstate_t state{};
+  const char* read = nullptr;
+  wchar_t* written = nullptr;
+  const auto result = Utf8Facet().in(state, utf8.data(), utf8.data() + utf8.size(), read, wide.data(),
+                                     wide.data() + wide.size(), written);
+  if (result != Utf8Facet::ok) {
+    throw std::range_error("not UTF-8");
+  }
+  wide.resize(static_cast<std::size_t>(written - wide.data()));
   // Some facets take malformed text, and some stop in a character that is cut off.
   if (toUtf8(wide) != utf8) {
     throw std::range_error("not UTF-8");
