@@ -63,12 +63,13 @@ auto rankOf(const LogEntry& teller, const MachineFall& facts) {
   return std::tuple(crash, !facts.isErrorReport, !facts.dump.empty(), facts.told.date.empty());
 }
 
-void addTeller(Fall& fall, const LogEntry& teller, const MachineFall& facts, const Session& session) {
+void addTeller(Fall& fall, const LogEntry& teller, MachineFall facts, const Session& session) {
   fall.tellers.push_back(&teller);
-  addFacts(fall.facts, facts);
   if (fall.best == nullptr || rankOf(teller, facts) > rankOf(*fall.best, machineFall(session.eventOf(*fall.best)))) {
     fall.best = &teller;
+    std::swap(fall.facts, facts);  // Where they differ, the best one's hold.
   }
+  addFacts(fall.facts, facts);
 }
 
 // The fall that an error report tells of, most often one of the last; else its own one, which is added.

@@ -9,7 +9,7 @@ std::string beforeText(const Before& before) {
 std::string changeText(const MachineChange& change) {
   std::string text(changeName(change.kind));
   for (const std::string& part : {change.name, change.version}) {
-    text += part.empty() ? "" : ' ' + part;
+    text += part.empty() || text.ends_with(part) ? "" : ' ' + part;  // "10.0.1 to 10.0.2" ends with the version.
   }
   return text + (change.failed ? " (failed)" : "");
 }

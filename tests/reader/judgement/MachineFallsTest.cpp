@@ -71,6 +71,9 @@ TEST(Fall, IsToldByTheEventThatTellsMost) {
   EXPECT_THAT(saidOfStop(lines(Report{"12:30:00", "BlueScreen", "r"})), StartsWith("bluescreen"));
   EXPECT_THAT(said({lines(Dump{"11:20:00"}, Unexpected{"11:20:05", "x", ""})}),
               HasSubstr("Before this session: the machine crashed with the blue screen 0x3b"));
+  const LogSet set =
+      read({.watchdog = lines(Restart{"12:30:00", {"BugcheckCode=313"}}, Dump{"12:30:09"}), .exited = false});
+  EXPECT_EQ(judge(set.sessions.front()).evidence.fall->stopCode, 0x3b) << "also its facts, which differ here";
 }
 
 TEST(Fall, AfterACleanShutdownOrAnotherStartIsNotTheEnd) {
