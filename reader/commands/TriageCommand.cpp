@@ -144,9 +144,9 @@ std::vector<TriagedSession> Triage::judgeAll() {
     }
     judged.push_back(triageSession(std::exchange(session, {})));
   }
-  std::stable_sort(judged.begin(), judged.end(), [](const TriagedSession& a, const TriagedSession& b) {
-    return std::pair(a.span.begin, a.folder) < std::pair(b.span.begin, b.folder);
-  });
+  // Those of one moment stay in the order of their folders, whatever stand-ins these are called by.
+  std::stable_sort(judged.begin(), judged.end(),
+                   [](const TriagedSession& a, const TriagedSession& b) { return a.span.begin < b.span.begin; });
   return judged;
 }
 
