@@ -28,12 +28,12 @@ function end() {
     URL.revokeObjectURL(job.url);
     job = null;
   }
-  removeFrame();
 }
 
 async function begin(collect) {
   end();
   const url = URL.createObjectURL(new Blob([$('worker').textContent], { type: 'text/javascript' }));
+  $('redact').checked = false;
   const mine = job = { worker: new Worker(url), url, left: [], unread: [], messages: [], sessions: null, redact: false };
   mine.worker.onmessage = ({ data }) => mine === job && heard[data.what](data);
   mine.worker.onerror = event => mine === job && heard.failed({ text: event.message || 'the reader does not start' });
@@ -65,6 +65,30 @@ function report(title, what) {
   ask('report', what);
 }
 
+function triage() {
+  show('working');
+  working('Reading', 0, '');
+  ask('triage', { paths: job.paths });
+}
+
+// What folders are called may name somebody.
+const reportTitle = () => job.redact ? 'Report without names' : job.report.title;
+
+// Without names a folder may be called otherwise: where it lies is known from the list with names.
+function keepFolders(sessions) {
+  const key = ({ id, processId, begin }) => JSON.stringify([id, processId, begin]);
+  if (!job.redact) {
+    job.folders = new Map();
+    sessions.forEach(session => job.folders.set(key(session), [...job.folders.get(key(session)) || [], session.folder]));
+  }
+  const left = new Map([...job.folders].map(([name, folders]) => [name, [...folders]]));
+  return sessions.map(session => ({ ...session, lies: left.get(key(session))?.shift() ?? session.folder }));
+}
+
+// What was shown before, made anew when it is with names and is to be without, or the other way round.
+const sessionsAgain = () => job.listed === job.redact ? showSessions() : triage();
+const reportAgain = () => job.reported === job.redact ? showReport() : report(job.report.title, job.report.what);
+
 // What the reader did not look at is left out, too.
 function told(messages, unread) {
   job.messages = messages;
@@ -88,7 +112,7 @@ const heard = {
     if (files === 0) {
       fail('No logs found.');
     } else if (folders > 1) {
-      ask('triage', { paths: job.paths });
+      triage();
     } else {
       report(job.paths.length === 1 ? job.paths[0] : job.taken, { paths: job.paths });
     }
@@ -100,7 +124,8 @@ const heard = {
     } else if (sessions.length === 1) {
       report(job.paths.length === 1 ? job.paths[0] : job.taken, { paths: job.paths });
     } else {
-      job.sessions = sessions;
+      job.sessions = keepFolders(sessions);
+      job.listed = job.redact;
       listSessions();
       showSessions();
     }
@@ -112,6 +137,7 @@ const heard = {
       return;
     }
     job.page = page;
+    job.reported = job.redact;
     if (job.sessions && !(history.state && history.state.report)) {
       history.pushState({ report: true }, '');
     }
@@ -138,21 +164,22 @@ $('stop').onclick = () => {
   $('said').textContent = 'Stopped.';
 };
 $('again').onclick = startAgain;
-$('back').onclick = showSessions;
+$('back').onclick = sessionsAgain;
 addEventListener('popstate', ({ state }) => {
   if (job && job.sessions) {
-    (state && state.report && job.page ? showReport : showSessions)();
+    (state && state.report && job.page ? reportAgain : sessionsAgain)();
   }
 });
 $('save').onclick = () => {
   const link = document.createElement('a');
   link.href = URL.createObjectURL(job.page);
-  link.download = `${job.report.title.replace(/[\\/:*?"<>|]+/g, '-')}.html`;
+  link.download = `${reportTitle().replace(/[\\/:*?"<>|]+/g, '-')}.html`;
   link.click();
   setTimeout(() => URL.revokeObjectURL(link.href), 60000);
 };
 $('print').onclick = () => document.querySelector('iframe').contentWindow.print();
 $('redact').onchange = () => {
   job.redact = $('redact').checked;
-  report(job.report.title, job.report.what);
+  job.entered = $('redact');
+  (document.body.className === 'shown' ? reportAgain : sessionsAgain)();
 };

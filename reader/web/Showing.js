@@ -5,6 +5,7 @@ const plural = (count, what) => `${count.toLocaleString('en')} ${what}${count ==
 const size = bytes => bytes < 1 << 20 ? `${Math.ceil(bytes / 1024)} KiB` : `${(bytes / (1 << 20)).toFixed(1)} MiB`;
 
 function show(state) {
+  document.querySelector('iframe')?.remove();
   document.body.className = state;
   $('start').hidden = state !== 'empty';
   $('working').hidden = state !== 'working';
@@ -55,15 +56,13 @@ function fail(text) {
   job.worker.terminate();
 }
 
-function removeFrame() {
-  const frame = document.querySelector('iframe');
-  if (frame) {
-    frame.remove();
-  }
-}
-
-// The keyboard goes on from here, forwards and back.
+// The keyboard goes on from here, forwards and back; or from where it was when what is shown is made anew.
 function enter(element) {
+  if (job.entered) {
+    job.entered.focus();
+    job.entered = null;
+    return;
+  }
   element.tabIndex = -1;
   element.focus();
   element.blur();
@@ -79,9 +78,8 @@ async function showReport() {
   if (mine !== job) {
     return;
   }
-  removeFrame();
   show('shown');
-  $('about').textContent = job.report.title;
+  $('about').textContent = reportTitle();
   showNotes();
   const frame = document.createElement('iframe');
   frame.title = 'Report';
@@ -103,7 +101,7 @@ function listSessions() {
     open.type = 'button';
     open.onclick = () => {
       job.opened = open;
-      report(session.folder || 'Logs without a folder', { folder: session.folder });
+      report(session.folder || 'Logs without a folder', { folder: session.lies });
     };
     const how = document.createElement('td');
     how.append(open);
@@ -115,11 +113,10 @@ function listSessions() {
 }
 
 function showSessions() {
-  removeFrame();
   show('sessions');
   $('about').textContent = job.taken;
   showNotes();
-  if (job.opened) {
+  if (job.opened && job.opened.isConnected) {
     job.opened.focus();
   } else {
     enter($('sessions').querySelector('caption'));

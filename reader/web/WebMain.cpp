@@ -1,5 +1,5 @@
 // The module within sentiq-logs.html: the commands that its worker calls, with paths in the worker's own file system.
-//   report PATH... writes /page.html, triage PATH... a line of JSON for each session
+//   report [--redact] PATH... writes /page.html, triage [--redact] PATH... a line of JSON for each session
 #include <atomic>
 #include <cstddef>
 #include <exception>
@@ -53,8 +53,13 @@ int main(int argc, char** argv) {
       reserve.reserve(reserveBytes);
     }
     std::set_new_handler(giveReserve);
-    run(argv[1], consoleArguments(argc - 1, argv + 1),
-        {.in = std::cin, .out = std::cout, .messages = messages, .stop = memoryRanOut});
+    std::vector<std::string> paths = consoleArguments(argc - 1, argv + 1);
+    const bool redact = !paths.empty() && paths.front() == "--redact";
+    if (redact) {
+      paths.erase(paths.begin());
+    }
+    run(argv[1], paths,
+        {.in = std::cin, .out = std::cout, .messages = messages, .stop = memoryRanOut, .redact = redact});
     std::cout.flush();
   } catch (const std::bad_alloc&) {
     messages.say("there was not enough memory", exitFailed);

@@ -19,7 +19,7 @@ after(() => rmSync(folder, { recursive: true }));
 const at = path => join(folder, path);
 const zip = (...options) => execFileSync('zip', ['-q', ...options], { cwd: folder });
 cpSync(join(data, 'laptop'), at('loose'), { recursive: true });
-cpSync(join(data, 'laptop'), at('week/monday'), { recursive: true });
+cpSync(join(data, 'laptop'), at('week/LAPTOP-31'), { recursive: true });
 cpSync(join(data, 'encoded'), at('week/tuesday/late'), { recursive: true });
 writeFileSync(at('week/notes.md'), 'nothing of ours\n');
 writeFileSync(at('letter.txt'), 'Dear support,\nit crashed.\n');
@@ -39,16 +39,21 @@ const open = async settings => { tab = await Tab.open(SENTIQ_PAGE, settings); };
 const picture = name => SENTIQ_PICTURES && tab.page.screenshot({ path: join(SENTIQ_PICTURES, `${name}.png`) });
 
 // The page that the program writes at the time that the saved one says.
-function native(cwd, paths, saved) {
+function native(cwd, asked, saved) {
   const [, day, time, offset] = /Made on (\S+) (\S+) ([+-]\d\d:\d\d) by/.exec(saved);
   const made = `${day}T${time}:00${offset}`;
-  execFileSync(SENTIQ_LOGS, ['report', ...paths, '-o', at('native.html'), '--made', made], { cwd: at(cwd), stdio: 'ignore' });
+  execFileSync(SENTIQ_LOGS, ['report', ...asked, '-o', at('native.html'), '--made', made], { cwd: at(cwd), stdio: 'ignore' });
   return readFileSync(at('native.html'));
 }
-async function assertSavedLikeNative(cwd, ...paths) {
+async function assertSavedLikeNative(cwd, ...asked) {
   const { bytes } = await tab.saved();
-  assert.ok(bytes.equals(native(cwd, paths, bytes.toString())), 'the saved page is not the one that the program writes');
+  assert.ok(bytes.equals(native(cwd, asked, bytes.toString())), 'the saved page is not the one that the program writes');
 }
+
+const withoutNames = async () => {
+  await tab.page.getByLabel('Without names').click();
+  await tab.settled();
+};
 
 test('three logs are shown as the report that the program writes', async () => {
   await open();
@@ -65,6 +70,9 @@ test('three logs are shown as the report that the program writes', async () => {
   await tab.report().getByText('show the event').first().click();
   assert.ok(await tab.report().locator('tr', { hasText: 'PaintCore.dll' }).first().isVisible());
   await assertSavedLikeNative('loose', ...names);
+  await withoutNames();
+  assert.equal(await tab.page.evaluate(() => document.activeElement.id), 'redact');
+  await assertSavedLikeNative('loose', '--redact', ...names);
 });
 
 test('a folder of sessions is a list, from which each report is one step away and back', async () => {
@@ -73,25 +81,30 @@ test('a folder of sessions is a list, from which each report is one step away an
   assert.deepEqual(await tab.faults(), []);
   assert.match(await tab.text('#notes'), /1 file left out/);
   await picture('many');
-  await tab.page.getByRole('row', { name: 'week/monday' }).getByRole('button').click();
+  await tab.page.getByRole('row', { name: 'week/LAPTOP-31' }).getByRole('button').click();
   assert.equal(await tab.settled(), 'shown');
-  await assertSavedLikeNative('.', 'week/monday');
+  await assertSavedLikeNative('.', 'week/LAPTOP-31');
   await tab.page.goBack({ waitUntil: 'commit' });
   assert.equal(await tab.page.getByRole('row').count(), 3);
   await tab.page.getByRole('row', { name: 'week/tuesday/late' }).getByRole('button').click();
   assert.equal(await tab.settled(), 'shown');
+  await withoutNames();
   await tab.page.click('#back');
-  await tab.page.locator('#sessions').waitFor();
+  assert.equal(await tab.settled(), 'sessions');
+  await tab.page.getByRole('row', { name: 'week/computer-1' }).getByRole('button').click();
+  assert.equal(await tab.settled(), 'shown');
+  assert.equal(await tab.text('#about'), 'Report without names');
+  await assertSavedLikeNative('.', '--redact', 'week/LAPTOP-31');
 });
 
 test('a zip file is read as the folder that it would become, also within another one', async () => {
   await open();
   assert.equal(await tab.drop(at('week.zip')), 'sessions');
-  await tab.page.getByRole('row', { name: 'week.zip/monday' }).getByRole('button').click();
+  await tab.page.getByRole('row', { name: 'week.zip/LAPTOP-31' }).getByRole('button').click();
   assert.equal(await tab.settled(), 'shown');
-  await assertSavedLikeNative('unzipped', 'week.zip/monday');
+  await assertSavedLikeNative('unzipped', 'week.zip/LAPTOP-31');
   assert.equal(await tab.drop(at('nested.zip')), 'sessions');
-  assert.match(await tab.text('#sessions'), /nested.zip\/week.zip\/monday/);
+  assert.match(await tab.text('#sessions'), /nested.zip\/week.zip\/LAPTOP-31/);
 });
 
 test('what is damaged or no log is said, and the rest is shown', async () => {
