@@ -11,7 +11,7 @@ const hash = text => `'sha256-${createHash('sha256').update(text).digest('base64
 
 const pieces = {
   'Page.css': own('Page.css'),
-  'Page.js': `'use strict';\n${own('Showing.js', 'Taking.js', 'Page.js')}`,
+  'Page.js': `'use strict';\n${own('Showing.js', 'Taking.js', 'Reader.js', 'Page.js')}`,
   worker: [readFileSync(zip, 'utf8'), readFileSync(glue, 'utf8'), own('Files.js', 'Unpacking.js', 'Worker.js')].join('\n'),
   module: deflateSync(readFileSync(wasm), { level: 9 }).toString('base64'),
 };

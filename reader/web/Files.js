@@ -15,12 +15,12 @@ function contentsOf(taken) {
   };
   const blobs = taken.map(({ path, file }) => {
     if (file instanceof Uint8Array) {
-      return { name: path, data: { size: file.length, bytes: file } };
+      return { name: path, data: { path, size: file.length, bytes: file } };
     }
     if (at + file.size > windowSize) {
       close();
     }
-    const data = { size: file.size, file, at };
+    const data = { path, size: file.size, file, at };
     batch.push(data);
     at += file.size;
     return { name: path, data };
@@ -29,8 +29,10 @@ function contentsOf(taken) {
   return blobs;
 }
 
-function readInWindows(files, total) {
+// @param until how many bytes it reads at least before it calls stop. @return what was read last, and whether it stopped.
+function readInWindows(files, total, until = Infinity, stop) {
   const sync = new FileReaderSync();
+  const reading = { last: '', stopped: false };
   let read = 0, blob = null, from = 0, bytes = null;
   function bytesAt(contents, position) {
     if (contents.bytes) {
@@ -47,12 +49,19 @@ function readInWindows(files, total) {
   files.stream_ops.read = (stream, buffer, offset, length, position) => {
     const contents = stream.node.contents;
     const piece = bytesAt(contents, position).subarray(0, Math.max(0, Math.min(length, contents.size - position)));
+    if (piece.length > 0 && read >= until && !reading.stopped) {
+      reading.stopped = true;
+      stop();
+    }
+    reading.last = contents.path;
     buffer.set(piece, offset);
     contents.until = Math.max(contents.until || 0, position + piece.length);
     read += piece.length;
-    progress('Reading', Math.min(read, total), total);
+    const end = Math.min(until, total);
+    progress('Reading', Math.min(read, end), end);
     return piece.length;
   };
+  return reading;
 }
 
 // A file that is only written, in pieces that a blob is made of: in the file system's own memory it would be moved over

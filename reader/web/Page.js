@@ -1,7 +1,7 @@
 // One job at a time: logs are taken, the worker reads them, and what it makes of them is shown. Nothing is kept, and
 // nothing is asked of a network.
 
-let job = null; // {worker, paths, …}: one drop or choice.
+let job = null; // {files, worker, paths, …}: one drop or choice.
 
 function takeChosen(input) {
   const files = [...input.files].map(file => ({ path: file.webkitRelativePath || file.name, file }));
@@ -11,43 +11,27 @@ function takeChosen(input) {
   }
 }
 
-let moduleBytes = null;
-async function wasm() {
-  if (!moduleBytes) {
-    const text = atob($('module').textContent);
-    const packed = Uint8Array.from(text, letter => letter.charCodeAt(0));
-    const stream = new Blob([packed]).stream().pipeThrough(new DecompressionStream('deflate'));
-    moduleBytes = await new Response(stream).arrayBuffer();
-  }
-  return moduleBytes;
-}
-
 function end() {
   if (job) {
-    job.worker.terminate();
-    URL.revokeObjectURL(job.url);
+    endReader();
     job = null;
   }
 }
 
 async function begin(collect) {
   end();
-  const url = URL.createObjectURL(new Blob([$('worker').textContent], { type: 'text/javascript' }));
   $('redact').checked = false;
-  const mine = job = { worker: new Worker(url), url, left: [], unread: [], messages: [], sessions: null, redact: false };
-  mine.worker.onmessage = ({ data }) => mine === job && heard[data.what](data);
-  mine.worker.onerror = event => mine === job && heard.failed({ text: event.message || 'the reader does not start' });
+  const mine = job = { unopened: [], left: [], unread: [], messages: [], sessions: null, redact: false };
   show('working');
   working('Looking for logs', undefined, '');
-  const leave = (path, why) => mine.left.push({ path, why });
+  const leave = (path, why) => mine.unopened.push({ path, why });
   try {
-    const files = withNamesOfTheirOwn(await collect(leave, count => mine === job && working('Looking for logs', undefined,
+    mine.files = withNamesOfTheirOwn(await collect(leave, count => mine === job && working('Looking for logs', undefined,
       plural(count, 'file'))));
-    if (mine !== job) {
-      return;
+    await wasm();
+    if (mine === job) {
+      startReader();
     }
-    mine.paths = [...new Set(files.map(({ path }) => path.split('/')[0]))];
-    ask('take', { module: await wasm(), files });
   } catch (error) {
     if (mine === job) {
       heard.failed({ text: error.message });
@@ -55,21 +39,13 @@ async function begin(collect) {
   }
 }
 
-const ask = (task, more) => job.worker.postMessage({ task, options: job.redact ? ['--redact'] : [], ...more });
-
 /// @param what {paths} or {folder}.
 function report(title, what) {
   job.report = { title, what };
-  show('working');
-  working('Reading', 0, '');
   ask('report', what);
 }
 
-function triage() {
-  show('working');
-  working('Reading', 0, '');
-  ask('triage', { paths: job.paths });
-}
+const triage = () => ask('triage', { paths: job.paths }, job.listedUntil);
 
 // What folders are called may name somebody.
 const reportTitle = () => job.redact ? 'Report without names' : job.report.title;
@@ -89,26 +65,36 @@ function keepFolders(sessions) {
 const sessionsAgain = () => job.listed === job.redact ? showSessions() : triage();
 const reportAgain = () => job.reported === job.redact ? showReport() : report(job.report.title, job.report.what);
 
-// What the reader did not look at is left out, too.
-function told(messages, unread) {
+function told({ messages, unread, stopped }) {
   job.messages = messages;
-  job.unread = unread.map(path => ({ path, why: 'not named like a log' }));
+  job.unread = unread;
+  job.stopped = stopped || job.entries !== undefined;
+  job.stopping = false;
 }
 
 const tooLittleMemory = 'There is not enough memory for these logs in this browser.';
 const nothing = messages =>
-  messages.some(text => text.includes('memory')) ? tooLittleMemory : 'No logs of CanvixSentiq found.';
+  job.stopped ? 'Stopped before anything was read whole.'
+    : messages.some(text => text.includes('memory')) ? tooLittleMemory
+    : 'No logs of CanvixSentiq found.';
 
 const heard = {
-  progress({ doing, done, total }) {
-    working(doing, total ? done / total : undefined, total ? `${size(done)} of ${size(total)}` : size(done));
+  progress({ doing, done, total, entries }) {
+    job.reached = { doing, done, entries };
+    working(job.stopping ? `${doing} again` : doing, total ? done / total : undefined,
+      total ? `${size(done)} of ${size(total)}` : size(done));
   },
   left({ path, why }) {
     job.left.push({ path, why });
   },
   taken({ files, bytes, folders, tops }) {
     job.taken = `${plural(files, 'file')}, ${size(bytes)}`;
-    job.paths = job.paths.filter(path => tops.includes(path));
+    job.paths = [...new Set(job.files.map(({ path }) => path.split('/')[0]))].filter(path => tops.includes(path));
+    if (job.asked) {
+      ask(job.asked.task, job.asked.what, job.asked.until);
+      return;
+    }
+    job.stopping = false;
     if (files === 0) {
       fail('No logs found.');
     } else if (folders > 1) {
@@ -117,23 +103,24 @@ const heard = {
       report(job.paths.length === 1 ? job.paths[0] : job.taken, { paths: job.paths });
     }
   },
-  sessions({ sessions, messages, unread }) {
-    told(messages, unread);
+  sessions({ sessions, ...more }) {
+    told(more);
     if (sessions.length === 0) {
-      fail(nothing(messages));
-    } else if (sessions.length === 1) {
+      fail(nothing(more.messages));
+    } else if (sessions.length === 1 && !job.stopped) {
       report(job.paths.length === 1 ? job.paths[0] : job.taken, { paths: job.paths });
     } else {
       job.sessions = keepFolders(sessions);
       job.listed = job.redact;
+      job.listedUntil = job.asked.until;
       listSessions();
       showSessions();
     }
   },
-  page({ page, messages, unread }) {
-    told(messages, unread);
+  page({ page, ...more }) {
+    told(more);
     if (!page) {
-      fail(nothing(messages));
+      fail(nothing(more.messages));
       return;
     }
     job.page = page;
@@ -150,6 +137,7 @@ const heard = {
 
 function startAgain() {
   end();
+  removeFrame();
   show('empty');
   $('chooseFiles').focus();
 }
@@ -159,10 +147,7 @@ $('chooseFiles').onclick = () => $('files').click();
 $('chooseFolder').onclick = () => $('folder').click();
 $('files').onchange = () => takeChosen($('files'));
 $('folder').onchange = () => takeChosen($('folder'));
-$('stop').onclick = () => {
-  startAgain();
-  $('said').textContent = 'Stopped.';
-};
+$('stop').onclick = stop;
 $('again').onclick = startAgain;
 $('back').onclick = sessionsAgain;
 addEventListener('popstate', ({ state }) => {

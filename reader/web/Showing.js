@@ -5,7 +5,6 @@ const plural = (count, what) => `${count.toLocaleString('en')} ${what}${count ==
 const size = bytes => bytes < 1 << 20 ? `${Math.ceil(bytes / 1024)} KiB` : `${(bytes / (1 << 20)).toFixed(1)} MiB`;
 
 function show(state) {
-  document.querySelector('iframe')?.remove();
   document.body.className = state;
   $('start').hidden = state !== 'empty';
   $('working').hidden = state !== 'working';
@@ -39,12 +38,12 @@ function line(element, text) {
 // What was left out and why, and what the reader said beside its output.
 function showNotes() {
   const { messages } = job;
-  const left = [...job.left, ...job.unread];
+  const left = [...job.unopened, ...job.left, ...job.unread];
   const items = [...messages, ...left.map(({ path, why }) => `${path}: ${why}`)];
   $('notes').hidden = items.length === 0;
-  $('notes').open = messages.some(text => text.includes('memory')); // Else the page looks whole.
-  $('notes').firstElementChild.textContent = left.length > 0 ? `${plural(left.length, 'file')} left out` :
-    plural(items.length, 'note');
+  $('notes').open = job.stopped || messages.some(text => text.includes('memory')); // Else the page looks whole.
+  $('notes').firstElementChild.textContent = job.stopped ? 'Stopped: this is what was read until then'
+    : left.length > 0 ? `${plural(left.length, 'file')} left out` : plural(items.length, 'note');
   $('notes').lastElementChild.replaceChildren(...items.slice(0, 1000).map(text => line('li', text)));
 }
 
@@ -53,7 +52,12 @@ function fail(text) {
   $('failed').replaceChildren(line('p', text));
   showNotes();
   $('notes').open = true;
-  job.worker.terminate();
+  endReader();
+}
+
+// What was dropped on a report is the frame's until it was looked through: it is only hidden before.
+function removeFrame() {
+  document.querySelector('iframe')?.remove();
 }
 
 // The keyboard goes on from here, forwards and back; or from where it was when what is shown is made anew.
@@ -78,6 +82,7 @@ async function showReport() {
   if (mine !== job) {
     return;
   }
+  removeFrame();
   show('shown');
   $('about').textContent = reportTitle();
   showNotes();
@@ -113,6 +118,7 @@ function listSessions() {
 }
 
 function showSessions() {
+  removeFrame();
   show('sessions');
   $('about').textContent = job.taken;
   showNotes();

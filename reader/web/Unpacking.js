@@ -43,7 +43,7 @@ class Unpacked extends zip.Writer {
   }
 }
 
-const unpacking = { files: 0, bytes: 0 };
+const unpacking = { files: 0, bytes: 0, until: Infinity };
 
 // @return why an entry is not taken, if so.
 function whyNot(entry, path, depth) {
@@ -58,7 +58,7 @@ function whyNot(entry, path, depth) {
 async function takeEntry(entry, path, depth) {
   const bytes = await entry.getData(new Unpacked(entry, limits.bytes - unpacking.bytes), { checkSignature: true });
   unpacking.bytes += bytes.length;
-  progress('Unpacking', unpacking.bytes, 0);
+  progress('Unpacking', unpacking.bytes, 0, unpacking.files);
   if (namedAsZip.test(path)) {
     await unpack(path, bytes, depth + 1);
   } else {
@@ -74,6 +74,10 @@ async function unpack(path, file, depth) {
   const found = new Set();
   try {
     for await (const entry of reader.getEntriesGenerator()) {
+      if (unpacking.files >= unpacking.until) {
+        leave(path, 'not unpacked to its end: stopped');
+        return;
+      }
       if (++unpacking.files > limits.files) {
         throw new Error(`more than ${limits.files} files in zip files`);
       }

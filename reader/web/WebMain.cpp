@@ -17,13 +17,14 @@ namespace {
 
 constexpr std::size_t reserveBytes = std::size_t{128} << 20U;
 
-std::atomic<bool> memoryRanOut{false};
+std::atomic<bool> stop{false};
+bool memoryRanOut = false;
 std::vector<std::vector<std::byte>> reserves(2);  // Empty, but with room.
 
 // Ends the reading once memory runs out, and gives what it takes to show what was read: one piece for what was asked
 // for then, one for the rest.
 void giveReserve() {
-  memoryRanOut = true;
+  stop = memoryRanOut = true;
   if (reserves.empty()) {
     throw std::bad_alloc();
   }
@@ -42,6 +43,12 @@ void run(const std::string& command, const std::vector<std::string>& paths, cons
 }
 
 }  // namespace
+
+// Called while main reads: ends that with what was read.
+extern "C" void stopReading() {
+  stop = true;
+}
+
 }  // namespace sentiq
 
 int main(int argc, char** argv) {
@@ -59,7 +66,7 @@ int main(int argc, char** argv) {
       paths.erase(paths.begin());
     }
     run(argv[1], paths,
-        {.in = std::cin, .out = std::cout, .messages = messages, .stop = memoryRanOut, .redact = redact});
+        {.in = std::cin, .out = std::cout, .messages = messages, .stop = stop, .redact = redact});
     std::cout.flush();
   } catch (const std::bad_alloc&) {
     messages.say("there was not enough memory", exitFailed);

@@ -7,15 +7,16 @@ let told = 0;  // When the page last heard of the progress.
 const say = (what, more) => postMessage({ what, ...more });
 const leave = (path, why) => say('left', { path, why });
 
-function progress(doing, done, total) {
+// @param entries of zip files, so far.
+function progress(doing, done, total, entries) {
   const now = performance.now();
   if (now - told > 100) {
     told = now;
-    say('progress', { doing, done, total });
+    say('progress', { doing, done, total, entries });
   }
 }
 
-async function run(command, paths, options) {
+async function run(command, paths, { options, until }) {
   const out = [], messages = [];
   const instance = await sentiqLogs({
     instantiateWasm(imports, done) {
@@ -28,26 +29,37 @@ async function run(command, paths, options) {
   const { FS } = instance;
   const files = FS.filesystems.WORKERFS;
   const blobs = contentsOf(logs.filter(log => paths.some(path => log.path === path || log.path.startsWith(`${path}/`))));
-  readInWindows(files, blobs.reduce((sum, { data }) => sum + data.size, 0));
+  const reading = readInWindows(files, blobs.reduce((sum, { data }) => sum + data.size, 0), until,
+    () => instance._stopReading());
   FS.mkdir('/in');
   FS.mount(files, { blobs }, '/in');
   FS.chdir('/in');
   const page = collectIn(FS, '/page.html');
   instance.callMain([command, ...options, ...paths]);
-  const unread = blobs.filter(({ data }) => data.size > 0 && !data.until).map(({ name }) => name);
-  return { page: page(), out, messages, unread };
+  const cause = reading.stopped ? 'stopped' : messages.some(text => text.includes('memory')) ? 'not enough memory' : '';
+  const unread = blobs.flatMap(({ name, data }) => {
+    const why = cause && command === 'report' && name === reading.last ? `not read to its end: ${cause}`
+      // Of a folder that was read half a list shows nothing.
+      : cause && namedAsLog.test(name) && (!data.until || (command === 'triage' && folderOf(name) === folderOf(reading.last)))
+        ? `not read: ${cause}`
+      : data.size > 0 && !data.until ? 'not named like a log' : '';
+    return why ? [{ path: name, why }] : [];
+  });
+  return { page: page(), out, messages, unread, stopped: reading.stopped };
 }
 
-const folderOf = log => log.path.slice(0, Math.max(0, log.path.lastIndexOf('/')));
+const folderOf = path => path.slice(0, Math.max(0, path.lastIndexOf('/')));
 
 // A folder's own logs: the folder itself, unless there are others below it.
 function pathsOf(folder) {
-  const isBelow = log => log.path.startsWith(`${folder}/`) && folderOf(log) !== folder;
-  return folder && !logs.some(isBelow) ? [folder] : logs.filter(log => folderOf(log) === folder).map(log => log.path);
+  const isBelow = log => log.path.startsWith(`${folder}/`) && folderOf(log.path) !== folder;
+  return folder && !logs.some(isBelow) ? [folder] : logs.filter(log => folderOf(log.path) === folder).map(log => log.path);
 }
 
 const tasks = {
-  async take({ module, files }) {
+  // Of zip files as many entries as are given.
+  async take({ module, files, entries = Infinity }) {
+    unpacking.until = entries;
     compiled = await WebAssembly.compile(module);
     for (const log of files) {
       if (namedAsZip.test(log.path)) {
@@ -57,20 +69,20 @@ const tasks = {
       }
     }
     // In the order in which the reader comes to them: a folder's own files first.
-    const sorted = logs.map(log => ({ ...log, key: `${folderOf(log)}\0${log.path}` }));
+    const sorted = logs.map(log => ({ ...log, key: `${folderOf(log.path)}\0${log.path}` }));
     logs = sorted.sort((a, b) => (a.key < b.key ? -1 : 1));
     say('taken', { files: logs.length, bytes: logs.reduce((sum, log) => sum + (log.file.size ?? log.file.length), 0),
       tops: [...new Set(logs.map(log => log.path.split('/')[0]))],
-      folders: new Set(logs.map(folderOf)).size });
+      folders: new Set(logs.map(log => folderOf(log.path))).size });
   },
-  async triage({ paths, options }) {
-    const { out, messages, unread } = await run('triage', paths, options);
-    say('sessions', { sessions: out.map(line => JSON.parse(line)), messages, unread });
+  async triage({ paths, ...more }) {
+    const { out, page, ...result } = await run('triage', paths, more);
+    say('sessions', { sessions: out.map(line => JSON.parse(line)), ...result });
   },
   // Of all that was taken, or of one folder.
-  async report({ paths, folder, options }) {
-    const { page, messages, unread } = await run('report', paths ?? pathsOf(folder), options);
-    say('page', { page: page.size > 0 ? page : null, messages, unread });
+  async report({ paths, folder, ...more }) {
+    const { page, ...result } = await run('report', paths ?? pathsOf(folder), more);
+    say('page', { ...result, page: page.size > 0 ? page : null });
   },
 };
 

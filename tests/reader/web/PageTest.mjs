@@ -51,7 +51,7 @@ async function assertSavedLikeNative(cwd, ...asked) {
 }
 
 const withoutNames = async () => {
-  await tab.page.getByLabel('Without names').click();
+  await tab.page.getByLabel('Without names').check();
   await tab.settled();
 };
 
@@ -187,16 +187,38 @@ test('the page of triage sorts and opens its groups, wide and narrow', async () 
   }
 });
 
-test('work can be stopped', async () => {
-  writeFileSync(at('large.log'), readFileSync(at(`loose/${names[1]}`)).toString().repeat(2000));
+test('a stop shows what was read until then, a second one nothing', async () => {
+  cpSync(at('week'), at('year'), { recursive: true });
+  mkdirSync(at('year/z'));
+  const large = readFileSync(at(`loose/${names[1]}`)).toString().repeat(2000);
+  ['large.log', 'year/z/large.log', 'year/z/next.log'].forEach(name => writeFileSync(at(name), large));
+  zip('-1', '-r', 'year.zip', 'year');
+  const dropUntil = async (name, doing) => {
+    for (const type of ['dragEnter', 'dragOver', 'drop']) {
+      await tab.drag(type, [at(name)]);
+    }
+    await tab.page.waitForFunction(text => document.getElementById('doing').textContent === text &&
+      (text !== 'Reading' || document.getElementById('progress').value > 0.01), doing);
+  };
+  const stopAt = async (name, doing) => {
+    await dropUntil(name, doing);
+    await tab.page.click('#stop');
+    return tab.settled();
+  };
   await open();
-  await tab.drag('dragEnter', [at('large.log')]);
-  await tab.drag('dragOver', [at('large.log')]);
-  await tab.drag('drop', [at('large.log')]);
-  await tab.page.waitForFunction(() => document.getElementById('progress').value > 0);
+  assert.equal(await stopAt('large.log', 'Reading'), 'shown');
+  assert.match(await tab.text('#notes'), /^Stopped: .*\nlarge\.log: not read to its end: stopped$/);
+  assert.match(await tab.report().locator('h1').innerText(), /^Canvix crashed/);
   assert.deepEqual(await tab.faults(), []);
+  assert.equal(await stopAt('year', 'Reading'), 'sessions');
+  assert.equal(await tab.page.getByRole('row').count(), 3);
+  assert.match(await tab.text('#notes'), /stopped: 2 of 3 folders were read\n[^]*large.log: not read: stopped\n.*next.log: not read/);
+  await stopAt('year.zip', 'Unpacking');
+  assert.match(await tab.text('#notes'), /year\.zip: not unpacked to its end: stopped/);
+  await dropUntil('year', 'Reading');
   await picture('working');
-  await tab.page.click('#stop');
+  assert.deepEqual(await tab.faults(), []);
+  await tab.page.dblclick('#stop');
   assert.equal(await tab.settled(), 'empty');
   assert.equal(await tab.text('#said'), 'Stopped.');
 });
