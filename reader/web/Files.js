@@ -48,8 +48,11 @@ function readInWindows(files, total, until = Infinity, stop) {
   }
   files.stream_ops.read = (stream, buffer, offset, length, position) => {
     const contents = stream.node.contents;
-    const piece = bytesAt(contents, position).subarray(0, Math.max(0, Math.min(length, contents.size - position)));
-    if (piece.length > 0 && read >= until && !reading.stopped) {
+    if (position >= contents.size) { // Not worth the next window.
+      return 0;
+    }
+    const piece = bytesAt(contents, position).subarray(0, Math.min(length, contents.size - position));
+    if (read >= until && !reading.stopped) {
       reading.stopped = true;
       stop();
     }
