@@ -22,6 +22,9 @@ if(MSVC)
   target_compile_definitions(sentiq_options INTERFACE _SILENCE_CXX17_CODECVT_HEADER_DEPRECATION_WARNING
     _CRT_SECURE_NO_WARNINGS)
 else()
+  if(EMSCRIPTEN)  # Its newer libraries warn of <codecvt>, too, in whose place the standard has put nothing.
+    target_compile_definitions(sentiq_options INTERFACE _LIBCPP_DISABLE_DEPRECATION_WARNINGS)
+  endif()
   target_compile_options(sentiq_options INTERFACE -Wall -Wextra -Wpedantic -Wconversion -Wshadow)
   # Each function in a section of its own, so that the linker can drop what nobody calls.
   target_compile_options(sentiq_options INTERFACE -ffunction-sections -fdata-sections)

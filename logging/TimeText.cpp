@@ -89,7 +89,7 @@ std::string lastBootTime(std::int64_t now, std::uint64_t uptimeMs, std::int32_t 
   // The sign comes from the hours alone, so less than an hour west of UTC shows a plus.
   const int hours = -secondsWest / 3600;
   const int minutes = std::abs(secondsWest) % 3600 / 60;
-  char offset[7];
+  char offset[8];  // One more than it takes: Clang counts the sign apart from the width.
   std::snprintf(offset, sizeof offset, "%+03d:%02d", hours % 100, minutes);
   // The fraction is the uptime's own remainder: the current time enters in whole seconds only.
   return formatLocalTime(now - static_cast<std::int64_t>(uptimeMs / 1000), isoFormat) + '.' + threeDigits(uptimeMs) +
