@@ -43,9 +43,9 @@ std::string bashScript(const CommandLineWords& words) {
       "  local word=${COMP_WORDS[COMP_CWORD]} before=${COMP_WORDS[COMP_CWORD-1]} command=${COMP_WORDS[1]}\n"
       "  COMPREPLY=()\n"
       "  if [ \"$COMP_CWORD\" = 1 ]; then\n"
-      "    COMPREPLY=($(compgen -W '" +
+      "    mapfile -t COMPREPLY < <(compgen -W '" +
       joinedBy(" ", namesOf(words)) +
-      " --help --version' -- \"$word\") $(compgen -f -- \"$word\"))\n"
+      " --help --version' -- \"$word\"; compgen -f -- \"$word\")\n"
       "    return\n"
       "  fi\n"
       "  case $command:$before in\n";
@@ -63,7 +63,7 @@ std::string bashScript(const CommandLineWords& words) {
               " --help' -- \"$word\")) ;;\n";
   }
   return script +
-         "    *) COMPREPLY=($(compgen -f -- \"$word\")) ;;\n  esac\n}\n"
+         "    *) mapfile -t COMPREPLY < <(compgen -f -- \"$word\") ;;\n  esac\n}\n"
          "complete -o filenames -F _sentiq_logs sentiq-logs\n";
 }
 
@@ -95,11 +95,17 @@ std::string zshScript(const CommandLineWords& words) {
     }
     script += " \\\n      '*:log:_files' ;;\n";
   }
-  return script + "  esac\n}\ncompdef _sentiq_logs sentiq-logs\n";
+  // Read from a folder of functions, it is the function that is asked first.
+  return script +
+         "  esac\n}\n"
+         "if [ \"$funcstack[1]\" = _sentiq-logs ]; then\n  _sentiq_logs \"$@\"\n"
+         "else\n  compdef _sentiq_logs sentiq-logs\nfi\n";
 }
 
 std::string fishScript(const CommandLineWords& words) {
-  std::string script;
+  std::string script =
+      "complete -c sentiq-logs -n __fish_use_subcommand -l help\n"
+      "complete -c sentiq-logs -n __fish_use_subcommand -l version\n";
   for (const CommandWords& command : words.commands) {
     script += "complete -c sentiq-logs -n __fish_use_subcommand -a " + command.name + " -d " +
               quoted(command.text, "\\'") + '\n';
