@@ -1,11 +1,34 @@
-# Two zips: the programs with docs and licences, and the debug symbols. Every time stamp in them is the commit's, so two
+# What is installed: of a native build the reader where Unix has such things. Of a Windows build all, by which CPack makes
+# two zips: the programs with docs and licences, and the debug symbols. Every time stamp in them is the commit's, so two
 # packages of one commit are the same bytes.
-if(NOT WIN32)
+if(EMSCRIPTEN)
+  install(FILES "${CMAKE_BINARY_DIR}/sentiq-logs.html" DESTINATION .)
+  return()
+elseif(SENTIQ_SANITIZE)
+  return()
+elseif(NOT WIN32)
+  include(GNUInstallDirs)
+  install(TARGETS sentiq-logs)
+  install(FILES build/web/sentiq-logs.html DESTINATION "${CMAKE_INSTALL_DOCDIR}" OPTIONAL)
+  install(FILES reader/sentiq-lnav.json "${CMAKE_BINARY_DIR}/completions/sentiq-logs.ps1" DESTINATION "${CMAKE_INSTALL_DOCDIR}")
+  install(DIRECTORY docs cmake/licences DESTINATION "${CMAKE_INSTALL_DOCDIR}")
+  install(FILES reader/sentiq-logs.1 DESTINATION "${CMAKE_INSTALL_MANDIR}/man1")
+  set(completions "${CMAKE_BINARY_DIR}/completions")
+  install(FILES "${completions}/sentiq-logs.bash" DESTINATION "${CMAKE_INSTALL_DATADIR}/bash-completion/completions"
+    RENAME sentiq-logs)
+  install(FILES "${completions}/_sentiq-logs" DESTINATION "${CMAKE_INSTALL_DATADIR}/zsh/site-functions")
+  install(FILES "${completions}/sentiq-logs.fish" DESTINATION "${CMAKE_INSTALL_DATADIR}/fish/vendor_completions.d")
   return()
 endif()
 
-# The reader as a page is the same on every system. It is there when the preset web was built.
+# The page and the completions are the same on every system: they are there when the presets web and linux were built.
 install(FILES build/web/sentiq-logs.html DESTINATION . COMPONENT program OPTIONAL)
+if(CMAKE_CROSSCOMPILING)
+  set(completions "${PROJECT_SOURCE_DIR}/build/linux/completions")
+else()
+  set(completions "${CMAKE_BINARY_DIR}/completions")
+endif()
+install(DIRECTORY "${completions}" DESTINATION reader COMPONENT program OPTIONAL)
 install(TARGETS CanvixSentiq sentiq-logs RUNTIME DESTINATION . COMPONENT program)
 install(FILES README.md CHANGELOG.md SECURITY.md DESTINATION . COMPONENT program)
 install(DIRECTORY docs DESTINATION . COMPONENT program)

@@ -42,10 +42,11 @@ critical,3,3' "$(lnav -n -c ';SELECT log_level, count(*) AS lines, count(event_i
       grep -qF -e "$said" <<<"$guide" || { echo "$said is not in docs/reader.md"; exit 1; }
     done
     # What bash completes.
-    completed() { cd "$folder" && bash -c 'eval "$1"; shift; COMP_WORDS=("$@"); COMP_CWORD=$(($# - 1)); _sentiq_logs; echo "${COMPREPLY[@]}"' _ \
+    completed() { cd "$folder" && bash -c 'eval "$1"; shift; COMP_WORDS=("$@"); COMP_CWORD=$(($# - 1)); _sentiq_logs; IFS=,; echo "${COMPREPLY[*]}"' _ \
       "$("$reader" completions bash)" sentiq-logs "$@"; }
-    same 'timeline triage' "$(completed t)"
-    same '--since --source --severity' "$(completed timeline --s)"
+    mkdir "$folder/t 1"
+    same 'timeline,triage,t 1' "$(completed t)"
+    same '--since,--source,--severity' "$(completed timeline --s)"
     same 'warning' "$(completed timeline --severity w)"
     ;;
   readme) # Shows what the program says today.
