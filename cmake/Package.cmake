@@ -34,6 +34,7 @@ install(FILES README.md CHANGELOG.md SECURITY.md DESTINATION . COMPONENT program
 install(DIRECTORY docs DESTINATION . COMPONENT program)
 install(DIRECTORY cmake/licences/ DESTINATION licences COMPONENT program)
 install(FILES reader/sentiq-logs.1 reader/sentiq-lnav.json DESTINATION reader COMPONENT program)
+install(FILES examples/StartSentiq.h examples/StartSentiq.cpp DESTINATION examples COMPONENT program)
 foreach(program CanvixSentiq sentiq-logs)
   if(MSVC)
     install(FILES "$<TARGET_PDB_FILE:${program}>" DESTINATION . COMPONENT symbols)
