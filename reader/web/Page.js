@@ -21,7 +21,7 @@ function end() {
 async function begin(collect) {
   end();
   $('redact').checked = false;
-  const mine = job = { unopened: [], left: [], unread: [], messages: [], sessions: null, redact: false };
+  const mine = job = { unopened: [], left: [], told: { messages: [], unread: [] }, sessions: null, redact: false };
   show('working');
   working('Looking for logs', undefined, '');
   const leave = (path, why) => mine.unopened.push({ path, why });
@@ -48,7 +48,8 @@ function report(title, what) {
 const triage = () => ask('triage', { paths: job.paths }, job.listedUntil);
 
 // What folders are called may name somebody.
-const reportTitle = () => job.redact ? 'Report without names' : job.report.title;
+const reportTitle = () =>
+  (job.redact ? 'Report without names' : job.report.title) + (job.told.stopped ? ' (in part)' : '');
 
 // Without names a folder may be called otherwise: where it lies is known from the list with names.
 function keepFolders(sessions) {
@@ -66,15 +67,13 @@ const sessionsAgain = () => job.listed === job.redact ? showSessions() : triage(
 const reportAgain = () => job.reported === job.redact ? showReport() : report(job.report.title, job.report.what);
 
 function told({ messages, unread, stopped }) {
-  job.messages = messages;
-  job.unread = unread;
-  job.stopped = stopped || job.entries !== undefined;
+  job.told = { messages, unread, stopped: stopped || job.entries !== undefined };
   job.stopping = false;
 }
 
 const tooLittleMemory = 'There is not enough memory for these logs in this browser.';
-const nothing = messages =>
-  job.stopped ? 'Stopped before anything was read whole.'
+const nothing = ({ messages, stopped }) =>
+  stopped ? 'Stopped before anything was read whole.'
     : messages.some(text => text.includes('memory')) ? tooLittleMemory
     : 'No logs of CanvixSentiq found.';
 
@@ -106,12 +105,13 @@ const heard = {
   sessions({ sessions, ...more }) {
     told(more);
     if (sessions.length === 0) {
-      fail(nothing(more.messages));
-    } else if (sessions.length === 1 && !job.stopped) {
+      fail(nothing(job.told));
+    } else if (sessions.length === 1 && !job.told.stopped) {
       report(job.paths.length === 1 ? job.paths[0] : job.taken, { paths: job.paths });
     } else {
       job.sessions = keepFolders(sessions);
       job.listed = job.redact;
+      job.toldOfList = job.told;
       job.listedUntil = job.asked.until;
       listSessions();
       showSessions();
@@ -120,11 +120,12 @@ const heard = {
   page({ page, ...more }) {
     told(more);
     if (!page) {
-      fail(nothing(more.messages));
+      fail(nothing(job.told));
       return;
     }
     job.page = page;
     job.reported = job.redact;
+    job.toldOfPage = job.told;
     if (job.sessions && !(history.state && history.state.report)) {
       history.pushState({ report: true }, '');
     }

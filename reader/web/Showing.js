@@ -37,12 +37,12 @@ function line(element, text) {
 
 // What was left out and why, and what the reader said beside its output.
 function showNotes() {
-  const { messages } = job;
-  const left = [...job.unopened, ...job.left, ...job.unread];
+  const { messages, unread, stopped } = job.told;
+  const left = [...job.unopened, ...job.left, ...unread];
   const items = [...messages, ...left.map(({ path, why }) => `${path}: ${why}`)];
   $('notes').hidden = items.length === 0;
-  $('notes').open = job.stopped || messages.some(text => text.includes('memory')); // Else the page looks whole.
-  $('notes').firstElementChild.textContent = job.stopped ? 'Stopped: this is what was read until then'
+  $('notes').open = stopped || messages.some(text => text.includes('memory')); // Else the page looks whole.
+  $('notes').firstElementChild.textContent = stopped ? 'Stopped: this is what was read until then'
     : left.length > 0 ? `${plural(left.length, 'file')} left out` : plural(items.length, 'note');
   $('notes').lastElementChild.replaceChildren(...items.slice(0, 1000).map(text => line('li', text)));
 }
@@ -82,6 +82,7 @@ async function showReport() {
   if (mine !== job) {
     return;
   }
+  mine.told = mine.toldOfPage;
   removeFrame();
   show('shown');
   $('about').textContent = reportTitle();
@@ -121,6 +122,7 @@ function showSessions() {
   removeFrame();
   show('sessions');
   $('about').textContent = job.taken;
+  job.told = job.toldOfList;
   showNotes();
   if (job.opened && job.opened.isConnected) {
     job.opened.focus();

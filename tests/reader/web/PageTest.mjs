@@ -209,6 +209,7 @@ test('a stop shows what was read until then, a second one nothing', async () => 
   assert.equal(await stopAt('large.log', 'Reading'), 'shown');
   assert.match(await tab.text('#notes'), /^Stopped: .*\nlarge\.log: not read to its end: stopped$/);
   assert.match(await tab.report().locator('h1').innerText(), /^Canvix crashed/);
+  assert.equal((await tab.saved()).name, 'large.log (in part).html');
   assert.deepEqual(await tab.faults(), []);
   assert.equal(await stopAt('year', 'Reading'), 'sessions');
   assert.equal(await tab.page.getByRole('row').count(), 3);
