@@ -51,15 +51,12 @@ void DecodeStream::write(const Line& line) {
 }
 
 LineKind DecodeStream::decode(const Line& line) {
-  text_.clear();
-  const bool changed = out_.harmless || out_.names != nullptr;
-  std::string& text = changed ? text_ : out_.block;
-  LineKind kind = LineKind::Damaged;
-  if (line.whole) {
-    kind = decoder_.decode(line.text, text);
-  } else {
-    text += line.text;
+  const auto [kind, bytes] = line.whole ? decoder_.decode(line.text) : DecodedLine{LineKind::Damaged, line.text};
+  if (!out_.harmless && out_.names == nullptr) {
+    out_.block += bytes;
+    return kind;
   }
+  std::string text(bytes);
   if (out_.names != nullptr && kind == LineKind::Damaged) {
     text = "(left out)";
   } else if (out_.names != nullptr) {
@@ -70,9 +67,7 @@ LineKind DecodeStream::decode(const Line& line) {
     text = cleanText(text);
     std::replace_if(text.begin(), text.end(), [](char c) { return c == '\r' || c == '\n'; }, ' ');
   }
-  if (changed) {
-    out_.block += text;
-  }
+  out_.block += text;
   return kind;
 }
 

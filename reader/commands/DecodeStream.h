@@ -45,7 +45,6 @@ class DecodeStream {
   Messages& messages_;
   LineSplitter splitter_;
   LineDecoder decoder_;
-  std::string text_;  // Of the line at hand, when it is changed.
   std::uint64_t lastNumber_ = 0;
 };
 

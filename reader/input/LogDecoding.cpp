@@ -120,15 +120,13 @@ bool decodesToBeginning(std::string_view line) {
 
 }  // namespace
 
-LineKind LineDecoder::decode(std::string_view line, std::string& out) {
+DecodedLine LineDecoder::decode(std::string_view line) {
   constexpr std::size_t wholeWord = 8;  // Words are stored whole, beyond the text's end.
-  const std::size_t begin = out.size();
-  out.resize(begin + line.size() / 4 * 3 + wholeWord);
-  const std::optional<std::size_t> size = decodeLine(line, out.data() + begin);
-  const LineKind kind = size ? kindDecoded({out.data() + begin, *size}) : kindAsItStands(line);
-  out.resize(begin + (kind == LineKind::Encoded ? *size : 0));
-  out += kind == LineKind::Encoded ? "" : line;
-  return kind;
+  room_.resize(std::max(room_.size(), line.size() / 4 * 3 + wholeWord));
+  const std::optional<std::size_t> size = decodeLine(line, room_.data());
+  const std::string_view text = std::string_view(room_).substr(0, size.value_or(0));
+  const LineKind kind = size ? kindDecoded(text) : kindAsItStands(line);
+  return {kind, kind == LineKind::Encoded ? text : line};
 }
 
 LineKind LineDecoder::kindDecoded(std::string_view text) {

@@ -9,6 +9,11 @@ namespace sentiq {
 
 enum class LineKind : std::uint8_t { Plain, Encoded, Damaged };
 
+struct DecodedLine {
+  LineKind kind = LineKind::Damaged;
+  std::string_view text;  // Of a line that is not encoded the line as it stands.
+};
+
 /// Takes the lines of one file in their order: what a line without time stamp is (a message's second line,
 /// say) follows from the entry that it belongs to. A file may hold plain and encoded entries side by side.
 ///
@@ -21,8 +26,8 @@ enum class LineKind : std::uint8_t { Plain, Encoded, Damaged };
 class LineDecoder {
  public:
   /// @param line without its line end. Any bytes; nothing is thrown.
-  /// @param out gets the text at its end, and a line that is not encoded as it stands.
-  LineKind decode(std::string_view line, std::string& out);
+  /// @return valid until the next call, and as long as the line.
+  DecodedLine decode(std::string_view line);
 
  private:
   enum class Manner : std::uint8_t { Unknown, Plain, Encoded };
@@ -31,6 +36,7 @@ class LineDecoder {
   LineKind kindAsItStands(std::string_view line);
 
   Manner manner_ = Manner::Unknown;  // That of the last entry.
+  std::string room_;                 // For a line's text; it only grows.
 };
 
 }  // namespace sentiq

@@ -5,7 +5,9 @@
 namespace sentiq {
 
 LogFileReader::LogFileReader(LogFileInfo& file, std::size_t index, Keep keep, KnownNames* names)
-    : file_(file), keep_(keep), names_(names), raw_(file), entries_(file, index, keep) {}
+    : file_(file), keep_(keep), names_(names), entries_(file, index, keep) {
+  file_.lines = 0;
+}
 
 void LogFileReader::feed(std::string_view bytes) {
   splitter_.feed(bytes, [this](const Line& line) { take(line); });
@@ -19,38 +21,49 @@ void LogFileReader::take(const Line& line) {
   // Where a machine lost power while it wrote, zeros stay, and what is written later goes on behind them.
   constexpr std::string_view zeros("\0\0\0\0\0\0\0\0", 8);
   constexpr std::string_view leftOut = "(left out)";
-  const bool furtherPiece = line.number == line_;  // Of an overlong line.
-  bool good = false;
-  std::string_view text = line.text;
-  text_.clear();
-  if (furtherPiece) {
-    text_ = text;
-  } else {
-    const std::size_t last = text.rfind(zeros);
+  const bool furtherPiece = line.number == file_.lines;  // Of an overlong line.
+  DecodedLine decoded{LineKind::Damaged, line.text};
+  if (!furtherPiece) {
+    std::string_view text = line.text;
+    const std::size_t last = text.find('\0') != std::string_view::npos ? text.rfind(zeros) : std::string_view::npos;
     if (last != std::string_view::npos && last + zeros.size() < text.size()) {
       takeKeptRecords();
       entries_.takeDamaged(names_ == nullptr ? text.substr(0, last) : leftOut, line.number);
       text.remove_prefix(last + zeros.size());
     }
-    good = decoder_.decode(text, text_) != LineKind::Damaged && line.whole;
+    decoded = decoder_.decode(text);
   }
+  const bool good = decoded.kind != LineKind::Damaged && line.whole;
+  std::string_view text = decoded.text;
   if (names_ != nullptr && good) {
-    names_->learnLine(text_);
+    names_->learnLine(text);
   } else if (names_ != nullptr) {
-    text_ = leftOut;
+    text = leftOut;
   }
-  line_ = file_.lines = line.number;
+  file_.lines = line.number;
   if (keep_ == Keep::RawLines) {
-    raw_.keep(text_);
+    keepRaw(text);
   }
-  if (furtherPiece || (keep_ == Keep::Judgement && good && kept_.keep(text_, line_))) {
+  if (furtherPiece || (keep_ == Keep::Judgement && good && kept_.keep(text, line.number))) {
     return;
   }
   takeKeptRecords();
   if (good) {
-    entries_.take(readLine(text_), line_);
+    entries_.take(readLine(text), line.number);
   } else {
-    entries_.takeDamaged(text_, line_);
+    entries_.takeDamaged(text, line.number);
+  }
+}
+
+// Of a large file the last ones.
+void LogFileReader::keepRaw(std::string_view text) {
+  constexpr std::size_t mostBytes = 1U << 20;
+  file_.rawLines.emplace_back(text);
+  rawBytes_ += sizeof(std::string) + text.size();
+  while (rawBytes_ > mostBytes) {
+    rawBytes_ -= sizeof(std::string) + file_.rawLines.front().size();
+    file_.rawLines.pop_front();
+    ++file_.rawLeftOut;
   }
 }
 

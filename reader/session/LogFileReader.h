@@ -3,7 +3,6 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <string>
 #include <string_view>
 #include <vector>
 
@@ -14,7 +13,6 @@
 #include "reader/session/KnownNames.h"
 #include "reader/session/LogSet.h"
 #include "reader/session/PartList.h"
-#include "reader/session/RawLines.h"
 
 namespace sentiq {
 
@@ -40,6 +38,7 @@ class LogFileReader {
 
  private:
   void take(const Line& line);
+  void keepRaw(std::string_view text);
   void takeKeptRecords();
 
   LineSplitter splitter_;
@@ -47,10 +46,8 @@ class LogFileReader {
   Keep keep_;
   KnownNames* names_;
   LineDecoder decoder_;
-  std::string text_;  // Of the line at hand.
-  std::uint64_t line_ = 0;
   KeptRecords kept_;
-  RawLines raw_;
+  std::size_t rawBytes_ = 0;
   EntryReader entries_;
 };
 
