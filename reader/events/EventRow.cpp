@@ -7,9 +7,8 @@
 
 namespace sentiq {
 
-bool mayFit(const EventRow& row, std::string_view provider, int id, int level) {
-  return (row.id == id || (row.id == 0 && level >= 1 && level <= 3)) &&
-         anyPart(row.provider, [&](std::string_view name) { return matches(provider, name); });
+bool isFrom(const EventRow& row, std::string_view provider) {
+  return anyPart(row.provider, [&](std::string_view name) { return matches(provider, name); });
 }
 
 bool holds(const EventRow& row, const OwnField& field) {

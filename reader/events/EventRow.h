@@ -42,8 +42,12 @@ struct EventRow {
 /// Gives an event's own field of that name, empty when it has none.
 using OwnField = std::function<std::string_view(Field)>;
 
-/// All but the condition.
-bool mayFit(const EventRow& row, std::string_view provider, int id, int level);
+bool isFrom(const EventRow& row, std::string_view provider);
+
+/// All but the condition. Inline: each event is held against all rows.
+inline bool mayFit(const EventRow& row, std::string_view provider, int id, int level) {
+  return (row.id == id || (row.id == 0 && level >= 1 && level <= 3)) && isFrom(row, provider);
+}
 
 bool holds(const EventRow& row, const OwnField& field);
 
