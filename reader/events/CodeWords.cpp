@@ -70,15 +70,16 @@ std::optional<std::uint64_t> parseHex(std::string_view text) {
   return result.ec == std::errc{} && whole ? std::optional(number) : std::nullopt;
 }
 
+std::optional<std::uint64_t> parseDecimal(std::string_view text) {
+  std::uint64_t number = 0;
+  const auto result = std::from_chars(text.data(), text.data() + text.size(), number);
+  return result.ec == std::errc{} ? std::optional(number) : std::nullopt;
+}
+
 std::string showHex(std::uint64_t number) {
   std::array<char, 16> digits{};
   const auto result = std::to_chars(digits.data(), digits.data() + digits.size(), number, 16);
   return "0x" + std::string(digits.data(), result.ptr);
-}
-
-std::string inHex(std::string_view text) {
-  const auto number = parseHex(text);
-  return number ? showHex(*number) : std::string(text);
 }
 
 }  // namespace sentiq

@@ -22,10 +22,10 @@ std::string_view codeWords(CodeKind kind, std::uint64_t code);
 /// The hexadecimal digits that the text, or its first word, consists of, with or without 0x.
 std::optional<std::uint64_t> parseHex(std::string_view text);
 
+/// The number that the text begins with.
+std::optional<std::uint64_t> parseDecimal(std::string_view text);
+
 /// 0xc0000005: the one form of all of them, without leading zeros.
 std::string showHex(std::uint64_t number);
-
-/// The text in that form when it is a hexadecimal number, else as it is.
-std::string inHex(std::string_view text);
 
 }  // namespace sentiq

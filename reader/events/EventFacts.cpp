@@ -2,10 +2,8 @@
 
 #include <algorithm>
 #include <array>
-#include <charconv>
 #include <cstddef>
 #include <limits>
-#include <system_error>
 #include <variant>
 
 #include "reader/events/CodeWords.h"
@@ -14,12 +12,6 @@
 
 namespace sentiq {
 namespace {
-
-std::optional<std::uint64_t> decimal(std::string_view text) {
-  std::uint64_t number = 0;
-  const auto result = std::from_chars(text.data(), text.data() + text.size(), number);
-  return result.ec == std::errc{} ? std::optional(number) : std::nullopt;
-}
 
 // Of the ticks since 1601 that the system counts; 0 is no time.
 std::optional<Instant> systemTime(std::optional<std::uint64_t> ticks) {
@@ -86,7 +78,7 @@ ProgramFailure programFailure(const EventRecord& event) {
 
 MachineFall machineFall(const EventRecord& event) {
   MachineFall fall;
-  const std::uint64_t code = decimal(event.field(Field::BugcheckCode)).value_or(0);
+  const std::uint64_t code = parseDecimal(event.field(Field::BugcheckCode)).value_or(0);
   fall.stopCode = code != 0 ? std::optional(code) : parseHex(event.field(Field::StopCode));
   const std::vector<std::string> dumps = dumpsAmong(event.field(Field::AttachedFiles));
   fall.dump = dumps.empty() ? std::string(event.field(Field::param2)) : dumps.front();
@@ -94,7 +86,7 @@ MachineFall machineFall(const EventRecord& event) {
   fall.isErrorReport = !event.field(Field::EventName).empty();
   fall.asleep = isSet(event.field(Field::SleepInProgress));
   fall.inStandby = isSet(event.field(Field::ConnectedStandbyInProgress));
-  fall.buttonPressed = systemTime(decimal(event.field(Field::PowerButtonTimestamp)));
+  fall.buttonPressed = systemTime(parseDecimal(event.field(Field::PowerButtonTimestamp)));
   fall.powerButton = fall.buttonPressed || isSet(event.field(Field::LongPowerButtonPressDetected));
   fall.told = readToldTime(event.field(Field::Time), event.field(Field::Date));
   return fall;
@@ -112,7 +104,7 @@ SleepTold sleepTold(const EventRecord& event) {
   SleepTold told;
   told.kind = kindOf(event, SleepKind::Sleep);
   const bool standby = told.kind == SleepKind::Standby;
-  told.batteryEmpty = decimal(event.field(Field::Reason)) == (standby ? standbyBatteryLow : sleepBatteryLow);
+  told.batteryEmpty = parseDecimal(event.field(Field::Reason)) == (standby ? standbyBatteryLow : sleepBatteryLow);
   const bool begins = event.meaning == Meaning::Sleep || event.meaning == Meaning::StandbyBegun;
   told.begin = begins ? event.time : timeIn(event.field(Field::SleepTime));
   if (!begins) {
@@ -120,7 +112,7 @@ SleepTold sleepTold(const EventRecord& event) {
     told.end = end ? end : event.time;
   }
   constexpr std::uint64_t longest = std::chrono::microseconds(std::chrono::years(10)).count();
-  const auto duration = decimal(event.field(Field::DurationInUs));
+  const auto duration = parseDecimal(event.field(Field::DurationInUs));
   if (told.end && duration && *duration <= longest) {
     told.begin = *told.end - std::chrono::microseconds(*duration);
   }
@@ -136,7 +128,7 @@ std::string windowsBuild(const EventRecord& event) {
   // "10.00." and then the build.
   if (const std::string_view version = event.field(Field::WindowsVersion); !version.empty()) {
     const std::size_t dot = std::min(version.find('.'), version.size() - 1);
-    const std::uint64_t minor = decimal(version.substr(dot + 1)).value_or(0);
+    const std::uint64_t minor = parseDecimal(version.substr(dot + 1)).value_or(0);
     return std::string(version.substr(0, dot + 1)) + std::to_string(minor) + '.' +
            std::string(event.field(Field::BuildNumber));
   }

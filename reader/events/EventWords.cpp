@@ -1,11 +1,9 @@
 #include "reader/events/EventWords.h"
 
-#include <charconv>
 #include <cstddef>
 #include <cstdint>
 #include <sstream>
 #include <string_view>
-#include <system_error>
 
 #include "reader/events/CodeWords.h"
 #include "reader/events/EventPattern.h"
@@ -43,27 +41,26 @@ std::string wordsOr(CodeKind kind, std::uint64_t code) {
 // As it is when it is no number.
 std::string inForm(Form form, const std::string& value) {
   const auto hex = parseHex(value);
-  std::uint64_t number = 0;
-  const bool isNumber = std::from_chars(value.data(), value.data() + value.size(), number).ec == std::errc{};
+  const auto number = parseDecimal(value);
   switch (form) {
     case Form::Plain:
       return value;
     case Form::Hex:
-      return inHex(value);
+      return hex ? showHex(*hex) : value;
     case Form::Exception:
       return hex ? withWords(CodeKind::Exception, *hex) : value;
     case Form::Stop:
       return hex ? withWords(CodeKind::Stop, *hex) : value;
     case Form::DecimalStop:
-      return isNumber ? withWords(CodeKind::Stop, number) : value;
+      return number ? withWords(CodeKind::Stop, *number) : value;
     case Form::SleepReason:
-      return isNumber ? wordsOr(CodeKind::SleepReason, number) : value;
+      return number ? wordsOr(CodeKind::SleepReason, *number) : value;
     case Form::StandbyReason:
-      return isNumber ? wordsOr(CodeKind::StandbyReason, number) : value;
+      return number ? wordsOr(CodeKind::StandbyReason, *number) : value;
     case Form::Action:
-      return isNumber ? wordsOr(CodeKind::PowerAction, number) : value;
+      return number ? wordsOr(CodeKind::PowerAction, *number) : value;
     case Form::Size:
-      return isNumber ? '(' + std::to_string(number >> 20U) + " MiB)" : value;
+      return number ? '(' + std::to_string(*number >> 20U) + " MiB)" : value;
   }
   return value;
 }
