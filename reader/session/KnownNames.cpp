@@ -1,9 +1,9 @@
 #include "reader/session/KnownNames.h"
 
 #include <algorithm>
-#include <iterator>
 #include <optional>
 
+#include "reader/events/EventPattern.h"
 #include "reader/input/CleanText.h"
 #include "reader/input/Words.h"
 #include "reader/session/LogLine.h"
@@ -15,42 +15,16 @@ constexpr std::string_view separators = "\\/";
 constexpr std::string_view notInNames = "\\/\":;|=,+*?<>[]\r\n\t";  // Windows takes none of them.
 
 // In small letters: what Windows brings along, and what stands for nobody.
-constexpr std::string_view nobodies[] = {"system",
-                                         "local service",
-                                         "network service",
-                                         "localsystem",
-                                         "localservice",
-                                         "networkservice",
-                                         "public",
-                                         "lokaler dienst",
-                                         "netzwerkdienst",
-                                         "anonymous logon",
-                                         "administrator",
-                                         "guest",
-                                         "gast",
-                                         "default",
-                                         "default user",
-                                         "all users",
-                                         "defaultuser0",
-                                         "defaultaccount",
-                                         "desktop.ini",
-                                         "localhost",
-                                         "unavailable",
-                                         "unknown",
-                                         "n/a",
-                                         "null",
-                                         "azuread",
-                                         "workgroup",
-                                         "microsoftaccount",
-                                         "arbeitsgruppe",
-                                         "wdagutilityaccount"};
-constexpr std::string_view ownDomains[] = {"nt authority",   "nt-autorit\xC3\xA4t", "autorite nt",
-                                           "builtin",        "nt service",          "iis apppool",
-                                           "window manager", "font driver host",    "nt virtual machine"};
+constexpr std::string_view nobodies =
+    "system|local service|network service|localsystem|localservice|networkservice|public|lokaler dienst|netzwerkdienst|"
+    "anonymous logon|administrator|guest|gast|default|default user|all users|defaultuser0|defaultaccount|desktop.ini|"
+    "localhost|unavailable|unknown|n/a|null|azuread|workgroup|microsoftaccount|arbeitsgruppe|wdagutilityaccount";
+constexpr std::string_view ownDomains =
+    "nt authority|nt-autorit\xC3\xA4t|autorite nt|builtin|nt service|iis apppool|window manager|font driver host|"
+    "nt virtual machine";
 
-template <std::size_t count>
-bool isOneOf(std::string_view name, const std::string_view (&names)[count]) {
-  return std::find(std::begin(names), std::end(names), name) != std::end(names);
+bool isOneOf(std::string_view name, std::string_view names) {
+  return anyPart(names, [name](std::string_view other) { return name == other; });
 }
 
 bool isSeparator(char c) {
