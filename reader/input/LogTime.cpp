@@ -1,5 +1,6 @@
 #include "reader/input/LogTime.h"
 
+#include <algorithm>
 #include <array>
 #include <cstdio>
 #include <cstdlib>
@@ -26,6 +27,14 @@ std::string formatTime(Instant instant, std::chrono::minutes offset, char betwee
 }
 
 }  // namespace
+
+std::optional<Instant> earlier(std::optional<Instant> a, std::optional<Instant> b) {
+  return a && b ? std::min(a, b) : std::max(a, b);
+}
+
+std::optional<Instant> later(std::optional<Instant> a, std::optional<Instant> b) {
+  return std::max(a, b);  // Nothing is less than any.
+}
 
 std::optional<LogTime> parseTime(std::string_view text, std::size_t* used) {
   bool good = true;

@@ -19,6 +19,10 @@ struct LogTime {
   std::chrono::minutes offset;  // Local time minus UTC.
 };
 
+/// Of those that there are.
+std::optional<Instant> earlier(std::optional<Instant> a, std::optional<Instant> b);
+std::optional<Instant> later(std::optional<Instant> a, std::optional<Instant> b);
+
 /// Reads 2025-01-31T14:05:09.042+0100 at the text's beginning: a blank may stand for the T; seconds and
 /// fraction may be missing; the offset may be +01:00, Z or missing, which means UTC.
 /// @param used when given, receives the number of characters read.

@@ -42,10 +42,8 @@ void CopyTracker::takeEvent(std::string_view channel, std::uint64_t recordId, st
     if (titleRows[i].channel == channel && open_[i]) {
       ChannelCopy& copy = copies[*open_[i]];
       ++copy.events;
-      if (time) {
-        copy.oldest = std::min(copy.oldest.value_or(*time), *time);
-        copy.newest = std::max(copy.newest.value_or(*time), *time);
-      }
+      copy.oldest = earlier(copy.oldest, time);
+      copy.newest = later(copy.newest, time);
       if (recordId != 0) {
         copy.firstRecord = copy.firstRecord == 0 ? recordId : std::min(copy.firstRecord, recordId);
         copy.lastRecord = std::max(copy.lastRecord, recordId);

@@ -6,17 +6,14 @@
 #include <string>
 #include <string_view>
 #include <tuple>
-#include <utility>
 
 namespace sentiq {
 namespace {
 
-std::size_t eventHash(const EventRecord& event) {
-  return std::hash<std::string>{}(event.key());
-}
-
-// Of a line or a record.
-std::uint64_t lineHash(const Session& session, const LogEntry& entry) {
+std::uint64_t hashOf(const Session& session, const LogEntry& entry) {
+  if (entry.event) {
+    return std::hash<std::string>{}(session.eventOf(entry).key());
+  }
   std::uint64_t hash = std::hash<std::string_view>{}(entry.text) + static_cast<std::uint64_t>(entry.role);
   if (entry.metric) {
     const MetricSample& record = session.recordOf(entry);
@@ -34,53 +31,44 @@ GrowingSession::GrowingSession(Session session, std::size_t origin)
 }
 
 bool GrowingSession::hasOrigin(std::size_t origin) const {
-  return std::find(originOf_.begin(), originOf_.end(), origin) != originOf_.end();
+  return std::any_of(originOf_.begin(), originOf_.end(), [&](const auto& first) { return first.second == origin; });
 }
 
 void GrowingSession::noteLines(const Session& part, std::size_t origin) {
   for (const LogEntry& entry : part.entries) {
-    std::optional<std::size_t>& first = originOf_[static_cast<std::size_t>(entry.role)];
-    if (!first) {
-      first = origin;
-    }
-    if (entry.meaning == Meaning::Exit && !entry.event && entry.time) {
-      exit_ = std::max(exit_.value_or(*entry.time), *entry.time);
+    originOf_.try_emplace(entry.role, origin);
+    if (entry.meaning == Meaning::Exit && !entry.event) {
+      exit_ = later(exit_, entry.time);
     }
   }
 }
 
-void GrowingSession::indexLines() {
-  if (!lines_) {
-    lines_.emplace();
+void GrowingSession::index() {
+  if (!known_) {
+    known_.emplace();
     for (const LogEntry& entry : session_.entries) {
-      if (!entry.event) {
-        lines_->emplace(lineHash(session_, entry), *originOf_[static_cast<std::size_t>(entry.role)]);
-      }
+      known_->emplace(hashOf(session_, entry), originOf_.at(entry.role));
     }
   }
 }
 
-void GrowingSession::indexEvents() {
-  if (!events_) {
-    events_.emplace();
-    for (const EventRecord& event : session_.events) {
-      events_->insert(eventHash(event));
-    }
-  }
-}
-
-bool GrowingSession::isKnown(const Session& part, const LogEntry& entry, std::size_t origin) const {
-  const auto found = lines_->find(lineHash(part, entry));
-  return found != lines_->end() && found->second != origin;
+// An event is one wherever it stands; lines that are alike are several within one origin.
+bool GrowingSession::isNew(const Session& part, const LogEntry& entry, std::size_t origin) {
+  const auto [known, isNew] = known_->emplace(hashOf(part, entry), origin);
+  return isNew || (!entry.event && known->second == origin);
 }
 
 bool GrowingSession::holdsLineOf(const Session& part, std::size_t origin) {
-  indexLines();
-  return std::any_of(part.entries.begin(), part.entries.end(),
-                     [&](const LogEntry& entry) { return !entry.event && entry.time && isKnown(part, entry, origin); });
+  index();
+  return std::any_of(part.entries.begin(), part.entries.end(), [&](const LogEntry& entry) {
+    const auto known = !entry.event && entry.time ? known_->find(hashOf(part, entry)) : known_->end();
+    return known != known_->end() && known->second != origin;
+  });
 }
 
-void GrowingSession::add(Session part, std::size_t origin, const std::string& name) {
+void GrowingSession::add(SessionPart added) {
+  Session& part = added.session;
+  const std::size_t origin = added.origin;
   for (std::string Session::* const text :
        {&Session::id, &Session::processId, &Session::abnormalSessionId, &Session::folder, &Session::computer,
         &Session::timeZone, &Session::bootText}) {
@@ -94,46 +82,38 @@ void GrowingSession::add(Session part, std::size_t origin, const std::string& na
   if (!tellsOnly) {
     extent_.add(extentOf(part));
   }
-  const bool compared = std::any_of(part.entries.begin(), part.entries.end(), [&](const LogEntry& entry) {
-    const auto& first = originOf_[static_cast<std::size_t>(entry.role)];
-    return first && *first != origin;
+  const bool holdsSuchLines = std::any_of(part.entries.begin(), part.entries.end(), [&](const LogEntry& entry) {
+    const auto first = originOf_.find(entry.role);
+    return first != originOf_.end() && first->second != origin;
   });
-  if (compared) {
-    indexLines();
-  }
-  if (!part.events.empty() && !session_.events.empty()) {
-    indexEvents();
+  if (holdsSuchLines || (!part.events.empty() && !session_.events.empty())) {
+    index();
   }
   noteLines(part, origin);
   bool repeated = false;
   for (LogEntry& entry : part.entries) {
-    if (!entry.event && lines_) {
-      if (isKnown(part, entry, origin)) {
-        repeated = repeated || entry.time.has_value();
-        continue;
-      }
-      lines_->emplace(lineHash(part, entry), origin);
+    if (!known_ || isNew(part, entry, origin)) {
+      append(part, std::move(entry));
+    } else if (entry.event) {
+      ++session_.eventCopies;
+    } else {
+      repeated = repeated || entry.time;
     }
-    append(part, std::move(entry));
   }
   session_.counted.merge(part.counted);
   session_.eventCopies += repeated ? 0 : part.eventCopies + part.counted.size();  // What is in both stays behind.
   std::move(part.copies.begin(), part.copies.end(), std::back_inserter(session_.copies));
   std::move(part.laterBoots.begin(), part.laterBoots.end(), std::back_inserter(session_.laterBoots));
   std::move(part.repeated.begin(), part.repeated.end(), std::back_inserter(session_.repeated));
-  if (repeated && !name.empty() &&
-      std::find(session_.repeated.begin(), session_.repeated.end(), name) == session_.repeated.end()) {
-    session_.repeated.push_back(name);
+  if (repeated && !added.name.empty() &&
+      std::find(session_.repeated.begin(), session_.repeated.end(), added.name) == session_.repeated.end()) {
+    session_.repeated.push_back(std::move(added.name));
   }
 }
 
 void GrowingSession::append(Session& part, LogEntry entry) {
   if (entry.event) {
     EventRecord& event = part.events[*entry.event];
-    if (events_ && !events_->insert(eventHash(event)).second) {
-      ++session_.eventCopies;
-      return;
-    }
     entry.event = static_cast<std::uint32_t>(session_.events.size());
     session_.events.push_back(std::move(event));
   } else if (entry.metric) {
@@ -142,11 +122,6 @@ void GrowingSession::append(Session& part, LogEntry entry) {
     session_.metrics.push_back(std::move(record));
   }
   session_.entries.push_back(std::move(entry));
-}
-
-Session GrowingSession::takeOut() {
-  sortSession(session_);
-  return std::move(session_);
 }
 
 void sortSession(Session& session) {

@@ -2,8 +2,14 @@
 
 #include <algorithm>
 #include <chrono>
+#include <iterator>
 #include <optional>
+#include <string>
+#include <string_view>
 #include <utility>
+
+#include "reader/session/GrowingSession.h"
+#include "reader/session/SessionIndex.h"
 
 namespace sentiq {
 namespace {
@@ -63,56 +69,61 @@ std::optional<std::size_t> subjectOf(const std::vector<GrowingSession>& sessions
   return std::nullopt;
 }
 
+// Adds what an initial log tells to the session that it is about, if that is there.
+bool tell(std::vector<GrowingSession>& sessions, const SessionIndex& byId, Session& told, std::size_t origin) {
+  const std::optional<std::size_t> subject = subjectOf(sessions, byId, told);
+  if (!subject) {
+    return false;
+  }
+  // What its header says is true of the session that wrote it.
+  const std::optional<Instant> begin = sessions[*subject].extent().begin;
+  if (told.booted && begin && *told.booted > *begin) {
+    told.laterBoots.push_back(*told.booted);
+  }
+  told.bootText.clear();
+  told.booted.reset();
+  told.timeZone.clear();
+  told.abnormalSessionId.clear();
+  sessions[*subject].add({std::move(told), LogRole::Initial, origin, {}});
+  return true;
+}
+
 }  // namespace
 
-void addInitialLogs(std::vector<GrowingSession>& sessions, std::vector<SessionAssembly::Part> initials,
-                    std::vector<Session>& told) {
-  SessionIndex byProcess = indexOf(sessions, &Session::processId);
-  const SessionIndex byId = indexOf(sessions, &Session::id);
-  for (SessionAssembly::Part& part : initials) {
+void addInitialLogs(std::vector<Session>& sessions, std::vector<SessionPart> initials, std::vector<Session>& told) {
+  std::vector<GrowingSession> growing(std::make_move_iterator(sessions.begin()),
+                                      std::make_move_iterator(sessions.end()));
+  SessionIndex byProcess = indexOf(growing, &Session::processId);
+  const SessionIndex byId = indexOf(growing, &Session::id);
+  for (SessionPart& part : initials) {
     Session& initial = part.session;
     const SessionExtent extent = extentOf(initial);
     const std::string about = std::exchange(initial.id, {});
-    const std::optional<std::size_t> writer = writerOf(sessions, byProcess, initial, extent);
+    const std::optional<std::size_t> writer = writerOf(growing, byProcess, initial, extent);
     bool hasSubject = false;
-    if (!about.empty() && (!writer || sessions[*writer].session().id != about)) {
+    if (!about.empty() && (!writer || growing[*writer].session().id != about)) {
       Session& telling = told.emplace_back(initial);
       telling.id = about;
       telling.processId.clear();
-      hasSubject = subjectOf(sessions, byId, telling).has_value();
+      hasSubject = subjectOf(growing, byId, telling).has_value();
     }
     initial.abnormalSessionId = about;
     if (writer) {
-      sessions[*writer].add(std::move(initial), part.origin, part.name);
+      growing[*writer].add(std::move(part));
     } else if (!hasSubject) {
       for (const std::string_view folder : {std::string_view(initial.folder), anyFolder}) {
-        byProcess.add(joinedKey({initial.processId, folder}), extent.begin, sessions.size());
+        byProcess.add(joinedKey({initial.processId, folder}), extent.begin, growing.size());
       }
-      sessions.emplace_back(std::move(initial), part.origin);
+      growing.emplace_back(std::move(initial), part.origin);
     }
   }
-  tellSessions(sessions, told);
-}
-
-void tellSessions(std::vector<GrowingSession>& sessions, std::vector<Session>& told) {
-  const SessionIndex byId = indexOf(sessions, &Session::id);
   std::size_t origin = 0;
-  std::erase_if(told, [&](Session& part) {
-    const std::optional<std::size_t> subject = subjectOf(sessions, byId, part);
-    if (subject) {
-      // What its header says is true of the session that wrote it.
-      const std::optional<Instant> begin = sessions[*subject].extent().begin;
-      if (part.booted && begin && *part.booted > *begin) {
-        part.laterBoots.push_back(*part.booted);
-      }
-      part.bootText.clear();
-      part.booted.reset();
-      part.timeZone.clear();
-      part.abnormalSessionId.clear();
-      sessions[*subject].add(std::move(part), --origin, {});
-    }
-    return subject.has_value();
-  });
+  std::erase_if(told, [&](Session& part) { return tell(growing, byId, part, --origin); });
+  sessions.clear();
+  for (GrowingSession& session : growing) {
+    sessions.push_back(session.takeOut());
+    sortSession(sessions.back());
+  }
 }
 
 }  // namespace sentiq

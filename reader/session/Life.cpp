@@ -36,7 +36,7 @@ Life lifeOf(const Session& session, std::size_t index) {
       (entry.role == LogRole::Session ? life.records : life.power).clear();  // The clock was set back.
     }
     before = &entry;
-    life.begin = std::min(life.begin.value_or(*entry.time), *entry.time);
+    life.begin = earlier(life.begin, entry.time);
     if (entry.metric) {
       life.records.push_back(*entry.time);
     } else if (entry.meaning == Meaning::Exit) {

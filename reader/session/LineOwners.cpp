@@ -3,12 +3,10 @@
 #include <algorithm>
 #include <chrono>
 #include <cstddef>
-#include <map>
 #include <optional>
 #include <string>
 #include <utility>
 
-#include "reader/session/GrowingSession.h"
 #include "reader/session/Life.h"
 
 namespace sentiq {
@@ -215,22 +213,12 @@ void Owners::apply() {
   for (auto& [session, copy] : movedCopies_) {
     sessions_[session].copies.push_back(std::move(copy));
   }
-  for (const Life& life : lives_) {
-    sortSession(sessions_[life.session]);
-  }
-  if (nameless_) {
-    sortSession(sessions_[*nameless_]);
-  }
 }
 
 }  // namespace
 
 void giveLinesToTheirOwners(std::vector<Session>& sessions) {
-  std::map<std::string, std::vector<std::size_t>> folders;
-  for (std::size_t i = 0; i < sessions.size(); ++i) {
-    folders[sessions[i].folder].push_back(i);
-  }
-  for (const auto& [folder, ofFolder] : folders) {
+  for (const auto& [folder, ofFolder] : byFolder(sessions)) {
     Owners(sessions, ofFolder).give();
   }
 }

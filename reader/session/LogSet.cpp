@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <iterator>
-#include <limits>
 #include <optional>
 #include <utility>
 
@@ -17,25 +16,6 @@
 namespace sentiq {
 namespace {
 
-std::vector<Session> takeOut(std::vector<GrowingSession> growing) {
-  std::vector<Session> sessions;
-  sessions.reserve(growing.size());
-  for (GrowingSession& session : growing) {
-    sessions.push_back(session.takeOut());
-  }
-  return sessions;
-}
-
-std::vector<GrowingSession> growing(std::vector<Session> sessions) {
-  constexpr std::size_t ownLogs = std::numeric_limits<std::size_t>::max();
-  std::vector<GrowingSession> result;
-  result.reserve(sessions.size());
-  for (Session& session : sessions) {
-    result.emplace_back(std::move(session), ownLogs);
-  }
-  return result;
-}
-
 std::optional<Instant> beginOf(const Session& session) {
   const auto first = std::find_if(session.entries.begin(), session.entries.end(),
                                   [](const LogEntry& entry) { return entry.time && !entry.event; });
@@ -47,97 +27,67 @@ void sortByBegin(std::vector<Session>& sessions) {
                    [](const Session& a, const Session& b) { return beginOf(a) < beginOf(b); });
 }
 
-// Files to parts.
-class Reading {
- public:
-  Reading(std::istream& standardInput, Progress& progress, Keep keep, const std::atomic<bool>& stop, KnownNames* names)
-      : standardInput_(standardInput), progress_(progress), keep_(keep), stop_(stop), names_(names) {}
-
-  void read(const LogInput& input);
-  LogSet finish();
-
- private:
-  void add(std::vector<SessionPart> parts, const std::string& name);
-
-  std::istream& standardInput_;
-  Progress& progress_;
-  const Keep keep_;
-  const std::atomic<bool>& stop_;
-  KnownNames* const names_;
-  LogSet set_;
-  SessionAssembly assembly_;
-  std::vector<SessionAssembly::Part> initials_;
-};
-
-void Reading::read(const LogInput& input) {
+// Of a file that is no log of the program no parts, and a word in the set.
+std::vector<SessionPart> readLog(const LogInput& input, std::istream& standardInput, Progress& progress, Keep keep,
+                                 const std::atomic<bool>& stop, KnownNames* names, LogSet& set) {
   constexpr std::size_t enoughToTell = 4U << 20;  // Of what is no log of the program.
-  LogFileInfo& file = set_.files.emplace_back();
+  const std::size_t origin = set.files.size();
+  LogFileInfo& file = set.files.emplace_back();
   file.name = input.name;
-  LogFileReader reader(file, set_.files.size() - 1, keep_, names_);
+  LogFileReader reader(file, origin, keep, names);
   std::size_t size = 0;
-  file.readable = readInput(input.name, standardInput_, progress_, stop_, [&](std::string_view bytes) {
+  file.readable = readInput(input.name, standardInput, progress, stop, [&](std::string_view bytes) {
     reader.feed(bytes);
     size += bytes.size();
     return reader.isKnown() || size < enoughToTell;
   });
-  if (!stop_) {
+  if (!stop) {
     reader.finish();
   }
   std::vector<SessionPart> parts = reader.takeOut();
-  if (file.readable && file.lines > 0 && !reader.isKnown() && !stop_) {
-    set_.files.pop_back();
-    (input.fromFolder ? set_.leftOut : set_.foreign).push_back(input.name);
-    return;
+  if (file.readable && file.lines > 0 && !reader.isKnown() && !stop) {
+    set.files.pop_back();
+    (input.fromFolder ? set.leftOut : set.foreign).push_back(input.name);
+    return {};
   }
-  add(std::move(parts), input.name);
-}
-
-void Reading::add(std::vector<SessionPart> parts, const std::string& name) {
-  const std::string folder = textFromPath(pathFromText(name).parent_path());
-  const std::size_t origin = set_.files.size() - 1;
-  std::optional<std::size_t> above;
+  const std::string folder = textFromPath(pathFromText(input.name).parent_path());
   for (SessionPart& part : parts) {
     part.session.folder = folder;
-    SessionAssembly::Part next{std::move(part.session), origin, name, above};
-    if (part.role == LogRole::Initial) {
-      initials_.push_back(std::move(next));
-    } else if (const auto session = assembly_.add(std::move(next))) {
-      above = session;
-    }
+    part.origin = origin;
+    part.name = input.name;
   }
-}
-
-LogSet Reading::finish() {
-  std::vector<Session> sessions = takeOut(assembly_.takeOut());
-  giveLinesToTheirOwners(sessions);
-  std::vector<GrowingSession> all = growing(std::move(sessions));
-  addInitialLogs(all, std::move(initials_), set_.told);
-  set_.sessions = takeOut(std::move(all));
-  tellNeighbours(set_.sessions);
-  sortByBegin(set_.sessions);
-  set_.stopped = stop_;
-  return std::move(set_);
-}
-
-LogSet stoppedSet() {
-  LogSet set;
-  set.stopped = true;
-  return set;
+  return parts;
 }
 
 }  // namespace
 
 LogSet readLogs(const std::vector<LogInput>& files, std::istream& standardInput, Progress& progress, Keep keep,
                 const std::atomic<bool>& stop, KnownNames* names) {
-  Reading reading(standardInput, progress, keep, stop, names);
-  for (const LogInput& input : files) {
-    if (stop) {
-      break;
+  LogSet set;
+  SessionAssembly assembly;
+  std::vector<SessionPart> initials;
+  for (auto input = files.begin(); input != files.end() && !stop; ++input) {
+    std::optional<std::size_t> above;
+    for (SessionPart& part : readLog(*input, standardInput, progress, keep, stop, names, set)) {
+      if (part.role == LogRole::Initial) {
+        initials.push_back(std::move(part));
+      } else {
+        part.above = above;
+        const auto session = assembly.add(std::move(part));
+        above = session ? session : above;
+      }
     }
-    reading.read(input);
   }
-  // A triage leaves out what was half read: who has asked for the end need not wait for its assembly.
-  return stop && keep == Keep::Judgement ? stoppedSet() : reading.finish();
+  set.stopped = stop;
+  if (set.stopped && keep == Keep::Judgement) {
+    return set;  // A triage leaves out what was half read: who has asked for the end need not wait for its assembly.
+  }
+  set.sessions = assembly.takeOut();
+  giveLinesToTheirOwners(set.sessions);
+  addInitialLogs(set.sessions, std::move(initials), set.told);
+  tellNeighbours(set.sessions);
+  sortByBegin(set.sessions);
+  return set;
 }
 
 void joinSets(std::vector<Session>& sessions, std::vector<Session>& told) {
@@ -148,13 +98,12 @@ void joinSets(std::vector<Session>& sessions, std::vector<Session>& told) {
       nameless.push_back(std::move(sessions[i]));
     } else {
       const std::string folder = sessions[i].folder;
-      assembly.add({std::move(sessions[i]), i, folder});
+      assembly.add({std::move(sessions[i]), LogRole::Unknown, i, folder});
     }
   }
-  std::vector<GrowingSession> all = assembly.takeOut();
-  tellSessions(all, told);
-  sessions = takeOut(std::move(all));
+  sessions = assembly.takeOut();
   std::move(nameless.begin(), nameless.end(), std::back_inserter(sessions));
+  addInitialLogs(sessions, {}, told);
   sortByBegin(sessions);
 }
 

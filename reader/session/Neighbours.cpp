@@ -4,15 +4,14 @@
 #include <chrono>
 #include <cstddef>
 #include <iterator>
-#include <map>
 #include <optional>
 #include <string>
 #include <unordered_set>
 #include <utility>
 
 #include "reader/events/EventFacts.h"
-#include "reader/input/CleanText.h"
 #include "reader/session/GrowingSession.h"
+#include "reader/session/SessionExtent.h"
 
 namespace sentiq {
 namespace {
@@ -32,7 +31,7 @@ struct Reach {
 };
 
 bool isSameMachine(const Session& a, const Session& b) {
-  return a.computer.empty() || b.computer.empty() || equalIgnoringCase(a.computer, b.computer);
+  return sameComputer(a.computer, b.computer).value_or(true);
 }
 
 std::optional<Instant> exitOf(const Session& session) {
@@ -60,36 +59,6 @@ std::vector<Reach> reachesOf(const std::vector<Session>& sessions, const std::ve
   return reaches;
 }
 
-struct Loan {
-  std::size_t from;
-  std::size_t entry;
-  std::size_t to;  // Index of a reach.
-};
-
-std::vector<Loan> loansOf(const std::vector<Session>& sessions, const std::vector<std::size_t>& givers,
-                          const std::vector<Reach>& reaches) {
-  std::vector<Loan> loans;
-  for (const std::size_t giver : givers) {
-    const std::vector<LogEntry>& entries = sessions[giver].entries;
-    for (std::size_t i = 0; i < entries.size(); ++i) {
-      const LogEntry& entry = entries[i];
-      if (!entry.event || !entry.time || entry.meaning == Meaning::Other) {
-        continue;
-      }
-      auto reach = std::upper_bound(reaches.begin(), reaches.end(), *entry.time,
-                                    [](Instant time, const Reach& r) { return time < r.begin; });
-      for (std::size_t looked = 0; looked < mostLookedAt && reach != reaches.begin(); ++looked) {
-        --reach;
-        if (reach->session != giver && *entry.time <= reach->until &&
-            isSameMachine(sessions[giver], sessions[reach->session])) {
-          loans.push_back({giver, i, static_cast<std::size_t>(reach - reaches.begin())});
-        }
-      }
-    }
-  }
-  return loans;
-}
-
 void lend(const EventRecord& event, LogEntry entry, Session& to, Reach& reach) {
   if (reach.known.empty()) {
     for (const EventRecord& own : to.events) {
@@ -101,6 +70,23 @@ void lend(const EventRecord& event, LogEntry entry, Session& to, Reach& reach) {
     entry.event = static_cast<std::uint32_t>(to.events.size());
     to.events.push_back(event);
     to.entries.push_back(std::move(entry));
+  }
+}
+
+void lendEvents(std::vector<Session>& sessions, std::size_t giver, std::vector<Reach>& reaches) {
+  for (const LogEntry& entry : sessions[giver].entries) {
+    if (!entry.event || !entry.time || entry.meaning == Meaning::Other || entry.borrowed) {
+      continue;
+    }
+    auto reach = std::upper_bound(reaches.begin(), reaches.end(), *entry.time,
+                                  [](Instant time, const Reach& r) { return time < r.begin; });
+    for (std::size_t looked = 0; looked < mostLookedAt && reach != reaches.begin(); ++looked) {
+      --reach;
+      Session& other = sessions[reach->session];
+      if (reach->session != giver && *entry.time <= reach->until && isSameMachine(sessions[giver], other)) {
+        lend(sessions[giver].eventOf(entry), entry, other, *reach);
+      }
+    }
   }
 }
 
@@ -156,15 +142,12 @@ void tellOfEarlier(std::vector<Session>& sessions, const std::vector<Reach>& rea
 
 void tellOneFolder(std::vector<Session>& sessions, const std::vector<std::size_t>& ofFolder) {
   std::vector<Reach> reaches = reachesOf(sessions, ofFolder);
-  const std::vector<Loan> loans = loansOf(sessions, ofFolder, reaches);
   for (std::size_t i = 0; i < reaches.size(); ++i) {
     tellOfEarlier(sessions, reaches, i);
     tellOfOthers(sessions, reaches, i);
   }
-  for (const Loan& loan : loans) {  // Entries are only added, behind those that are meant.
-    const Session& from = sessions[loan.from];
-    const LogEntry& entry = from.entries[loan.entry];
-    lend(from.eventOf(entry), entry, sessions[reaches[loan.to].session], reaches[loan.to]);
+  for (const std::size_t giver : ofFolder) {
+    lendEvents(sessions, giver, reaches);
   }
   for (const Reach& reach : reaches) {
     sortSession(sessions[reach.session]);
@@ -174,11 +157,7 @@ void tellOneFolder(std::vector<Session>& sessions, const std::vector<std::size_t
 }  // namespace
 
 void tellNeighbours(std::vector<Session>& sessions) {
-  std::map<std::string, std::vector<std::size_t>> folders;
-  for (std::size_t i = 0; i < sessions.size(); ++i) {
-    folders[sessions[i].folder].push_back(i);
-  }
-  for (const auto& [folder, ofFolder] : folders) {
+  for (const auto& [folder, ofFolder] : byFolder(sessions)) {
     if (ofFolder.size() > 1) {
       tellOneFolder(sessions, ofFolder);
     }

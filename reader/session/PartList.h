@@ -10,13 +10,6 @@
 
 namespace sentiq {
 
-/// What a file holds of one session: what follows a header, up to the next one, but the records of another process. Of
-/// an initial log, `session.id` is the id that its header names: that of the session before.
-struct SessionPart {
-  Session session;
-  LogRole role = LogRole::Unknown;
-};
-
 class PartList {
  public:
   /// The part that the last header began; made when there is none.

@@ -18,16 +18,24 @@ SessionSpan sessionSpan(const Session& session) {
   const MetricSample* firstRecord = nullptr;
   for (const LogEntry& entry : session.entries) {
     if (entry.time && !entry.event && entry.role != LogRole::Initial) {
-      span.begin = std::min(span.begin.value_or(*entry.time), *entry.time);
-      span.end = std::max(span.end.value_or(*entry.time), *entry.time);
+      span.begin = earlier(span.begin, entry.time);
+      span.end = later(span.end, entry.time);
       span.offset = entry.offset;
       firstRecord = firstRecord == nullptr && entry.metric ? &session.recordOf(entry) : firstRecord;
     }
   }
-  if (span.begin && firstRecord != nullptr) {
-    span.begin = std::min(*span.begin, firstRecord->time.instant - firstRecord->ran.value_or(Ticks{}));
+  if (firstRecord != nullptr) {
+    span.begin = earlier(span.begin, firstRecord->time.instant - firstRecord->ran.value_or(Ticks{}));
   }
   return span;
+}
+
+std::map<std::string, std::vector<std::size_t>> byFolder(const std::vector<Session>& sessions) {
+  std::map<std::string, std::vector<std::size_t>> folders;
+  for (std::size_t i = 0; i < sessions.size(); ++i) {
+    folders[sessions[i].folder].push_back(i);
+  }
+  return folders;
 }
 
 std::string sourceOf(const Session& session, const LogEntry& entry) {

@@ -4,6 +4,7 @@
 #include <chrono>
 #include <cstddef>
 #include <cstdint>
+#include <map>
 #include <optional>
 #include <string>
 #include <unordered_map>
@@ -81,6 +82,16 @@ struct Session {
   const MetricSample& recordOf(const LogEntry& entry) const { return metrics[*entry.metric]; }
 };
 
+/// What a log holds of one session: what follows a header, up to the next one, but the records of another process. Of
+/// an initial log, `session.id` is the id that its header names: that of the session before.
+struct SessionPart {
+  Session session;
+  LogRole role = LogRole::Unknown;
+  std::size_t origin = 0;              // Its file, or set of logs: within one, lines that are alike are several.
+  std::string name;                    // Of that.
+  std::optional<std::size_t> above{};  // The session under whose header it stands, of a part without a session id.
+};
+
 /// From Canvix's start, as far as records tell it, to the last line of the session and watchdog logs; the initial log
 /// tells of the time before.
 struct SessionSpan {
@@ -92,6 +103,9 @@ struct SessionSpan {
   bool contains(Instant time) const;
 };
 SessionSpan sessionSpan(const Session& session);
+
+/// Indexes of the sessions in each folder.
+std::map<std::string, std::vector<std::size_t>> byFolder(const std::vector<Session>& sessions);
 
 /// "session", "watchdog", "initial" or "unknown"; for an event its channel.
 std::string sourceOf(const Session& session, const LogEntry& entry);

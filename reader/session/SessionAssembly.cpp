@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <chrono>
 
-#include "reader/input/CleanText.h"
 #include "reader/session/Life.h"
 
 namespace sentiq {
@@ -18,12 +17,12 @@ bool processFits(const Session& a, const Session& b) {
 // On one machine no two have the same ids at one time, whatever their records say of its start.
 bool atOneTime(const SessionExtent& a, const SessionExtent& b) {
   const bool overlap = a.begin && b.begin && *a.begin <= *b.end && *b.begin <= *a.end;
-  return overlap && (a.computer.empty() || b.computer.empty() || equalIgnoringCase(a.computer, b.computer));
+  return overlap && sameComputer(a.computer, b.computer).value_or(true);
 }
 
 }  // namespace
 
-std::optional<std::size_t> SessionAssembly::add(Part part) {
+std::optional<std::size_t> SessionAssembly::add(SessionPart part) {
   if (part.session.id.empty()) {
     waiting_.push_back(std::move(part));
     return std::nullopt;
@@ -60,14 +59,14 @@ bool SessionAssembly::isSame(GrowingSession& session, const Session& part, const
   return tie == Tie::Proven || (tie == Tie::Possible && (otherLogs || session.holdsLineOf(part, origin)));
 }
 
-std::size_t SessionAssembly::join(std::optional<std::size_t> session, Part part) {
+std::size_t SessionAssembly::join(std::optional<std::size_t> session, SessionPart part) {
   const std::string id = part.session.id;
   const std::string processId = part.session.processId;
   const std::string folder = part.session.folder;
   const std::size_t index = session.value_or(sessions_.size());
   const bool namesProcess = !session || sessions_[index].session().processId.empty();
   if (session) {
-    sessions_[index].add(std::move(part.session), part.origin, part.name);
+    sessions_[index].add(std::move(part));
   } else {
     sessions_.emplace_back(std::move(part.session), part.origin);
   }
@@ -85,7 +84,7 @@ std::size_t SessionAssembly::join(std::optional<std::size_t> session, Part part)
 }
 
 // A process id is given again some time after the process has ended.
-std::optional<std::size_t> SessionAssembly::findByProcess(const Part& part, const SessionExtent& extent) const {
+std::optional<std::size_t> SessionAssembly::findByProcess(const SessionPart& part, const SessionExtent& extent) const {
   constexpr std::chrono::minutes afterExit{1};
   constexpr std::chrono::hours beforeBegin{1};
   for (const std::size_t i : byProcess_.near(joinedKey({part.session.processId, part.session.folder}), extent.begin)) {
@@ -102,10 +101,10 @@ std::optional<std::size_t> SessionAssembly::findByProcess(const Part& part, cons
 // Those without a process id, which have times only, come last: then the others have told when each session was.
 void SessionAssembly::placeNameless() {
   constexpr std::chrono::minutes afterEnd{5};
-  const auto withoutProcess = std::stable_partition(waiting_.begin(), waiting_.end(),
-                                                    [](const Part& part) { return !part.session.processId.empty(); });
+  const auto withoutProcess = std::stable_partition(
+      waiting_.begin(), waiting_.end(), [](const SessionPart& part) { return !part.session.processId.empty(); });
   std::map<std::string, std::size_t> nameless;  // By folder and process.
-  const auto joinNameless = [&](Part& part) {
+  const auto joinNameless = [&](SessionPart& part) {
     const std::string key = joinedKey({part.session.folder, part.session.processId});
     const auto found = nameless.find(key);
     nameless[key] = join(found != nameless.end() ? std::optional(found->second) : std::nullopt, std::move(part));
@@ -142,9 +141,14 @@ void SessionAssembly::placeNameless() {
   waiting_.clear();
 }
 
-std::vector<GrowingSession> SessionAssembly::takeOut() {
+std::vector<Session> SessionAssembly::takeOut() {
   placeNameless();
-  return std::move(sessions_);
+  std::vector<Session> sessions;
+  sessions.reserve(sessions_.size());
+  for (GrowingSession& session : sessions_) {
+    sessions.push_back(session.takeOut());
+  }
+  return sessions;
 }
 
 }  // namespace sentiq

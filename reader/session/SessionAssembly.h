@@ -16,34 +16,26 @@ namespace sentiq {
 
 class SessionAssembly {
  public:
-  /// A part of a session's own logs.
-  struct Part {
-    Session session;
-    std::size_t origin = 0;              // Its file, or set of logs.
-    std::string name;                    // Of that.
-    std::optional<std::size_t> above{};  // The session under whose header it stands, of a part without a session id.
-  };
-
   /// Ids need not be unique between machines: in another folder, computer or start of Windows have to be the same, or
   /// lines, or the folders hold different logs of it.
   /// @return the index of its session; nothing when it has no session id: then it has to wait for the others.
-  std::optional<std::size_t> add(Part part);
+  std::optional<std::size_t> add(SessionPart part);
 
   /// All parts are there. Those without a session id go where their process id and their time fit; what fits nowhere is
   /// a session without a name, one for each folder and process.
-  std::vector<GrowingSession> takeOut();
+  std::vector<Session> takeOut();
 
  private:
   std::optional<std::size_t> find(const Session& part, const SessionExtent& extent, std::size_t origin);
   static bool isSame(GrowingSession& session, const Session& part, const SessionExtent& extent, std::size_t origin);
-  std::size_t join(std::optional<std::size_t> session, Part part);
-  std::optional<std::size_t> findByProcess(const Part& part, const SessionExtent& extent) const;
+  std::size_t join(std::optional<std::size_t> session, SessionPart part);
+  std::optional<std::size_t> findByProcess(const SessionPart& part, const SessionExtent& extent) const;
   void placeNameless();
 
   std::vector<GrowingSession> sessions_;
   SessionIndex byName_;
   SessionIndex byProcess_;
-  std::vector<Part> waiting_;
+  std::vector<SessionPart> waiting_;
 };
 
 }  // namespace sentiq

@@ -1,6 +1,5 @@
 #include "reader/session/SessionExtent.h"
 
-#include <algorithm>
 #include <chrono>
 
 #include "reader/input/CleanText.h"
@@ -12,18 +11,6 @@ using std::chrono::abs;
 
 // The program tells the start of Windows from two clocks, in whole seconds, and those are set right now and then.
 constexpr std::chrono::seconds bootSlack{10};
-
-template <typename Choose>
-void extend(std::optional<Instant>& limit, const std::optional<Instant>& more, Choose choose) {
-  if (more) {
-    limit = limit ? choose(*limit, *more) : *more;
-  }
-}
-
-void extendBoot(SessionExtent& extent, const std::optional<Instant>& from, const std::optional<Instant>& to) {
-  extend(extent.bootFrom, from, [](Instant a, Instant b) { return std::min(a, b); });
-  extend(extent.bootTo, to, [](Instant a, Instant b) { return std::max(a, b); });
-}
 
 // How far b's start of Windows is after a's; 0 when they are the same, nothing when one is not known. The header tells
 // it in local time: when summer time has begun or ended since, it is an hour off.
@@ -38,18 +25,13 @@ std::optional<Ticks> bootDistance(const SessionExtent& a, const SessionExtent& b
   return same ? Ticks{} : distance;
 }
 
-// Nothing when one is not known.
-std::optional<bool> sameComputer(const SessionExtent& a, const SessionExtent& b) {
-  return a.computer.empty() || b.computer.empty() ? std::nullopt
-                                                  : std::optional(equalIgnoringCase(a.computer, b.computer));
-}
-
 }  // namespace
 
 void SessionExtent::add(const SessionExtent& more) {
-  extend(begin, more.begin, [](Instant a, Instant b) { return std::min(a, b); });
-  extend(end, more.end, [](Instant a, Instant b) { return std::max(a, b); });
-  extendBoot(*this, more.bootFrom, more.bootTo);
+  begin = earlier(begin, more.begin);
+  end = later(end, more.end);
+  bootFrom = earlier(bootFrom, more.bootFrom);
+  bootTo = later(bootTo, more.bootTo);
   computer = computer.empty() ? more.computer : computer;
 }
 
@@ -57,22 +39,27 @@ SessionExtent extentOf(const Session& session) {
   SessionExtent own;
   SessionExtent told;
   for (const LogEntry& entry : session.entries) {
-    if (entry.time && !entry.event) {
+    if (!entry.event) {
       SessionExtent& extent = entry.role == LogRole::Initial ? told : own;
-      extent.begin = std::min(extent.begin.value_or(*entry.time), *entry.time);
-      extent.end = std::max(extent.end.value_or(*entry.time), *entry.time);
+      extent.begin = earlier(extent.begin, entry.time);
+      extent.end = later(extent.end, entry.time);
     }
   }
   SessionExtent& extent = own.begin ? own : told;
   extent.computer = session.computer;
-  extendBoot(extent, session.booted, session.booted);
+  extent.bootFrom = extent.bootTo = session.booted;
   for (const MetricSample& record : session.metrics) {
     if (record.up) {
       const Instant boot = record.time.instant - *record.up;
-      extendBoot(extent, boot, boot);
+      extent.bootFrom = earlier(extent.bootFrom, boot);
+      extent.bootTo = later(extent.bootTo, boot);
     }
   }
   return extent;
+}
+
+std::optional<bool> sameComputer(std::string_view a, std::string_view b) {
+  return a.empty() || b.empty() ? std::nullopt : std::optional(equalIgnoringCase(a, b));
 }
 
 std::optional<bool> sameStart(const SessionExtent& a, const SessionExtent& b) {
@@ -88,7 +75,7 @@ Tie tieOfRun(const SessionExtent& a, const SessionExtent& b) {
   if (startedAfter(a, b) || startedAfter(b, a)) {
     return Tie::Impossible;
   }
-  if (const auto same = sameComputer(a, b)) {
+  if (const auto same = sameComputer(a.computer, b.computer)) {
     return *same ? Tie::Proven : Tie::Impossible;
   }
   if (const auto same = sameStart(a, b)) {
@@ -103,7 +90,7 @@ Tie tieToSubject(const SessionExtent& initial, const SessionExtent& subject) {
   if (initial.begin && subject.end && *subject.end > *initial.begin + late) {
     return Tie::Impossible;
   }
-  if (const auto same = sameComputer(initial, subject)) {
+  if (const auto same = sameComputer(initial.computer, subject.computer)) {
     return *same ? Tie::Proven : Tie::Impossible;
   }
   const auto distance = bootDistance(subject, initial);

@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <string_view>
 
 #include "reader/input/LogTime.h"
 #include "reader/session/Session.h"
@@ -29,6 +30,9 @@ enum class Tie : std::uint8_t {
   Possible,  // Nothing speaks against it.
   Proven,    // The same computer, or the same start of Windows.
 };
+
+/// Nothing when one has no name.
+std::optional<bool> sameComputer(std::string_view a, std::string_view b);
 
 /// Whether Windows had been started at the same time, within seconds; nothing when that is not known of both.
 std::optional<bool> sameStart(const SessionExtent& a, const SessionExtent& b);
