@@ -3,12 +3,10 @@
 #pragma once
 
 #include <array>
-#include <cstddef>
 #include <cstdint>
-#include <functional>
+#include <map>
 #include <string>
 #include <string_view>
-#include <vector>
 
 namespace sentiq {
 
@@ -19,8 +17,8 @@ class KeptRecords {
 
   bool empty() const { return rows_.empty(); }
 
-  /// In the order of the lines; empties it.
-  void takeOut(const std::function<void(std::uint64_t line, const std::string& text)>& visit);
+  /// By their lines; empties it.
+  std::map<std::uint64_t, std::string> takeOut();
 
  private:
   struct Record {
@@ -28,15 +26,8 @@ class KeptRecords {
     std::uint64_t line = 0;
     std::string text;
   };
-  struct Row {
-    std::int64_t processId = 0;  // Two programs may write into one file by turns.
-    std::array<Record, 4> records;
-  };
 
-  Row& rowOf(std::int64_t processId);
-
-  std::vector<Row> rows_;
-  std::size_t last_ = 0;
+  std::map<std::int64_t, std::array<Record, 4>> rows_;  // By process: two programs may write into one file by turns.
 };
 
 }  // namespace sentiq

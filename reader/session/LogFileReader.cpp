@@ -68,7 +68,9 @@ void LogFileReader::keepRaw(std::string_view text) {
 }
 
 void LogFileReader::takeKeptRecords() {
-  kept_.takeOut([this](std::uint64_t line, const std::string& text) { entries_.takeRecord(text, line); });
+  for (const auto& [line, text] : kept_.takeOut()) {
+    entries_.takeRecord(text, line);
+  }
 }
 
 std::vector<SessionPart> LogFileReader::takeOut() {
