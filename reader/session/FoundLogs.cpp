@@ -1,12 +1,13 @@
 // Which files are logs, by their names, and where names do not tell, by their first lines.
 #include <algorithm>
+#include <cstddef>
 #include <cstdint>
 #include <filesystem>
+#include <functional>
 #include <set>
 #include <string_view>
 #include <system_error>
 #include <unordered_set>
-#include <utility>
 
 #include "reader/console/Console.h"
 #include "reader/input/ByteSource.h"
@@ -23,8 +24,13 @@ bool beginsAsLog(const std::filesystem::path& path) {
   Utf8Bytes text;
   ByteSource source = ByteSource::file(path);
   const std::atomic<bool> stop = false;
-  reader.feed(
-      text.take({bytes.data(), source.isOpen() ? source.read(bytes.data(), bytes.size(), stop).value_or(0) : 0}));
+  const std::size_t size = source.isOpen() ? source.read(bytes.data(), bytes.size(), stop).value_or(0) : 0;
+  std::string_view rest = text.take({bytes.data(), size});
+  while (!rest.empty() && !reader.isKnown()) {  // The first line tells, most often.
+    const std::string_view next = rest.substr(0, 4096);
+    reader.feed(next);
+    rest.remove_prefix(next.size());
+  }
   return reader.isKnown();
 }
 
@@ -34,8 +40,7 @@ enum class Name : std::uint8_t { Log, Perhaps, Other };
 
 Name nameOf(const std::filesystem::path& path) {
   const std::string extension = textFromPath(path.extension());
-  const bool number = extension.size() > 1 &&
-                      std::all_of(extension.begin() + 1, extension.end(), [](char c) { return c >= '0' && c <= '9'; });
+  const bool number = extension.size() > 1 && extension.find_first_not_of("0123456789", 1) == std::string::npos;
   return equalIgnoringCase(extension, ".log") ? Name::Log
          : equalIgnoringCase(extension, ".txt") ||
                  (number && equalIgnoringCase(textFromPath(path.stem().extension()), ".log"))
@@ -43,35 +48,14 @@ Name nameOf(const std::filesystem::path& path) {
              : Name::Other;
 }
 
-class Search {
- public:
-  explicit Search(const std::atomic<bool>* stop) : stop_(stop) {}
+using Visit = std::function<void(const std::filesystem::path& path, bool fromFolder)>;
 
-  void findIn(const std::filesystem::path& folder);
-  void add(const std::string& name, bool fromFolder);
-  bool isStopped() const { return stop_ != nullptr && *stop_; }
-
-  std::vector<LogInput> files;
-
- private:
-  const std::atomic<bool>* stop_;
-  std::unordered_set<std::string> seen_;
-};
-
-void Search::add(const std::string& name, bool fromFolder) {
-  std::error_code unknown;
-  const std::filesystem::path whole = std::filesystem::absolute(pathFromText(name), unknown);
-  if (name == "-" || seen_.insert(textFromPath(whole.lexically_normal())).second) {
-    files.push_back({name, fromFolder});
-  }
-}
-
-void Search::findIn(const std::filesystem::path& folder) {
+void findIn(const std::filesystem::path& folder, const std::atomic<bool>* stop, const Visit& visit) {
   std::set<std::filesystem::path> logs;
   std::set<std::filesystem::path> folders;
   std::error_code error;
-  for (std::filesystem::directory_iterator item(folder, error); !error && item != end(item) && !isStopped();
-       item.increment(error)) {
+  for (std::filesystem::directory_iterator item(folder, error);
+       !error && item != end(item) && (stop == nullptr || !*stop); item.increment(error)) {
     std::error_code unknown;
     const Name name = nameOf(item->path());
     if (item->is_directory(unknown) && !item->is_symlink(unknown)) {
@@ -82,30 +66,40 @@ void Search::findIn(const std::filesystem::path& folder) {
     }
   }
   if (error) {
-    add(textFromPath(folder), /*fromFolder=*/false);
+    visit(folder, /*fromFolder=*/false);
   }
   for (const std::filesystem::path& log : logs) {
-    add(textFromPath(log), /*fromFolder=*/true);
+    visit(log, /*fromFolder=*/true);
   }
   for (const std::filesystem::path& inner : folders) {
-    findIn(inner);
+    findIn(inner, stop, visit);
   }
 }
 
 }  // namespace
 
 std::vector<LogInput> findLogs(const std::vector<std::string>& inputs, const std::atomic<bool>* stop) {
-  Search search(stop);
+  std::vector<LogInput> files;
+  std::unordered_set<std::string> seen;
+  const Visit add = [&](const std::filesystem::path& path, bool fromFolder) {
+    std::error_code unknown;
+    const std::filesystem::path whole = std::filesystem::absolute(path, unknown);
+    if (seen.insert(textFromPath(whole.lexically_normal())).second) {
+      files.push_back({textFromPath(path), fromFolder});
+    }
+  };
   for (const std::string& input : inputs) {
     std::error_code error;
     const std::filesystem::path path = pathFromText(input);
-    if (input != "-" && std::filesystem::is_directory(path, error)) {
-      search.findIn(path);
+    if (input == "-") {
+      files.push_back({input, /*fromFolder=*/false});
+    } else if (std::filesystem::is_directory(path, error)) {
+      findIn(path, stop, add);
     } else {
-      search.add(input, /*fromFolder=*/false);
+      add(path, /*fromFolder=*/false);
     }
   }
-  return std::move(search.files);
+  return files;
 }
 
 }  // namespace sentiq
