@@ -103,22 +103,19 @@ void SessionAssembly::placeNameless() {
   constexpr std::chrono::minutes afterEnd{5};
   const auto withoutProcess = std::stable_partition(
       waiting_.begin(), waiting_.end(), [](const SessionPart& part) { return !part.session.processId.empty(); });
-  std::map<std::string, std::size_t> nameless;  // By folder and process.
-  const auto joinNameless = [&](SessionPart& part) {
-    const std::string key = joinedKey({part.session.folder, part.session.processId});
-    const auto found = nameless.find(key);
-    nameless[key] = join(found != nameless.end() ? std::optional(found->second) : std::nullopt, std::move(part));
+  std::map<std::string, std::optional<std::size_t>> nameless;  // By folder and process.
+  const auto place = [&](std::optional<std::size_t> owner, SessionPart& part) {
+    if (owner) {
+      join(owner, std::move(part));
+    } else {
+      std::optional<std::size_t>& session = nameless[joinedKey({part.session.folder, part.session.processId})];
+      session = join(session, std::move(part));
+    }
   };
   for (auto part = waiting_.begin(); part != withoutProcess; ++part) {
-    std::optional<std::size_t> owner = findByProcess(*part, extentOf(part->session));
-    if (!owner && part->above && sessions_[*part->above].session().metrics.empty()) {
-      owner = part->above;  // No other record says which process is meant.
-    }
-    if (owner) {
-      join(owner, std::move(*part));
-    } else {
-      joinNameless(*part);
-    }
+    const std::optional<std::size_t> owner = findByProcess(*part, extentOf(part->session));
+    const bool belowHeader = part->above && sessions_[*part->above].session().metrics.empty();
+    place(owner || !belowHeader ? owner : part->above, *part);  // No other record says which process is meant.
   }
   SessionIndex byFolder;
   for (std::size_t i = 0; i < sessions_.size(); ++i) {
@@ -132,11 +129,7 @@ void SessionAssembly::placeNameless() {
       return !extent.begin || !own.begin || *extent.begin < *own.begin - lifeSlack ||
              *extent.begin > *own.end + afterEnd || tieOfRun(own, extent) == Tie::Impossible;
     });
-    if (fitting.size() == 1) {
-      join(fitting.front(), std::move(*part));
-    } else {
-      joinNameless(*part);
-    }
+    place(fitting.size() == 1 ? std::optional(fitting.front()) : std::nullopt, *part);
   }
   waiting_.clear();
 }
