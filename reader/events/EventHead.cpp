@@ -52,7 +52,8 @@ std::optional<EventHead> readEventHead(std::string_view json) {
 bool mayMatter(const EventHead& head, std::string_view json) {
   std::optional<bool> namesCanvix;
   for (const EventRow& row : eventRows()) {
-    if (row.meaning == Meaning::Other || !mayFit(row, head.provider, head.id, head.level)) {
+    const bool ofOther = row.isOfProgram() && namesCanvix == false;
+    if (row.meaning == Meaning::Other || ofOther || !mayFit(row, head.provider, head.id, head.level)) {
       continue;
     }
     if (row.isOfProgram() && !namesCanvix) {

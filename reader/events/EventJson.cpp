@@ -18,10 +18,13 @@ constexpr std::string_view end = R"("})";
 std::optional<std::string> plainText(std::string_view text) {
   constexpr std::string_view escapes = R"("\/nrtbf)";
   constexpr std::string_view meant = "\"\\/\n\r\t\b\f";
-  // Counted to the end, which compilers make faster than a look for the first one.
-  const auto controls = std::count_if(text.begin(), text.end(), [](unsigned char c) { return c < ' '; });
-  const auto beyondAscii = std::count_if(text.begin(), text.end(), [](unsigned char c) { return c >= 0x80; });
-  if (controls > 0 || (beyondAscii > 0 && !isCleanText(text))) {
+  unsigned char lowest = 0xFF;
+  unsigned char highest = 0;
+  for (const unsigned char c : text) {
+    lowest = std::min(lowest, c);
+    highest = std::max(highest, c);
+  }
+  if (lowest < ' ' || (highest >= 0x80 && !isCleanText(text))) {
     return std::nullopt;
   }
   std::string out;

@@ -94,10 +94,27 @@ constexpr char lowerCase(char c) {
   return c >= 'A' && c <= 'Z' ? static_cast<char>(c + ('a' - 'A')) : c;
 }
 
+constexpr char upperCase(char c) {
+  return c >= 'a' && c <= 'z' ? static_cast<char>(c - ('a' - 'A')) : c;
+}
+
 /// In any case of the letters A to Z; so in the next one.
 constexpr bool contains(std::string_view text, std::string_view part) {
-  return std::search(text.begin(), text.end(), part.begin(), part.end(),
-                     [](char a, char b) { return lowerCase(a) == lowerCase(b); }) != text.end();
+  const auto isAt = [&](std::size_t at) {
+    return text.size() - at >= part.size() && std::equal(part.begin(), part.end(), text.begin() + at,
+                                                         [](char a, char b) { return lowerCase(a) == lowerCase(b); });
+  };
+  if (part.empty()) {
+    return true;
+  }
+  for (const char first : {lowerCase(part.front()), upperCase(part.front())}) {
+    for (std::size_t at = text.find(first); at != std::string_view::npos; at = text.find(first, at + 1)) {
+      if (isAt(at)) {
+        return true;
+      }
+    }
+  }
+  return false;
 }
 
 /// An asterisk in the pattern stands for any text.

@@ -32,7 +32,7 @@ bool readInput(const std::string& name, std::istream& standardInput, Progress& p
   const std::uintmax_t size = isFile ? std::filesystem::file_size(path, error) : 0;
   const std::uintmax_t total = error ? 0 : size;
   ByteSource source = isFile ? ByteSource::file(path) : ByteSource::standardInput();
-  if (!isStream && (!source.isOpen() || (isFile && std::filesystem::is_directory(path, error)))) {
+  if (!isStream && !source.isOpen()) {
     return false;
   }
   Utf8Bytes text;

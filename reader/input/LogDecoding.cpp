@@ -146,7 +146,7 @@ LineKind LineDecoder::kindAsItStands(std::string_view line) {
   if (line.find('\0') != std::string_view::npos) {
     return LineKind::Damaged;
   }
-  if (line.empty() || namesSessionOrProcess(line)) {
+  if (line.empty() || (manner_ == Manner::Plain && beginsEntry(line)) || namesSessionOrProcess(line)) {
     return LineKind::Plain;
   }
   if (beginsEntry(line)) {

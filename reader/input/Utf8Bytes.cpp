@@ -1,5 +1,8 @@
 #include "reader/input/Utf8Bytes.h"
 
+#include <algorithm>
+#include <iterator>
+
 namespace sentiq {
 namespace {
 
@@ -8,9 +11,18 @@ constexpr std::string_view littleEndianMark = "\xFF\xFE";
 constexpr std::string_view bigEndianMark = "\xFE\xFF";
 constexpr std::uint32_t replacement = 0xFFFD;
 
+bool mayBeginWithMark(std::string_view bytes) {
+  constexpr std::string_view marks[] = {utf8Mark, littleEndianMark, bigEndianMark};
+  return std::any_of(std::begin(marks), std::end(marks),
+                     [bytes](std::string_view mark) { return bytes.starts_with(mark) || mark.starts_with(bytes); });
+}
+
 }  // namespace
 
 std::string_view Utf8Bytes::take(std::string_view bytes) {
+  if (form_ == Form::Open && held_.empty() && !mayBeginWithMark(bytes)) {
+    form_ = Form::AsItIs;
+  }
   if (form_ == Form::AsItIs) {
     return bytes;
   }

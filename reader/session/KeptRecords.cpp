@@ -13,9 +13,12 @@ namespace {
 
 // The figure as it stands in the record, if it does.
 std::optional<std::int64_t> figureOf(std::string_view record, std::string_view key) {
-  const std::string begin = '"' + std::string(key) + "\":";
-  const std::size_t at = record.find(begin);
-  record.remove_prefix(at == std::string_view::npos ? record.size() : at + begin.size());
+  const std::size_t at = record.find(key);
+  record.remove_prefix(at == std::string_view::npos ? record.size() : at + key.size());
+  if (!record.starts_with("\":")) {
+    return std::nullopt;
+  }
+  record.remove_prefix(2);
   std::int64_t value = 0;
   const bool found = std::from_chars(record.data(), record.data() + record.size(), value).ec == std::errc{};
   return found ? std::optional(value) : std::nullopt;
