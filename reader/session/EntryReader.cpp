@@ -171,8 +171,7 @@ void EntryReader::takeEvent(std::string_view text) {
   lastContinues_ = false;
   if (parsed || keep_ != Keep::Judgement) {  // A judgement does not ask how many others there are.
     const std::size_t hash = std::hash<std::string_view>{}(text);
-    const bool isNew =
-        parsed ? seen_.insert(hash).second : session.counted.emplace(hash, severityOfLevel(head->level)).second;
+    const bool isNew = seen_.insert(hash).second;
     if (!isNew) {
       ++session.eventCopies;
     } else if (parsed && !addEvent(text, !head)) {
@@ -180,6 +179,8 @@ void EntryReader::takeEvent(std::string_view text) {
       addDamaged("Unreadable event: ", text);
       copies_.takeLoss(session.copies);
       return;
+    } else if (!parsed) {
+      session.counted.push_back({hash, severityOfLevel(head->level)});
     }
   }
   if (head) {

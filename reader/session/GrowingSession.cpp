@@ -49,6 +49,9 @@ void GrowingSession::index() {
     for (const LogEntry& entry : session_.entries) {
       known_->emplace(hashOf(session_, entry), originOf_.at(entry.role));
     }
+    for (const CountedEvent& event : session_.counted) {
+      known_->emplace(event.hash, 0);
+    }
   }
 }
 
@@ -86,7 +89,8 @@ void GrowingSession::add(SessionPart added) {
     const auto first = originOf_.find(entry.role);
     return first != originOf_.end() && first->second != origin;
   });
-  if (holdsSuchLines || (!part.events.empty() && !session_.events.empty())) {
+  const auto holdsEvents = [](const Session& session) { return !session.events.empty() || !session.counted.empty(); };
+  if (holdsSuchLines || (holdsEvents(part) && holdsEvents(session_))) {
     index();
   }
   noteLines(part, origin);
@@ -100,8 +104,15 @@ void GrowingSession::add(SessionPart added) {
       repeated = repeated || entry.time;
     }
   }
-  session_.counted.merge(part.counted);
-  session_.eventCopies += repeated ? 0 : part.eventCopies + part.counted.size();  // What is in both stays behind.
+  std::uint64_t copies = part.eventCopies;
+  for (const CountedEvent& event : part.counted) {
+    if (!known_ || known_->emplace(event.hash, origin).second) {
+      session_.counted.push_back(event);
+    } else {
+      ++copies;
+    }
+  }
+  session_.eventCopies += repeated ? 0 : copies;
   std::move(part.copies.begin(), part.copies.end(), std::back_inserter(session_.copies));
   std::move(part.laterBoots.begin(), part.laterBoots.end(), std::back_inserter(session_.laterBoots));
   std::move(part.repeated.begin(), part.repeated.end(), std::back_inserter(session_.repeated));

@@ -24,14 +24,13 @@ void LogFileReader::take(const Line& line) {
   const bool furtherPiece = line.number == file_.lines;  // Of an overlong line.
   DecodedLine decoded{LineKind::Damaged, line.text};
   if (!furtherPiece) {
-    std::string_view text = line.text;
-    const std::size_t last = text.find('\0') != std::string_view::npos ? text.rfind(zeros) : std::string_view::npos;
-    if (last != std::string_view::npos && last + zeros.size() < text.size()) {
+    decoded = decoder_.decode(line.text);
+    const std::size_t last = decoded.kind == LineKind::Damaged ? line.text.rfind(zeros) : std::string_view::npos;
+    if (last != std::string_view::npos && last + zeros.size() < line.text.size()) {
       takeKeptRecords();
-      entries_.takeDamaged(names_ == nullptr ? text.substr(0, last) : leftOut, line.number);
-      text.remove_prefix(last + zeros.size());
+      entries_.takeDamaged(names_ == nullptr ? line.text.substr(0, last) : leftOut, line.number);
+      decoded = decoder_.decode(line.text.substr(last + zeros.size()));
     }
-    decoded = decoder_.decode(text);
   }
   const bool good = decoded.kind != LineKind::Damaged && line.whole;
   std::string_view text = decoded.text;

@@ -7,7 +7,6 @@
 #include <map>
 #include <optional>
 #include <string>
-#include <unordered_map>
 #include <vector>
 
 #include "reader/events/EventRecord.h"
@@ -48,6 +47,11 @@ struct ChannelCopy {
   bool afterExit = false;  // One of the two that follow Canvix's exit; the others go with sleep and the display.
 };
 
+struct CountedEvent {
+  std::size_t hash = 0;  // Of its text.
+  Severity severity = Severity::Info;
+};
+
 /// What is worth knowing of the session before.
 struct EarlierSession {
   LogTime end;
@@ -70,12 +74,12 @@ struct Session {
   std::vector<LogEntry> entries;
   std::vector<EventRecord> events;  // Distinct.
   std::vector<MetricSample> metrics;
-  std::vector<ChannelCopy> copies;                    // In the order of time.
-  std::unordered_map<std::size_t, Severity> counted;  // Distinct events that were not kept, by the hash of their text.
-  std::uint64_t eventCopies = 0;                      // Events that were in the logs more than once.
-  std::vector<std::string> repeated;                  // Files that hold the same of it once more; names as given.
-  std::vector<Instant> otherExits;                    // Of the sessions beside it on the same machine.
-  std::optional<EarlierSession> earlier;              // The one before it on the same machine, if its logs are there.
+  std::vector<ChannelCopy> copies;        // In the order of time.
+  std::vector<CountedEvent> counted;      // Distinct events that were not kept.
+  std::uint64_t eventCopies = 0;          // Events that were in the logs more than once.
+  std::vector<std::string> repeated;      // Files that hold the same of it once more; names as given.
+  std::vector<Instant> otherExits;        // Of the sessions beside it on the same machine.
+  std::optional<EarlierSession> earlier;  // The one before it on the same machine, if its logs are there.
 
   /// @param entry one that is an event; so of the other one a record.
   const EventRecord& eventOf(const LogEntry& entry) const { return events[*entry.event]; }

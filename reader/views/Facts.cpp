@@ -118,8 +118,8 @@ Fact eventsFact(const Session& session) {
   for (const LogEntry& entry : session.entries) {
     counts[static_cast<std::size_t>(entry.severity)] += entry.event ? 1 : 0;
   }
-  for (const auto& [hash, severity] : session.counted) {
-    ++counts[static_cast<std::size_t>(severity)];
+  for (const CountedEvent& event : session.counted) {
+    ++counts[static_cast<std::size_t>(event.severity)];
   }
   const std::size_t distinct = session.events.size() + session.counted.size();
   Fact fact{"Events", "events", {{"distinct", distinct}}, std::to_string(distinct)};
