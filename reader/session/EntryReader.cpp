@@ -69,7 +69,7 @@ std::vector<SessionPart> EntryReader::takeOut() {
 
 void EntryReader::beginPart() {
   parts_.begin();
-  seen_.clear();
+  seen_ = {};
   copies_ = {};
 }
 
@@ -171,16 +171,17 @@ void EntryReader::takeEvent(std::string_view text) {
   lastContinues_ = false;
   if (parsed || keep_ != Keep::Judgement) {  // A judgement does not ask how many others there are.
     const std::size_t hash = std::hash<std::string_view>{}(text);
-    const bool isNew = seen_.insert(hash).second;
-    if (!isNew) {
+    if (seen_.contains(hash)) {
       ++session.eventCopies;
     } else if (parsed && !addEvent(text, !head)) {
-      seen_.erase(hash);
       addDamaged("Unreadable event: ", text);
       copies_.takeLoss(session.copies);
       return;
-    } else if (!parsed) {
-      session.counted.push_back({hash, severityOfLevel(head->level)});
+    } else {
+      seen_.insert(hash);
+      if (!parsed) {
+        session.counted.push_back({hash, severityOfLevel(head->level)});
+      }
     }
   }
   if (head) {

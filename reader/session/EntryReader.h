@@ -5,11 +5,11 @@
 #include <cstdint>
 #include <optional>
 #include <string_view>
-#include <unordered_set>
 #include <vector>
 
 #include "reader/input/LogTime.h"
 #include "reader/session/CopyTracker.h"
+#include "reader/session/HashSet.h"
 #include "reader/session/LogLine.h"
 #include "reader/session/LogSet.h"
 #include "reader/session/PartList.h"
@@ -47,8 +47,8 @@ class EntryReader {
   Keep keep_;
   PartList parts_;
   // The current part's events by the hash of their text. Copies of an event are byte for byte alike; that two others
-  // among a million share a hash of 64 bits is one chance in 30 million.
-  std::unordered_set<std::size_t> seen_;
+  // among a million share a hash of 63 bits is one chance in 15 million.
+  HashSet seen_;
   CopyTracker copies_;
   std::uint64_t line_ = 0;
   std::optional<LogTime> time_;  // Of the last line that had one.

@@ -88,7 +88,7 @@ void KnownNames::learnLine(std::string_view line) {
   constexpr std::size_t keptWhole = 8000;  // By the record of an event, of each field.
   const LogLine parts = readLine(line);
   if (parts.says == LineSays::Event) {
-    if (!seen_.insert(std::hash<std::string_view>{}(parts.text)).second) {
+    if (!seen_.insert(std::hash<std::string_view>{}(parts.text))) {
       return;
     }
     const std::optional<EventRecord> event = readEvent(parts.text);

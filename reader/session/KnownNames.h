@@ -8,11 +8,11 @@
 #include <set>
 #include <string>
 #include <string_view>
-#include <unordered_set>
 #include <utility>
 #include <vector>
 
 #include "reader/events/EventNames.h"
+#include "reader/session/HashSet.h"
 
 namespace sentiq {
 
@@ -55,7 +55,7 @@ class KnownNames {
   std::map<std::string, std::set<std::size_t, std::greater<>>, std::less<>> lengths_;
   std::vector<std::pair<NameKind, std::string>> learnt_;  // In order.
   std::array<std::size_t, 4> counts_{};                   // By kind.
-  std::unordered_set<std::size_t> seen_;                  // Events, by their hash: most are copied many times.
+  HashSet seen_;                                          // Events, by their hash: most are copied many times.
 };
 
 }  // namespace sentiq
