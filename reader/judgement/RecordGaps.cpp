@@ -1,24 +1,10 @@
 #include "reader/judgement/RecordGaps.h"
 
 #include <algorithm>
-#include <tuple>
+#include <cstddef>
 
 namespace sentiq {
 namespace {
-
-// The entries of the records in the order in which they were written: the clock may have been set back meanwhile.
-std::vector<const LogEntry*> recordsInOrder(const Session& session) {
-  std::vector<const LogEntry*> records;
-  for (const LogEntry& entry : session.entries) {
-    if (entry.metric) {
-      records.push_back(&entry);
-    }
-  }
-  std::stable_sort(records.begin(), records.end(), [](const LogEntry* a, const LogEntry* b) {
-    return std::tie(a->file, a->line) < std::tie(b->file, b->line);
-  });
-  return records;
-}
 
 // The events about the clock, in order of time.
 std::vector<ClockSet> clocksSet(const Session& session) {
@@ -57,8 +43,8 @@ std::vector<RecordGap> recordGaps(const Session& session, const std::vector<Slee
   std::vector<RecordGap> gaps;
   const std::vector<ClockSet> sets = clocksSet(session);
   const MetricSample* last = nullptr;
-  for (const LogEntry* const entry : recordsInOrder(session)) {
-    const MetricSample& record = session.recordOf(*entry);
+  for (const std::size_t i : asWritten(session, [](const LogEntry& entry) { return entry.metric.has_value(); })) {
+    const MetricSample& record = session.recordOf(session.entries[i]);
     if (last != nullptr && record.time.instant - last->time.instant > longestRecordInterval) {
       const bool slept = sleptBetween(sleeps, last->time.instant, record.time.instant);
       Ticks jump = clockJump(*last, record);

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <iterator>
 #include <string>
-#include <tuple>
 
 #include "logging/LogGrammar.h"
 
@@ -17,21 +16,14 @@ bool isTail(const std::string& text) {
 }  // namespace
 
 Life lifeOf(const Session& session, std::size_t index) {
-  const std::vector<LogEntry>& entries = session.entries;
-  std::vector<std::size_t> written;  // In the order of the lines, not of time.
-  for (std::size_t i = 0; i < entries.size(); ++i) {
-    if (entries[i].time && !entries[i].event && entries[i].role != LogRole::Initial) {
-      written.push_back(i);
-    }
-  }
-  std::sort(written.begin(), written.end(), [&](std::size_t a, std::size_t b) {
-    return std::tie(entries[a].file, entries[a].line) < std::tie(entries[b].file, entries[b].line);
-  });
+  const auto tellsOfLife = [](const LogEntry& entry) {
+    return entry.time && !entry.event && entry.role != LogRole::Initial;
+  };
   Life life;
   life.session = index;
   const LogEntry* before = nullptr;
-  for (const std::size_t i : written) {
-    const LogEntry& entry = entries[i];
+  for (const std::size_t i : asWritten(session, tellsOfLife)) {
+    const LogEntry& entry = session.entries[i];
     if (before != nullptr && before->file == entry.file && *entry.time < *before->time - lifeSlack) {
       (entry.role == LogRole::Session ? life.records : life.power).clear();  // The clock was set back.
     }

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <tuple>
 
 #include "reader/events/EventWords.h"
 #include "reader/input/CleanText.h"
@@ -28,6 +29,20 @@ SessionSpan sessionSpan(const Session& session) {
     span.begin = earlier(span.begin, firstRecord->time.instant - firstRecord->ran.value_or(Ticks{}));
   }
   return span;
+}
+
+std::vector<std::size_t> asWritten(const Session& session, bool (*isWanted)(const LogEntry&)) {
+  const std::vector<LogEntry>& entries = session.entries;
+  std::vector<std::size_t> written;
+  for (std::size_t i = 0; i < entries.size(); ++i) {
+    if (isWanted(entries[i])) {
+      written.push_back(i);
+    }
+  }
+  std::stable_sort(written.begin(), written.end(), [&](std::size_t a, std::size_t b) {
+    return std::tie(entries[a].file, entries[a].line) < std::tie(entries[b].file, entries[b].line);
+  });
+  return written;
 }
 
 std::map<std::string, std::vector<std::size_t>> byFolder(const std::vector<Session>& sessions) {

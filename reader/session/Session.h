@@ -108,6 +108,9 @@ struct SessionSpan {
 };
 SessionSpan sessionSpan(const Session& session);
 
+/// Indexes of the wanted entries in the order in which they were written: the clock may have been set back meanwhile.
+std::vector<std::size_t> asWritten(const Session& session, bool (*isWanted)(const LogEntry&));
+
 /// Indexes of the sessions in each folder.
 std::map<std::string, std::vector<std::size_t>> byFolder(const std::vector<Session>& sessions);
 

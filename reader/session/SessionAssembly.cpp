@@ -20,6 +20,19 @@ bool atOneTime(const SessionExtent& a, const SessionExtent& b) {
   return overlap && sameComputer(a.computer, b.computer).value_or(true);
 }
 
+bool isSame(GrowingSession& session, const Session& part, const SessionExtent& extent, std::size_t origin) {
+  if (!processFits(session.session(), part)) {
+    return false;
+  }
+  const Tie tie = tieOfRun(session.extent(), extent);
+  if (session.session().folder == part.folder) {
+    return tie != Tie::Impossible || session.hasOrigin(origin) || atOneTime(session.extent(), extent);
+  }
+  const bool otherLogs = std::none_of(part.entries.begin(), part.entries.end(),
+                                      [&](const LogEntry& entry) { return session.hasRole(entry.role); });
+  return tie == Tie::Proven || (tie == Tie::Possible && (otherLogs || session.holdsLineOf(part, origin)));
+}
+
 }  // namespace
 
 std::optional<std::size_t> SessionAssembly::add(SessionPart part) {
@@ -43,20 +56,6 @@ std::optional<std::size_t> SessionAssembly::find(const Session& part, const Sess
     }
   }
   return std::nullopt;
-}
-
-bool SessionAssembly::isSame(GrowingSession& session, const Session& part, const SessionExtent& extent,
-                             std::size_t origin) {
-  if (!processFits(session.session(), part)) {
-    return false;
-  }
-  const Tie tie = tieOfRun(session.extent(), extent);
-  if (session.session().folder == part.folder) {
-    return tie != Tie::Impossible || session.hasOrigin(origin) || atOneTime(session.extent(), extent);
-  }
-  const bool otherLogs = std::none_of(part.entries.begin(), part.entries.end(),
-                                      [&](const LogEntry& entry) { return session.hasRole(entry.role); });
-  return tie == Tie::Proven || (tie == Tie::Possible && (otherLogs || session.holdsLineOf(part, origin)));
 }
 
 std::size_t SessionAssembly::join(std::optional<std::size_t> session, SessionPart part) {

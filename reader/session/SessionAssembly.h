@@ -27,7 +27,6 @@ class SessionAssembly {
 
  private:
   std::optional<std::size_t> find(const Session& part, const SessionExtent& extent, std::size_t origin);
-  static bool isSame(GrowingSession& session, const Session& part, const SessionExtent& extent, std::size_t origin);
   std::size_t join(std::optional<std::size_t> session, SessionPart part);
   std::optional<std::size_t> findByProcess(const SessionPart& part, const SessionExtent& extent) const;
   void placeNameless();

@@ -9,7 +9,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
-#include <unordered_map>
+#include <utility>
 #include <vector>
 
 #include "reader/input/LogTime.h"
@@ -19,32 +19,27 @@ namespace sentiq {
 class SessionIndex {
  public:
   void add(const std::string& key, std::optional<Instant> begin, std::size_t session) {
-    byKey_[key].emplace(begin.value_or(Instant{}), session);
+    sessions_.emplace(std::pair(key, begin.value_or(Instant{})), session);
   }
 
   /// The nearest ones, those that began before it first, each time the nearest first.
   std::vector<std::size_t> near(const std::string& key, std::optional<Instant> time) const {
     constexpr int most = 8;
-    std::vector<std::size_t> sessions;
-    const auto found = byKey_.find(key);
-    if (found == byKey_.end()) {
-      return sessions;
-    }
-    const auto& ofKey = found->second;
-    const auto after = ofKey.upper_bound(time.value_or(Instant{}));
+    std::vector<std::size_t> found;
+    const auto after = sessions_.upper_bound(std::pair(key, time.value_or(Instant{})));
     auto before = std::make_reverse_iterator(after);
-    for (int i = 0; i < most && before != ofKey.rend(); ++i, ++before) {
-      sessions.push_back(before->second);
+    for (int i = 0; i < most && before != sessions_.rend() && before->first.first == key; ++i, ++before) {
+      found.push_back(before->second);
     }
     auto next = after;
-    for (int i = 0; i < most && next != ofKey.end(); ++i, ++next) {
-      sessions.push_back(next->second);
+    for (int i = 0; i < most && next != sessions_.end() && next->first.first == key; ++i, ++next) {
+      found.push_back(next->second);
     }
-    return sessions;
+    return found;
   }
 
  private:
-  std::unordered_map<std::string, std::multimap<Instant, std::size_t>> byKey_;
+  std::multimap<std::pair<std::string, Instant>, std::size_t> sessions_;
 };
 
 /// In a key: wherever the session lies.
