@@ -136,9 +136,12 @@ void GrowingSession::append(Session& part, LogEntry entry) {
 }
 
 void sortSession(Session& session) {
-  std::stable_sort(session.entries.begin(), session.entries.end(), [](const LogEntry& a, const LogEntry& b) {
+  const auto isBefore = [](const LogEntry& a, const LogEntry& b) {
     return a.time.value_or(Instant{}) < b.time.value_or(Instant{});
-  });
+  };
+  if (!std::is_sorted(session.entries.begin(), session.entries.end(), isBefore)) {
+    std::stable_sort(session.entries.begin(), session.entries.end(), isBefore);
+  }
   // Of two copies of one copy the one that holds more stays.
   std::vector<ChannelCopy>& copies = session.copies;
   std::stable_sort(copies.begin(), copies.end(), [](const ChannelCopy& a, const ChannelCopy& b) {

@@ -91,6 +91,9 @@ bool tell(std::vector<GrowingSession>& sessions, const SessionIndex& byId, Sessi
 }  // namespace
 
 void addInitialLogs(std::vector<Session>& sessions, std::vector<SessionPart> initials, std::vector<Session>& told) {
+  if (initials.empty() && told.empty()) {
+    return;
+  }
   std::vector<GrowingSession> growing(std::make_move_iterator(sessions.begin()),
                                       std::make_move_iterator(sessions.end()));
   SessionIndex byProcess = indexOf(growing, &Session::processId);
@@ -122,7 +125,6 @@ void addInitialLogs(std::vector<Session>& sessions, std::vector<SessionPart> ini
   sessions.clear();
   for (GrowingSession& session : growing) {
     sessions.push_back(session.takeOut());
-    sortSession(sessions.back());
   }
 }
 

@@ -8,8 +8,7 @@
 namespace sentiq {
 
 /// Each goes to the session that wrote it, and tells the one that it is about. Ids need not be unique between machines:
-/// computer, start of Windows and times have to fit, or nothing is told. Puts the entries of all into the order of
-/// time.
+/// computer, start of Windows and times have to fit, or nothing is told.
 /// @param initials whose session id is that of the session that they are about, and whose process id that of the
 /// writer.
 /// @param told what other initial logs have told, under the ids of the sessions that they are about; gets what these

@@ -7,6 +7,7 @@
 
 #include "reader/console/Console.h"
 #include "reader/input/InputFile.h"
+#include "reader/session/GrowingSession.h"
 #include "reader/session/InitialLogs.h"
 #include "reader/session/LineOwners.h"
 #include "reader/session/LogFileReader.h"
@@ -85,6 +86,7 @@ LogSet readLogs(const std::vector<LogInput>& files, std::istream& standardInput,
   set.sessions = assembly.takeOut();
   giveLinesToTheirOwners(set.sessions);
   addInitialLogs(set.sessions, std::move(initials), set.told);
+  std::for_each(set.sessions.begin(), set.sessions.end(), sortSession);
   tellNeighbours(set.sessions);
   sortByBegin(set.sessions);
   return set;
@@ -104,6 +106,7 @@ void joinSets(std::vector<Session>& sessions, std::vector<Session>& told) {
   sessions = assembly.takeOut();
   std::move(nameless.begin(), nameless.end(), std::back_inserter(sessions));
   addInitialLogs(sessions, {}, told);
+  std::for_each(sessions.begin(), sessions.end(), sortSession);
   sortByBegin(sessions);
 }
 
