@@ -101,8 +101,9 @@ constexpr char upperCase(char c) {
 /// In any case of the letters A to Z; so in the next one.
 constexpr bool contains(std::string_view text, std::string_view part) {
   const auto isAt = [&](std::size_t at) {
-    return text.size() - at >= part.size() && std::equal(part.begin(), part.end(), text.begin() + at,
-                                                         [](char a, char b) { return lowerCase(a) == lowerCase(b); });
+    const std::string_view found = text.substr(at, part.size());
+    return std::equal(found.begin(), found.end(), part.begin(), part.end(),
+                      [](char a, char b) { return lowerCase(a) == lowerCase(b); });
   };
   if (part.empty()) {
     return true;
