@@ -22,11 +22,11 @@ class GrowingSession {
 
   /// Whether the origin has given something; whether any has given a log of that kind.
   bool hasOrigin(std::size_t origin) const;
-  bool hasRole(LogRole role) const { return originOf_.count(role) > 0; }
+  bool hasRole(LogRole role) const { return originOf_.contains(role); }
 
   /// Adds what is new in it. Time grows with the part, but for the first one after the first.
   /// The origin's name is noted as repeated when some of the part was here from another one.
-  void add(SessionPart part);
+  void add(SessionPart added);
 
   const Session& session() const { return session_; }
   const SessionExtent& extent() const { return extent_; }

@@ -37,7 +37,7 @@ bool KeptRecords::keep(std::string_view text, std::uint64_t line) {
   const auto number = static_cast<std::int64_t>(line);
   const std::array<std::int64_t, 4> figures{number, *disk, *swap, -number};
   const std::int64_t processId = figureOf(text, grammar::record::processId).value_or(0);
-  std::array<Record, 4>& records = rows_[rows_.size() < mostProcesses || rows_.count(processId) > 0 ? processId : 0];
+  std::array<Record, 4>& records = rows_[rows_.size() < mostProcesses || rows_.contains(processId) ? processId : 0];
   for (std::size_t i = 0; i < figures.size(); ++i) {
     Record& kept = records[i];
     if (kept.text.empty() || figures[i] < kept.figure) {
