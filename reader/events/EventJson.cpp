@@ -20,9 +20,9 @@ std::optional<std::string> plainText(std::string_view text) {
   constexpr std::string_view meant = "\"\\/\n\r\t\b\f";
   unsigned char lowest = 0xFF;
   unsigned char highest = 0;
-  for (const unsigned char c : text) {
-    lowest = std::min(lowest, c);
-    highest = std::max(highest, c);
+  for (const char c : text) {
+    lowest = std::min(lowest, static_cast<unsigned char>(c));
+    highest = std::max(highest, static_cast<unsigned char>(c));
   }
   if (lowest < ' ' || (highest >= 0x80 && !isCleanText(text))) {
     return std::nullopt;
