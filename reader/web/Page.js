@@ -21,7 +21,7 @@ function end() {
 async function begin(collect) {
   end();
   $('redact').checked = false;
-  const mine = job = { unopened: [], left: [], told: { messages: [], unread: [] }, sessions: null, redact: false };
+  const mine = job = { unopened: [], left: [], told: { messages: [], unread: [] }, redact: false };
   show('working');
   working('Looking for logs', undefined, '');
   const leave = (path, why) => mine.unopened.push({ path, why });
@@ -45,26 +45,11 @@ function report(title, what) {
   ask('report', what);
 }
 
-const triage = () => ask('triage', { paths: job.paths }, job.listedUntil);
-
-// What folders are called may name somebody.
-const reportTitle = () =>
-  (job.redact ? 'Report without names' : job.report.title) + (job.told.stopped ? ' (in part)' : '');
-
-// Without names a folder may be called otherwise: where it lies is known from the list with names.
-function keepFolders(sessions) {
-  const key = ({ id, processId, begin }) => JSON.stringify([id, processId, begin]);
-  if (!job.redact) {
-    job.folders = new Map();
-    sessions.forEach(session => job.folders.set(key(session), [...job.folders.get(key(session)) || [], session.folder]));
-  }
-  const left = new Map([...job.folders].map(([name, folders]) => [name, [...folders]]));
-  return sessions.map(session => ({ ...session, lies: left.get(key(session))?.shift() ?? session.folder }));
-}
+const triage = () => ask('triage', { paths: job.paths }, job.triage?.until);
 
 // What was shown before, made anew when it is with names and is to be without, or the other way round.
-const sessionsAgain = () => job.listed === job.redact ? showSessions() : triage();
-const reportAgain = () => job.reported === job.redact ? showReport() : report(job.report.title, job.report.what);
+const sessionsAgain = () => job.triage.redact === job.redact ? showPage('triage') : triage();
+const reportAgain = () => job.report.redact === job.redact ? showPage('report') : report(job.report.title, job.report.what);
 
 function told({ messages, unread, stopped }) {
   job.told = { messages, unread, stopped: stopped || job.entries !== undefined };
@@ -102,34 +87,27 @@ const heard = {
       report(job.paths.length === 1 ? job.paths[0] : job.taken, { paths: job.paths });
     }
   },
-  sessions({ sessions, ...more }) {
+  async page({ page, ...more }) {
     told(more);
-    if (sessions.length === 0) {
-      fail(nothing(job.told));
-    } else if (sessions.length === 1 && !job.told.stopped) {
-      report(job.paths.length === 1 ? job.paths[0] : job.taken, { paths: job.paths });
-    } else {
-      job.sessions = keepFolders(sessions);
-      job.listed = job.redact;
-      job.toldOfList = job.told;
-      job.listedUntil = job.asked.until;
-      listSessions();
-      showSessions();
-    }
-  },
-  page({ page, ...more }) {
-    told(more);
+    const mine = job;
+    const { task, until } = job.asked;
     if (!page) {
       fail(nothing(job.told));
       return;
     }
-    job.page = page;
-    job.reported = job.redact;
-    job.toldOfPage = job.told;
-    if (job.sessions && !(history.state && history.state.report)) {
+    const sessions = task === 'triage' ? (await page.text()).match(/<tr data-folder=/g).length : 0;
+    if (mine !== job) {
+      return;
+    }
+    if (sessions === 1 && !job.told.stopped) {
+      report(job.paths.length === 1 ? job.paths[0] : job.taken, { paths: job.paths });
+      return;
+    }
+    job[task] = { ...job[task], page, until, told: job.told, redact: job.redact };
+    if (task === 'report' && job.triage && !(history.state && history.state.report)) {
       history.pushState({ report: true }, '');
     }
-    showReport();
+    showPage(task);
   },
   failed({ text }) {
     fail(/memory/i.test(text) ? tooLittleMemory : `The reader failed: ${text}`);
@@ -152,14 +130,14 @@ $('stop').onclick = stop;
 $('again').onclick = startAgain;
 $('back').onclick = sessionsAgain;
 addEventListener('popstate', ({ state }) => {
-  if (job && job.sessions) {
-    (state && state.report && job.page ? reportAgain : sessionsAgain)();
+  if (job && job.triage) {
+    (state && state.report && job.report ? reportAgain : sessionsAgain)();
   }
 });
 $('save').onclick = () => {
   const link = document.createElement('a');
-  link.href = URL.createObjectURL(job.page);
-  link.download = `${reportTitle().replace(/[\\/:*?"<>|]+/g, '-')}.html`;
+  link.href = URL.createObjectURL(job[job.shown].page);
+  link.download = `${titleOf(job.shown).replace(/[\\/:*?"<>|]+/g, '-')}.html`;
   link.click();
   setTimeout(() => URL.revokeObjectURL(link.href), 60000);
 };
@@ -167,5 +145,5 @@ $('print').onclick = () => document.querySelector('iframe').contentWindow.print(
 $('redact').onchange = () => {
   job.redact = $('redact').checked;
   job.entered = $('redact');
-  (document.body.className === 'shown' ? reportAgain : sessionsAgain)();
+  (job.shown === 'report' ? reportAgain : sessionsAgain)();
 };

@@ -1,4 +1,4 @@
-// What of the page is seen: each state, the report in its frame, the list of sessions.
+// What of the page is seen: each state, the reader's pages in their frame.
 
 const $ = id => document.getElementById(id);
 const plural = (count, what) => `${count.toLocaleString('en')} ${what}${count === 1 ? '' : 's'}`;
@@ -8,10 +8,8 @@ function show(state) {
   document.body.className = state;
   $('start').hidden = state !== 'empty';
   $('working').hidden = state !== 'working';
-  $('sessions').hidden = state !== 'sessions';
   $('actions').hidden = state !== 'sessions' && state !== 'shown';
-  $('save').hidden = $('print').hidden = state !== 'shown';
-  $('back').hidden = state !== 'shown' || !job.sessions;
+  $('back').hidden = state !== 'shown' || !job.triage;
   $('failed').replaceChildren();
   $('said').textContent = '';
   $('about').textContent = '';
@@ -37,7 +35,9 @@ function line(element, text) {
 
 // What was left out and why, and what the reader said beside its output.
 function showNotes() {
-  const { messages, unread, stopped } = job.told;
+  const { unread, stopped } = job.told;
+  // The page of sessions says itself what the reader said.
+  const messages = job.told.messages.filter(text => document.body.className !== 'sessions' || text.includes('memory'));
   const left = [...job.unopened, ...job.left, ...unread];
   const items = [...messages, ...left.map(({ path, why }) => `${path}: ${why}`)];
   $('notes').hidden = items.length === 0;
@@ -62,71 +62,75 @@ function removeFrame() {
 
 // The keyboard goes on from here, forwards and back; or from where it was when what is shown is made anew.
 function enter(element) {
-  if (job.entered) {
-    job.entered.focus();
-    job.entered = null;
-    return;
+  const back = job.entered;
+  job.entered = null;
+  if (back) {
+    back.focus();
+  } else if (element.matches('a')) {
+    element.focus();
+  } else {
+    element.tabIndex = -1;
+    element.focus();
+    element.blur();
+    element.removeAttribute('tabindex');
   }
-  element.tabIndex = -1;
-  element.focus();
-  element.blur();
-  element.removeAttribute('tabindex');
 }
 
-// The page that the reader wrote, in a frame of its own. It is of this page's origin, so that it can be printed from here
+// What folders are called may name somebody.
+const titleOf = kind => (kind === 'triage' ? 'Sessions' : job.redact ? 'Report' : job.report.title) +
+  (job.redact ? ' without names' : '') + (job.told.stopped ? ' (in part)' : '');
+
+// A page that the reader wrote, in a frame of its own. It is of this page's origin, so that it can be printed from here
 // and takes drops; the only scripts in it are those that the policy names by their hashes, and it can lead nowhere. A
 // link to a place in it would be taken for one in this page, did it not say what it is relative to.
-async function showReport() {
+async function showPage(kind) {
   const mine = job;
-  const text = await mine.page.text();
-  if (mine !== job) {
+  mine.shown = kind;
+  const { page, told } = mine[kind];
+  const text = await page.text();
+  if (mine !== job || mine.shown !== kind) {
     return;
   }
-  mine.told = mine.toldOfPage;
+  mine.told = told;
   removeFrame();
-  show('shown');
-  $('about').textContent = reportTitle();
+  show(kind === 'report' ? 'shown' : 'sessions');
+  $('about').textContent = kind === 'report' ? titleOf(kind) : job.taken;
   showNotes();
   const frame = document.createElement('iframe');
-  frame.title = 'Report';
+  frame.title = kind === 'report' ? 'Report' : 'Sessions';
   frame.sandbox = 'allow-scripts allow-same-origin allow-modals';
   frame.srcdoc = text.replace('<head>', '<head><base href="about:srcdoc">');
   frame.onload = () => {
+    const shown = frame.contentDocument;
     takeDrops(frame.contentWindow);
-    document.title = frame.contentDocument.title;
-    enter(frame.contentDocument.querySelector('h1'));
+    document.title = shown.title;
+    enter(kind === 'triage' && linkSessions(shown) || shown.querySelector('h1'));
   };
   document.body.append(frame);
 }
 
-function listSessions() {
-  const time = text => text ? text.slice(0, 19).replace('T', ' ') : 'unknown';
-  const rows = [...job.sessions].reverse().map(session => {
-    const row = document.createElement('tr');
-    const open = line('button', session.signature);
-    open.type = 'button';
-    open.onclick = () => {
-      job.opened = open;
-      report(session.folder || 'Logs without a folder', { folder: session.lies });
-    };
-    const how = document.createElement('td');
-    how.append(open);
-    row.append(line('td', time(session.end)), how, line('td', session.folder));
-    return row;
-  });
-  $('sessions').querySelector('caption').textContent = `${plural(job.sessions.length, 'session')}, newest first`;
-  $('sessions').querySelector('tbody').replaceChildren(...rows);
-}
-
-function showSessions() {
-  removeFrame();
-  show('sessions');
-  $('about').textContent = job.taken;
-  job.told = job.toldOfList;
-  showNotes();
-  if (job.opened && job.opened.isConnected) {
-    job.opened.focus();
-  } else {
-    enter($('sessions').querySelector('caption'));
+// Each session leads to its report. Without names a folder may be called otherwise, but the order is the same: where it
+// lies is known from the page with names.
+// @return what led to the report that was shown last.
+function linkSessions(page) {
+  const few = 12;
+  const rows = [...page.querySelectorAll('tr[data-folder]')];
+  if (!job.redact) {
+    job.folders = rows.map(row => row.dataset.folder);
   }
+  let opened = null;
+  rows.forEach((row, i) => {
+    const link = page.createElement('a');
+    link.href = '#';
+    link.append(...row.cells[1].childNodes);
+    link.onclick = event => {
+      event.preventDefault();
+      job.opened = i;
+      report(row.dataset.folder || 'Logs without a folder', { folder: job.folders[i] });
+    };
+    row.cells[1].append(link);
+    opened = i === job.opened ? link : opened;
+  });
+  page.querySelectorAll('.groups details').forEach(group => { group.open = rows.length <= few || group.contains(opened); });
+  return opened;
 }

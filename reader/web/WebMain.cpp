@@ -1,5 +1,5 @@
 // The module within sentiq-logs.html: the commands that its worker calls, with paths in the worker's own file system.
-//   report [--redact] PATH... writes /page.html, triage [--redact] PATH... a line of JSON for each session
+//   report [--redact] PATH..., triage [--redact] PATH...: write /page.html
 #include <atomic>
 #include <cstddef>
 #include <exception>
@@ -32,10 +32,11 @@ void giveReserve() {
 }
 
 void run(const std::string& command, const std::vector<std::string>& paths, const Streams& streams) {
+  const PageRequest page{.output = "/page.html", .program = "sentiq-logs " SENTIQ_VERSION};
   if (command == "report") {
-    writeReport({.inputs = paths, .page = {.output = "/page.html", .program = "sentiq-logs " SENTIQ_VERSION}}, streams);
+    writeReport({.inputs = paths, .page = page}, streams);
   } else {
-    triageLogs({.inputs = paths, .json = true}, streams);
+    triageLogs({.inputs = paths, .page = page}, streams);
   }
   if (memoryRanOut) {
     streams.messages.say("there was not enough memory: this is what was read until then", exitFailed);

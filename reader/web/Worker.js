@@ -17,13 +17,12 @@ function progress(doing, done, total, entries) {
 }
 
 async function run(command, paths, { options, until }) {
-  const out = [], messages = [];
+  const messages = [];
   const instance = await sentiqLogs({
     instantiateWasm(imports, done) {
       WebAssembly.instantiate(compiled, imports).then(made => done(made, compiled));
       return {};
     },
-    print: line => out.push(line),
     printErr: line => messages.push(line.replace(/^sentiq-logs: /, '')),
   });
   const { FS } = instance;
@@ -45,7 +44,8 @@ async function run(command, paths, { options, until }) {
       : data.size > 0 && !data.until ? 'not named like a log' : '';
     return why ? [{ path: name, why }] : [];
   });
-  return { page: page(), out, messages, unread, stopped: reading.stopped };
+  const written = page();
+  return { page: written.size > 0 ? written : null, messages, unread, stopped: reading.stopped };
 }
 
 const folderOf = path => path.slice(0, Math.max(0, path.lastIndexOf('/')));
@@ -76,13 +76,11 @@ const tasks = {
       folders: new Set(logs.map(log => folderOf(log.path))).size });
   },
   async triage({ paths, ...more }) {
-    const { out, page, ...result } = await run('triage', paths, more);
-    say('sessions', { sessions: out.map(line => JSON.parse(line)), ...result });
+    say('page', await run('triage', paths, more));
   },
   // Of all that was taken, or of one folder.
   async report({ paths, folder, ...more }) {
-    const { page, ...result } = await run('report', paths ?? pathsOf(folder), more);
-    say('page', { ...result, page: page.size > 0 ? page : null });
+    say('page', await run('report', paths ?? pathsOf(folder), more));
   },
 };
 

@@ -39,17 +39,17 @@ export class Tab {
     return this.settled();
   }
 
-  /// Waits until the work is done. @return what is shown: 'empty', 'shown' (a report) or 'sessions'.
+  /// Waits until the work is done. @return what is shown: 'empty', 'shown' (a report) or 'sessions' (the page of triage).
   async settled() {
     await this.page.waitForFunction(() => document.body.className !== 'working', null, { timeout: 120000 });
     const state = await this.page.evaluate(() => document.body.className);
-    if (state === 'shown') {
+    if (state !== 'empty') {
       await this.page.waitForFunction(() => document.title !== 'CanvixSentiq logs');
     }
     return state;
   }
 
-  report() {
+  frame() {
     return this.page.frameLocator('iframe');
   }
 
