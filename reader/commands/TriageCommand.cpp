@@ -68,10 +68,10 @@ class Triage {
   std::size_t unitsDone_ = 0;
   std::size_t sessions_ = 0;
   std::size_t files_ = 0;
-  std::size_t repeated_ = 0;  // Sessions that were there more than once.
   std::vector<std::string> damagedFiles_;
   std::vector<std::string> unread_;  // Files, and folders.
 
+  std::atomic<std::size_t> repeated_{0};  // Sessions that were there more than once.
   KnownNames names_;
   std::vector<std::string> said_;
 };
@@ -135,15 +135,22 @@ std::vector<TriagedSession> Triage::judgeAll() {
     unit = {};
   }
   joinSets(sessions, told);
-  std::vector<TriagedSession> judged;
-  judged.reserve(sessions.size());
-  for (Session& session : sessions) {
-    repeated_ += session.repeated.empty() ? 0 : 1;
-    if (streams_.redact) {
-      redact(session, names_);
+  std::vector<TriagedSession> judged(sessions.size());
+  std::atomic<std::size_t> next{0};
+  onAllCores([&] {
+    for (std::size_t i = next++; i < sessions.size(); i = next++) {
+      Session session = std::exchange(sessions[i], {});
+      repeated_ += session.repeated.empty() ? 0 : 1;
+      try {
+        if (streams_.redact) {
+          redact(session, names_);
+        }
+        judged[i] = triageSession(session);
+      } catch (const std::exception& error) {  // Out of memory: it stays unknown.
+        streams_.messages.say(session.folder + ": " + error.what(), exitFailed);
+      }
     }
-    judged.push_back(triageSession(std::exchange(session, {})));
-  }
+  });
   // Those of one moment stay in the order of their folders, whatever stand-ins these are called by.
   std::stable_sort(judged.begin(), judged.end(),
                    [](const TriagedSession& a, const TriagedSession& b) { return a.span.begin < b.span.begin; });
