@@ -60,8 +60,7 @@ TEST(Triage, GroupsSessionsOfAllFoldersByWhatEndedThem) {
               AllOf(StartsWith(path + ": "), HasSubstr(" KiB. It holds how 41 sessions ended, also names of ")));
   const std::string page = contentOf(path);
   for (int i = 0; i < 40; ++i) {
-    const std::string place = folder.file(std::to_string(i % 4) + "/session-" + std::to_string(i));
-    EXPECT_THAT(page, HasSubstr("<tr data-folder=\"" + place + "\">"));
+    EXPECT_THAT(page, HasSubstr("session-" + std::to_string(i) + "\"><td class=\"time\">"));
   }
   EXPECT_THAT(page, AllOf(HasSubstr("<h1>41 sessions from 2025-01-31 to 2025-01-31: "),
                           HasSubstr("<tr class=\"clear\"><td>Rare</td><td class=\"number\">10</td>"
@@ -90,7 +89,7 @@ TEST(Triage, SaysWhatItCouldNotRead) {
   const std::string log = folder.file("a.log");
   const std::string page = folder.file("page.html");
   EXPECT_EQ(writePage(folder.file(""), page).exitCode, exitDamaged);
-  EXPECT_THAT(contentOf(page), HasSubstr("<li>damaged or unfinished lines in " + log + "</li>"));
+  EXPECT_THAT(contentOf(page), AllOf(HasSubstr("<li>damaged or unfinished lines in "), HasSubstr("a.log</li>")));
   const std::string before = contentOf(page);
   EXPECT_EQ(writePage(folder.file(""), page, {}, /*stopped=*/true).exitCode, exitFailed);
   EXPECT_EQ(contentOf(page), before) << "nothing was read";
