@@ -26,7 +26,7 @@ Kind kindOf(const std::string& input) {
 KnownNames namesOfPaths(const std::vector<LogInput>& files) {
   KnownNames names;
   for (const LogInput& file : files) {
-    names.learnText(file.name);
+    names.learnText('/' + file.name);  // It may begin with the folder of users.
   }
   return names;
 }

@@ -46,6 +46,8 @@ class Triage {
   Triage(const std::vector<LogInput>& files, const Streams& streams)
       : units_(unitsOf(files)), streams_(streams), progress_(streams.progress) {}
 
+  /// Before the reading.
+  void addUnread(const std::string& input) { unread_.push_back(input); }
   void readAll();
   /// All sessions, the oldest first; empties the units.
   std::vector<TriagedSession> judgeAll();
@@ -129,7 +131,7 @@ std::vector<TriagedSession> Triage::judgeAll() {
   std::vector<Session> told;
   for (Unit& unit : units_) {
     names_.learn(unit.names);
-    names_.learnText(unit.folder + '/');
+    names_.learnText('/' + unit.folder + '/');
     std::move(unit.logs.sessions.begin(), unit.logs.sessions.end(), std::back_inserter(sessions));
     std::move(unit.logs.told.begin(), unit.logs.told.end(), std::back_inserter(told));
     unit = {};
@@ -148,6 +150,8 @@ std::vector<TriagedSession> Triage::judgeAll() {
         judged[i] = triageSession(session);
       } catch (const std::exception& error) {  // Out of memory: it stays unknown.
         streams_.messages.say(session.folder + ": " + error.what(), exitFailed);
+        const std::lock_guard lock(mutex_);
+        unread_.push_back(session.folder);
       }
     }
   });
@@ -187,7 +191,7 @@ void Triage::say(const std::string& text, ExitCode code) {
 void Triage::redactNames(std::vector<std::string>& texts) {
   if (streams_.redact) {
     for (const std::string& text : texts) {
-      names_.learnText(text + '/');  // A folder without logs names its owner, too.
+      names_.learnText('/' + text + '/');  // A folder without logs names its owner, too.
     }
     redact(texts, names_);
   }
@@ -197,6 +201,7 @@ void writeTriagePage(Triage& triage, const std::vector<TriagedSession>& sessions
                      const Streams& streams) {
   TriagePage page{options.top.value_or(0), options.inputs, triage.sayWhatIsMissing()};
   if (sessions.empty()) {
+    streams.messages.say("no sessions found, so no page is written", exitFailed);
     return;
   }
   triage.redactNames(page.inputs);
@@ -211,13 +216,18 @@ void writeTriagePage(Triage& triage, const std::vector<TriagedSession>& sessions
 }  // namespace
 
 void triageLogs(const TriageOptions& options, const Streams& streams) {
-  const std::vector<LogInput> files =
-      findLogs(existing(options.inputs, /*anyKind=*/false, streams.messages), &streams.stop);
+  const std::vector<std::string> inputs = existing(options.inputs, /*anyKind=*/false, streams.messages);
+  const std::vector<LogInput> files = findLogs(inputs, &streams.stop);
   const bool asPage = !options.page.output.empty();
   if (asPage && !sparesLogs(options.page, files, streams.messages)) {
     return;
   }
   Triage triage(files, streams);
+  for (const std::string& input : options.inputs) {
+    if (std::find(inputs.begin(), inputs.end(), input) == inputs.end()) {
+      triage.addUnread(input);
+    }
+  }
   triage.readAll();
   const std::vector<TriagedSession> sessions = triage.judgeAll();
   if (asPage) {

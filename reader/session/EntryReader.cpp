@@ -1,12 +1,12 @@
 #include "reader/session/EntryReader.h"
 
-#include <functional>
 #include <string>
 #include <utility>
 
 #include "logging/LogGrammar.h"
 #include "reader/events/EventHead.h"
 #include "reader/input/CleanText.h"
+#include "reader/input/TextHash.h"
 
 namespace sentiq {
 namespace {
@@ -170,7 +170,7 @@ void EntryReader::takeEvent(std::string_view text) {
   }
   lastContinues_ = false;
   if (parsed || keep_ != Keep::Judgement) {  // A judgement does not ask how many others there are.
-    const std::size_t hash = std::hash<std::string_view>{}(text);
+    const std::uint64_t hash = textHash(text);
     if (seen_.contains(hash)) {
       ++session.eventCopies;
     } else if (parsed && !addEvent(text, !head)) {

@@ -1,20 +1,21 @@
 #include "reader/session/GrowingSession.h"
 
 #include <algorithm>
-#include <functional>
 #include <iterator>
 #include <string>
 #include <string_view>
 #include <tuple>
+
+#include "reader/input/TextHash.h"
 
 namespace sentiq {
 namespace {
 
 std::uint64_t hashOf(const Session& session, const LogEntry& entry) {
   if (entry.event) {
-    return std::hash<std::string>{}(session.eventOf(entry).key());
+    return textHash(session.eventOf(entry).key());
   }
-  std::uint64_t hash = std::hash<std::string_view>{}(entry.text) + static_cast<std::uint64_t>(entry.role);
+  std::uint64_t hash = textHash(entry.text) + static_cast<std::uint64_t>(entry.role);
   if (entry.metric) {
     const MetricSample& record = session.recordOf(entry);
     hash += static_cast<std::uint64_t>(record.processId) * 31 + static_cast<std::uint64_t>(record.freeDisk);

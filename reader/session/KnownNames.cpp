@@ -5,6 +5,7 @@
 
 #include "reader/events/EventPattern.h"
 #include "reader/input/CleanText.h"
+#include "reader/input/TextHash.h"
 #include "reader/input/Words.h"
 #include "reader/session/LogLine.h"
 
@@ -88,7 +89,7 @@ void KnownNames::learnLine(std::string_view line) {
   constexpr std::size_t keptWhole = 8000;  // By the record of an event, of each field.
   const LogLine parts = readLine(line);
   if (parts.says == LineSays::Event) {
-    if (!seen_.insert(std::hash<std::string_view>{}(parts.text))) {
+    if (!seen_.insert(textHash(parts.text))) {
       return;
     }
     const std::optional<EventRecord> event = readEvent(parts.text);

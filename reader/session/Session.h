@@ -48,7 +48,7 @@ struct ChannelCopy {
 };
 
 struct CountedEvent {
-  std::size_t hash = 0;  // Of its text.
+  std::uint64_t hash = 0;  // Of its text.
   Severity severity = Severity::Info;
 };
 

@@ -73,9 +73,10 @@ class TriagePlaces {
     addDays(daysOf(sessions), places);
     addTraits(sessions, places);
     const std::size_t listed = std::min(sessions.size(), sessionsListed);
-    places.list("sessions", listed, [&sessions](std::size_t i) {
+    places.list("sessions", listed, [this, &sessions](std::size_t i) {
       const TriagedSession& session = *sessions[sessions.size() - 1 - i];
       Places row;
+      row.text("number", std::to_string(&session - all_.front()));  // In the order of time, the same without names.
       const SessionSpan& span = session.span;
       row.text("folder", session.folder);
       row.text("from", span.begin ? showTime(*span.begin, span.offset).substr(0, 16) : "without a time");

@@ -21,7 +21,7 @@ function end() {
 async function begin(collect) {
   end();
   $('redact').checked = false;
-  const mine = job = { unopened: [], left: [], told: { messages: [], unread: [] }, redact: false };
+  const mine = job = { unopened: [], left: [], told: { messages: [], unread: [] }, redact: false, questions: 0 };
   show('working');
   working('Looking for logs', undefined, '');
   const leave = (path, why) => mine.unopened.push({ path, why });
@@ -79,38 +79,42 @@ const heard = {
       return;
     }
     job.stopping = false;
+    if (job.triage) {
+      return;
+    }
     if (files === 0) {
-      fail('No logs found.');
+      fail(job.entries === undefined ? 'No logs found.' : 'Stopped before anything was read whole.');
     } else if (folders > 1) {
       triage();
     } else {
       report(job.paths.length === 1 ? job.paths[0] : job.taken, { paths: job.paths });
     }
   },
-  async page({ page, ...more }) {
-    told(more);
+  async page({ page, number, ...more }) {
     const mine = job;
-    const { task, until } = job.asked;
-    if (!page) {
-      fail(nothing(job.told));
-      return;
+    const { asked, worker } = job;
+    const sessions = page && asked?.task === 'triage' ? ((await page.text()).match(/<tr data-session=/g) ?? []).length : 0;
+    if (mine !== job || worker !== job.worker || number !== job.asked?.number) {
+      return; // Something else was asked for since then.
     }
-    const sessions = task === 'triage' ? (await page.text()).match(/<tr data-folder=/g).length : 0;
-    if (mine !== job) {
+    told(more);
+    const { task, until, redact } = asked;
+    if (!page) {
+      fail(nothing(job.told), task);
       return;
     }
     if (sessions === 1 && !job.told.stopped) {
       report(job.paths.length === 1 ? job.paths[0] : job.taken, { paths: job.paths });
       return;
     }
-    job[task] = { ...job[task], page, until, told: job.told, redact: job.redact };
+    job[task] = { ...job[task], page, until, redact, told: job.told };
     if (task === 'report' && job.triage && !(history.state && history.state.report)) {
       history.pushState({ report: true }, '');
     }
     showPage(task);
   },
   failed({ text }) {
-    fail(/memory/i.test(text) ? tooLittleMemory : `The reader failed: ${text}`);
+    fail(/memory/i.test(text) ? tooLittleMemory : `The reader failed: ${text}`, job.asked?.task);
   },
 };
 

@@ -34,12 +34,13 @@ function startReader() {
 
 // @param until where a stop came, in bytes.
 function ask(task, what, until) {
-  job.asked = { task, what, until };
+  job.asked = { task, what, until, redact: job.redact, number: ++job.questions };
   job.reached = null;
   show('working');
   working('Reading', 0, '');
   sayWhetherStopping();
-  job.worker.postMessage({ task, options: job.redact ? ['--redact'] : [], until, ...what });
+  const { redact, number } = job.asked;
+  job.worker.postMessage({ task, number, options: [redact ? '--redact' : '--names'], until, ...what });
 }
 
 function sayWhetherStopping() {

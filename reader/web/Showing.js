@@ -47,7 +47,15 @@ function showNotes() {
   $('notes').lastElementChild.replaceChildren(...items.slice(0, 1000).map(text => line('li', text)));
 }
 
-function fail(text) {
+// A report that cannot be made leaves the page of sessions, from which it was asked for.
+async function fail(text, task) {
+  if (task === 'report' && job.triage) {
+    job.asked = null;
+    startReader();
+    await showPage('triage');
+    $('failed').replaceChildren(line('p', text));
+    return;
+  }
   show('empty');
   $('failed').replaceChildren(line('p', text));
   showNotes();
@@ -86,6 +94,7 @@ const titleOf = kind => (kind === 'triage' ? 'Sessions' : job.redact ? 'Report' 
 async function showPage(kind) {
   const mine = job;
   mine.shown = kind;
+  mine.asked = null; // Whoever went back does not want it any more.
   const { page, told } = mine[kind];
   const text = await page.text();
   if (mine !== job || mine.shown !== kind) {
@@ -104,32 +113,37 @@ async function showPage(kind) {
     const shown = frame.contentDocument;
     takeDrops(frame.contentWindow);
     document.title = shown.title;
-    enter(kind === 'triage' && linkSessions(shown) || shown.querySelector('h1'));
+    enter(kind === 'triage' && linkSessions(shown, mine.triage) || shown.querySelector('h1'));
   };
   document.body.append(frame);
 }
 
-// Each session leads to its report. Without names a folder may be called otherwise, but the order is the same: where it
-// lies is known from the page with names.
+// Each session leads to its report. Without names a folder may be called otherwise: where it lies is known from the page
+// with names, if that was made of the same logs.
 // @return what led to the report that was shown last.
-function linkSessions(page) {
+function linkSessions(page, { redact, until, told }) {
   const few = 12;
-  const rows = [...page.querySelectorAll('tr[data-folder]')];
-  if (!job.redact) {
-    job.folders = rows.map(row => row.dataset.folder);
+  const rows = [...page.querySelectorAll('tr[data-session]')];
+  const readUntil = told.messages.some(text => text.includes('memory')) ? NaN : until;
+  if (!redact) {
+    job.folders = rows.reduce((all, row) => all.set(row.dataset.session, row.dataset.folder), new Map());
+    job.listedUntil = readUntil;
+  } else if (readUntil !== job.listedUntil) {
+    return null;
   }
   let opened = null;
-  rows.forEach((row, i) => {
+  rows.forEach(row => {
+    const { session } = row.dataset;
     const link = page.createElement('a');
     link.href = '#';
     link.append(...row.cells[1].childNodes);
     link.onclick = event => {
       event.preventDefault();
-      job.opened = i;
-      report(row.dataset.folder || 'Logs without a folder', { folder: job.folders[i] });
+      job.opened = session;
+      report(job.folders.get(session) || 'Logs without a folder', { folder: job.folders.get(session) });
     };
     row.cells[1].append(link);
-    opened = i === job.opened ? link : opened;
+    opened = session === job.opened ? link : opened;
   });
   page.querySelectorAll('.groups details').forEach(group => { group.open = rows.length <= few || group.contains(opened); });
   return opened;

@@ -1,5 +1,5 @@
 // The module within sentiq-logs.html: the commands that its worker calls, with paths in the worker's own file system.
-//   report [--redact] PATH..., triage [--redact] PATH...: write /page.html
+//   report --names PATH..., triage --redact PATH...: write /page.html, with names or without
 #include <atomic>
 #include <cstddef>
 #include <exception>
@@ -62,10 +62,8 @@ int main(int argc, char** argv) {
     }
     std::set_new_handler(giveReserve);
     std::vector<std::string> paths = consoleArguments(argc - 1, argv + 1);
-    const bool redact = !paths.empty() && paths.front() == "--redact";
-    if (redact) {
-      paths.erase(paths.begin());
-    }
+    const bool redact = paths.front() == "--redact";
+    paths.erase(paths.begin());
     run(argv[1], paths, {.in = std::cin, .out = std::cout, .messages = messages, .stop = stop, .redact = redact});
     std::cout.flush();
   } catch (const std::bad_alloc&) {

@@ -75,19 +75,22 @@ const tasks = {
       tops: [...new Set(logs.map(log => log.path.split('/')[0]))],
       folders: new Set(logs.map(log => folderOf(log.path))).size });
   },
-  async triage({ paths, ...more }) {
-    say('page', await run('triage', paths, more));
+  async triage({ paths, number, ...more }) {
+    say('page', { number, ...await run('triage', paths, more) });
   },
   // Of all that was taken, or of one folder.
-  async report({ paths, folder, ...more }) {
-    say('page', await run('report', paths ?? pathsOf(folder), more));
+  async report({ paths, folder, number, ...more }) {
+    say('page', { number, ...await run('report', paths ?? pathsOf(folder), more) });
   },
 };
 
-onmessage = async ({ data }) => {
+async function work(data) {
   try {
     await tasks[data.task](data);
   } catch (error) {
     say('failed', { text: error.message || String(error) });
   }
-};
+}
+
+let busy = Promise.resolve(); // One task after the other.
+onmessage = ({ data }) => { busy = busy.then(() => work(data)); };

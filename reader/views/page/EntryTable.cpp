@@ -1,9 +1,10 @@
 #include "reader/views/page/EntryTable.h"
 
-#include <functional>
 #include <memory>
 #include <string_view>
 #include <unordered_map>
+
+#include "reader/input/TextHash.h"
 
 namespace sentiq {
 namespace {
@@ -49,14 +50,14 @@ std::string fieldLines(const std::vector<NamedValue>& fields) {
 }
 
 // That of what the row says beside time and place; that two of 100,000 share one is no thing that happens.
-std::size_t hashOf(const PageSession& page, const LogEntry& entry) {
+std::uint64_t hashOf(const PageSession& page, const LogEntry& entry) {
   const EventRecord& event = page.session.eventOf(entry);
   std::string text = std::to_string(event.id) + '\n' + std::string(event.provider()) + '\n' +
                      std::string(event.channel()) + '\n' + std::string(severityName(entry.severity));
   for (const auto& [name, value] : fieldsOf(page, entry)) {
     text.append("\n").append(name).append("\n").append(value);
   }
-  return std::hash<std::string>()(text);
+  return textHash(text);
 }
 
 std::string dayOf(const LogEntry& entry) {
@@ -118,7 +119,7 @@ Places rowPlaces(const Rows& rows, std::size_t i) {
 void addEntries(const PageSession& page, Places& places) {
   const auto during = std::make_shared<Rows>(Rows{page, {}, {}});
   const auto before = std::make_shared<Rows>(Rows{page, {}, {}});
-  std::unordered_map<std::size_t, std::size_t> newest;  // Entries by hash.
+  std::unordered_map<std::uint64_t, std::size_t> newest;  // Entries by hash.
   for (std::size_t i = page.session.entries.size(); i-- > 0;) {
     const LogEntry& entry = page.session.entries[i];
     if (entry.metric) {

@@ -92,6 +92,7 @@ TEST(Triage, SaysWhatItCouldNotRead) {
   EXPECT_THAT(contentOf(page), AllOf(HasSubstr("<li>damaged or unfinished lines in "), HasSubstr("a.log</li>")));
   const std::string before = contentOf(page);
   EXPECT_EQ(writePage(folder.file(""), page, {}, /*stopped=*/true).exitCode, exitFailed);
+  EXPECT_THAT(writePage(SampleFolder().file(""), page).messages, HasSubstr("no page is written"));
   EXPECT_EQ(contentOf(page), before) << "nothing was read";
   EXPECT_THAT(writePage(folder.file(""), log).messages, HasSubstr("is one of the logs, and is not replaced"));
 }

@@ -216,7 +216,7 @@ test('a stop shows what was read until then, a second one nothing', async () => 
   assert.equal((await tab.saved()).name, 'large.log (in part).html');
   assert.deepEqual(await tab.faults(), []);
   assert.equal(await stopAt('year', 'Reading'), 'sessions');
-  assert.equal(await tab.frame().locator('tr[data-folder]').count(), 2);
+  assert.equal(await tab.frame().locator('tr[data-session]').count(), 2);
   assert.match(await tab.frame().locator('ul.note').innerText(), /stopped: 2 of 3 folders were read/);
   assert.match(await tab.text('#notes'), /large.log: not read: stopped\n.*next.log: not read/);
   await stopAt('year.zip', 'Unpacking');
