@@ -89,7 +89,7 @@ TEST(Follow, OfTheTimelineRedactsThePathsOfLogs) {
       followTimeline({log}, {.json = true}, streams);
     });
   });
-  EXPECT_TRUE(comesToHold(shown, "/new.log"));
+  EXPECT_TRUE(comesToHold(shown, "\"line\":2}"));
   stop = true;
   follower.join();
   EXPECT_THAT(readFile(pathFromText(shown)), Not(HasSubstr("Anna")));
