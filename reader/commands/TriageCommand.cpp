@@ -173,11 +173,12 @@ std::vector<std::string> Triage::sayWhatIsMissing() {
     say(std::to_string(repeated_) + (repeated_ == 1 ? " session was" : " sessions were") +
         " there more than once, and counted once");
   }
-  // The threads come as they like.
-  if (std::sort(damagedFiles_.begin(), damagedFiles_.end()); !damagedFiles_.empty()) {
+  std::sort(damagedFiles_.begin(), damagedFiles_.end());  // The threads come as they like.
+  std::sort(unread_.begin(), unread_.end());
+  if (!damagedFiles_.empty()) {
     say("damaged or unfinished lines in " + someOf(damagedFiles_), exitDamaged);
   }
-  if (std::sort(unread_.begin(), unread_.end()); !unread_.empty()) {
+  if (!unread_.empty()) {
     said_.push_back("not read, or no logs: " + someOf(unread_));
   }
   return said_;

@@ -83,7 +83,7 @@ const heard = {
       return;
     }
     if (files === 0) {
-      fail(job.entries === undefined ? 'No logs found.' : 'Stopped before anything was read whole.');
+      fail(nothing({ messages: [], stopped: job.entries !== undefined }));
     } else if (folders > 1) {
       triage();
     } else {

@@ -59,8 +59,8 @@ function stop() {
   if (reached.doing === 'Unpacking') {
     job.entries = reached.entries;
     startReader();
-  } else if (reached.doing === 'Reading') {
+  } else if (job.asked) {
     job.asked.until = reached.done;
     startReader();
-  } // Else all was read.
+  } // Else it is about to be shown.
 }

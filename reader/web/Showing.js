@@ -126,7 +126,7 @@ function linkSessions(page, { redact, until, told }) {
   const rows = [...page.querySelectorAll('tr[data-session]')];
   const readUntil = told.messages.some(text => text.includes('memory')) ? NaN : until;
   if (!redact) {
-    job.folders = rows.reduce((all, row) => all.set(row.dataset.session, row.dataset.folder), new Map());
+    job.folders = new Map(rows.map(({ dataset }) => [dataset.session, dataset.folder]));
     job.listedUntil = readUntil;
   } else if (readUntil !== job.listedUntil) {
     return null;
