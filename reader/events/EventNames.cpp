@@ -15,7 +15,7 @@ struct NameRow {
   std::string_view fields;
 };
 // A computer's or a domain's before those of people, so that STUDIO\anna is known for what it is.
-constexpr NameRow rows[] = {
+constexpr NameRow nameRows[] = {
     NameRow{NameKind::Computer, 0, "*",
             "Computer|ComputerName|MachineName|HostName|Workstation*|ClientName|*ServerName|DCName"},
     NameRow{NameKind::Computer, 1074, "User32", "param2"},
@@ -47,7 +47,7 @@ bool fits(const NameRow& row, const EventRecord& event) {
 std::vector<EventName> namesIn(const EventRecord& event) {
   std::vector<EventName> names{{NameKind::Computer, event.computer()}};
   const std::vector<NamedValue> fields = event.fields();
-  for (const NameRow& row : rows) {
+  for (const NameRow& row : nameRows) {
     if (!fits(row, event)) {
       continue;
     }

@@ -75,7 +75,7 @@ constexpr std::string_view packagedCrashReported =
     "Error report {EventName}: {PackageFullName} crashed{ in |ModuleName}{ |ModuleVersion}"
     "{: exception |ExceptionCode:exception}{ at offset |FaultingOffset:hex}";
 
-constexpr EventRow rows[] = {
+constexpr EventRow allRows[] = {
     {1000, Crash, Error, "Application Error",
      "{AppName} {AppVersion} crashed in {ModuleName} {ModuleVersion}: exception {ExceptionCode:exception} at "
      "offset {FaultingOffset:hex}",
@@ -211,7 +211,7 @@ constexpr EventRow rows[] = {
 };
 
 consteval bool everyRow(bool (*isGood)(const EventRow&)) {
-  return std::all_of(std::begin(rows), std::end(rows), isGood);
+  return std::all_of(std::begin(allRows), std::end(allRows), isGood);
 }
 
 consteval bool everyMeaning() {
@@ -219,7 +219,8 @@ consteval bool everyMeaning() {
     const auto wanted = static_cast<Meaning>(meaning);
     // Those two only the program's own lines have.
     if (wanted != Exit && wanted != DisplayChange &&
-        std::none_of(std::begin(rows), std::end(rows), [&](const EventRow& row) { return row.meaning == wanted; })) {
+        std::none_of(std::begin(allRows), std::end(allRows),
+                     [&](const EventRow& row) { return row.meaning == wanted; })) {
       return false;
     }
   }
@@ -233,14 +234,14 @@ static_assert(everyMeaning(), "a meaning that no event has");
 }  // namespace
 
 std::span<const EventRow> eventRows() {
-  return rows;
+  return allRows;
 }
 
 const EventRow* findRow(std::string_view provider, int id, int level, const OwnField& field) {
-  const auto* const row = std::find_if(std::begin(rows), std::end(rows), [&](const EventRow& candidate) {
+  const auto* const row = std::find_if(std::begin(allRows), std::end(allRows), [&](const EventRow& candidate) {
     return mayFit(candidate, provider, id, level) && holds(candidate, field);
   });
-  return row != std::end(rows) ? row : nullptr;
+  return row != std::end(allRows) ? row : nullptr;
 }
 
 }  // namespace sentiq

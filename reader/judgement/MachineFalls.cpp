@@ -13,7 +13,7 @@ namespace {
 // All events about the same fall of the machine, but error reports, are written within this time after its start.
 constexpr std::chrono::minutes sameBoot{15};
 // Several events tell of one start of Windows.
-constexpr std::chrono::minutes sameStart{3};
+constexpr std::chrono::minutes oneStart{3};
 
 // The last start of Windows up to that time; nothing when none is known.
 std::optional<Instant> bootBefore(const std::vector<Instant>& boots, Instant time) {
@@ -100,7 +100,7 @@ std::vector<Instant> bootsOf(const Session& session, const EntryIndex& index) {
   std::sort(all.begin(), all.end());
   std::vector<Instant> boots;
   for (const Instant boot : all) {
-    if (boots.empty() || boot - boots.back() > sameStart) {
+    if (boots.empty() || boot - boots.back() > oneStart) {
       boots.push_back(boot);
     }
   }

@@ -8,6 +8,8 @@
 
 namespace sentiq {
 
+inline const std::string entry = "2025-01-31T14:05:09.042+0100 [SYSTEM] [INFO]: a";
+
 struct Ran {
   int exitCode = 0;
   std::string out;

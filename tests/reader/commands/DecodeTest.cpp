@@ -4,7 +4,6 @@
 
 namespace sentiq {
 
-const std::string entry = "2025-01-31T14:05:09.042+0100 [SYSTEM] [INFO]: a";
 const std::string encoded = encodedLine(entry);
 
 static Ran decodeAll(const std::string& bytes, const DecodeOptions& options = {}, bool terminal = false) {

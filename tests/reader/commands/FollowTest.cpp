@@ -4,8 +4,6 @@
 
 namespace sentiq {
 
-const std::string entry = "2025-01-31T14:05:09.042+0100 [SYSTEM] [INFO]: a";
-
 static void follow(const std::string& shown, const std::atomic<bool>& stop,
                    const std::function<void(const Streams&)>& command) {
   std::istringstream noInput;

@@ -4,8 +4,6 @@
 
 namespace sentiq {
 
-static const std::string kernelPower = "Microsoft-Windows-Kernel-Power";
-
 static std::string fieldsOf(const EventRecord& event) {
   std::string text;
   for (const auto& [name, value] : event.fields()) {

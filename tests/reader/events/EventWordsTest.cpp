@@ -10,7 +10,6 @@ static void expectWords(const SampleEvent& sample, Meaning meaning, const std::s
 }
 
 TEST(Words, SayHowTheMachineWas) {
-  const std::string kernelPower = "Microsoft-Windows-Kernel-Power";
   const std::string kernelGeneral = "microsoft-windows-kernel-general";
   expectWords({kernelPower, 41, {"BugcheckCode=313"}}, Meaning::BlueScreen,
               "error: The machine crashed with the blue screen 0x139 KERNEL_SECURITY_CHECK_FAILURE");

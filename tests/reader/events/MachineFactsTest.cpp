@@ -4,7 +4,6 @@
 
 namespace sentiq {
 
-static const std::string kernelPower = "Microsoft-Windows-Kernel-Power";
 static const std::string kernelGeneral = "Microsoft-Windows-Kernel-General";
 
 TEST(BlueScreen, TellsStopCodeDumpAndReportInAnyForm) {

@@ -8,6 +8,8 @@
 
 namespace sentiq {
 
+inline const std::string kernelPower = "Microsoft-Windows-Kernel-Power";
+
 inline std::string eventJson(const std::string& xml) {
   return R"({"xmlData":)" + nlohmann::json(xml).dump() + '}';
 }

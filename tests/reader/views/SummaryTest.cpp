@@ -7,12 +7,10 @@
 
 namespace sentiq {
 
-const std::string first = recordLine("2025-01-31T12:59:50.000+0100");
-
 TEST(Summary, NamesGapsDamageAndWhatIsMissing) {
   std::string later = recordLine("2025-01-31T13:00:30.000+0100", 70);
   later.replace(later.find("00:00:10"), 8, "00:00:50");  // So long Canvix had run by then.
-  const std::string log = sessionLog({first, later});
+  const std::string log = sessionLog({recordLine("2025-01-31T12:59:50.000+0100"), later});
   const LogSet logs = readTexts({log + "\x01\n\xff\n" + "torn"});
   const Summary summary = summarize(logs, logs.sessions.front());
   EXPECT_THAT(summary.gaps, ElementsAre("40 s from 2025-01-31 12:59:50.000"));
