@@ -45,7 +45,7 @@ bool isSameBuild(const std::string& a, const std::string& b) {
 void addBuilds(const Session& session, const EntryIndex& index, Instant from, Instant until, Collection& changes) {
   std::string last;
   std::vector<std::tuple<MachineChange, const LogEntry*>> found;
-  for (const LogEntry* const entry : index.all(Meaning::Boot)) {
+  for (const LogEntry* const entry : index.all({Meaning::Boot})) {
     const std::string build = entry->event ? windowsBuild(session.eventOf(*entry)) : std::string{};
     if (build.empty()) {
       continue;
@@ -85,7 +85,7 @@ std::vector<Change> changesBefore(const Session& session, const EntryIndex& inde
                                   const LogTime& end, const std::string& canvixVersion) {
   const Instant from = end.instant - shownBefore;
   Collection changes(end);
-  const std::vector<const LogEntry*> told = index.between({Meaning::Change}, from, end.instant);
+  const std::vector<const LogEntry*> told = index.all({Meaning::Change}, from, end.instant);
   for (auto next = told.rbegin(); next != told.rend(); ++next) {
     const LogEntry& entry = **next;
     changes.add(machineChange(session.eventOf(entry)), {*entry.time, entry.offset}, index.indexOf(entry));

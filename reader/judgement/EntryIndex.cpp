@@ -1,61 +1,43 @@
 #include "reader/judgement/EntryIndex.h"
 
 #include <algorithm>
+#include <iterator>
 
 namespace sentiq {
-namespace {
-
-using Place = std::vector<const LogEntry*>::const_iterator;
-
-// Those from the one time to the other.
-std::pair<Place, Place> rangeOf(const std::vector<const LogEntry*>& entries, Instant from, Instant to) {
-  const auto begin = std::lower_bound(entries.begin(), entries.end(), from,
-                                      [](const LogEntry* entry, Instant time) { return *entry->time < time; });
-  const auto end = std::upper_bound(begin, entries.end(), to,
-                                    [](Instant time, const LogEntry* entry) { return time < *entry->time; });
-  return {begin, end};
-}
-
-}  // namespace
 
 EntryIndex::EntryIndex(const Session& session) : session_(session) {
   for (const LogEntry& entry : session.entries) {
     if (entry.time && entry.meaning != Meaning::Other) {
-      entries_[static_cast<std::size_t>(entry.meaning)].push_back(&entry);
+      entries_.push_back(&entry);
     }
   }
+}
+
+std::span<const LogEntry* const> EntryIndex::between(Instant from, Instant to) const {
+  const auto begin = std::partition_point(entries_.begin(), entries_.end(),
+                                          [from](const LogEntry* entry) { return *entry->time < from; });
+  const auto end =
+      std::partition_point(begin, entries_.end(), [to](const LogEntry* entry) { return *entry->time <= to; });
+  return {begin, end};
+}
+
+std::vector<const LogEntry*> EntryIndex::all(Meanings meanings, Instant from, Instant to) const {
+  const std::span<const LogEntry* const> entries = between(from, to);
+  std::vector<const LogEntry*> found;
+  std::copy_if(entries.begin(), entries.end(), std::back_inserter(found), [meanings](const LogEntry* entry) {
+    return std::find(meanings.begin(), meanings.end(), entry->meaning) != meanings.end();
+  });
+  return found;
 }
 
 const LogEntry* EntryIndex::first(Meanings meanings, Instant from, Instant to) const {
-  const LogEntry* first = nullptr;
-  for (const Meaning meaning : meanings) {
-    const auto [begin, end] = rangeOf(all(meaning), from, to);
-    if (begin != end && (first == nullptr || *(*begin)->time < *first->time)) {
-      first = *begin;
-    }
-  }
-  return first;
+  const std::vector<const LogEntry*> found = all(meanings, from, to);
+  return found.empty() ? nullptr : found.front();
 }
 
 const LogEntry* EntryIndex::last(Meanings meanings, Instant from, Instant to) const {
-  const LogEntry* last = nullptr;
-  for (const Meaning meaning : meanings) {
-    const auto [begin, end] = rangeOf(all(meaning), from, to);
-    if (begin != end && (last == nullptr || *(*(end - 1))->time >= *last->time)) {
-      last = *(end - 1);
-    }
-  }
-  return last;
-}
-
-std::vector<const LogEntry*> EntryIndex::between(Meanings meanings, Instant from, Instant to) const {
-  std::vector<const LogEntry*> found;
-  for (const Meaning meaning : meanings) {
-    const auto [begin, end] = rangeOf(all(meaning), from, to);
-    found.insert(found.end(), begin, end);
-  }
-  std::sort(found.begin(), found.end());  // They lie in the session's order of time.
-  return found;
+  const std::vector<const LogEntry*> found = all(meanings, from, to);
+  return found.empty() ? nullptr : found.back();
 }
 
 std::size_t EntryIndex::indexOf(const LogEntry& entry) const {

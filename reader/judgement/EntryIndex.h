@@ -1,9 +1,9 @@
-// The entries of a session by what they mean, so that each question looks only at those that can answer it.
+// The entries of a session that mean something, so that each question looks only at those that can answer it.
 #pragma once
 
-#include <array>
 #include <cstddef>
 #include <initializer_list>
+#include <span>
 #include <vector>
 
 #include "reader/session/Session.h"
@@ -12,26 +12,27 @@ namespace sentiq {
 
 using Meanings = std::initializer_list<Meaning>;
 
-/// Of entries with a time, in its order. The session must outlive it.
+/// Of entries with a time. The session must outlive it.
 class EntryIndex {
  public:
   explicit EntryIndex(const Session& session);
 
-  const std::vector<const LogEntry*>& all(Meaning meaning) const { return entries_[static_cast<std::size_t>(meaning)]; }
+  /// From the one time to the other, both included, in the session's order.
+  std::span<const LogEntry* const> between(Instant from, Instant to) const;
 
-  /// The first one of these meanings from the one time to the other, both included; nullptr when there is none.
+  /// Of those the ones of these meanings.
+  std::vector<const LogEntry*> all(Meanings meanings, Instant from = Instant::min(), Instant to = Instant::max()) const;
+
+  /// The first one of them, nullptr when there is none; so the last one.
   const LogEntry* first(Meanings meanings, Instant from, Instant to) const;
   const LogEntry* last(Meanings meanings, Instant from, Instant to) const;
-
-  /// All of them, in order.
-  std::vector<const LogEntry*> between(Meanings meanings, Instant from, Instant to) const;
 
   /// Its place among the session's entries.
   std::size_t indexOf(const LogEntry& entry) const;
 
  private:
   const Session& session_;
-  std::array<std::vector<const LogEntry*>, static_cast<std::size_t>(Meaning::Change) + 1> entries_;
+  std::vector<const LogEntry*> entries_;  // In order of time.
 };
 
 }  // namespace sentiq

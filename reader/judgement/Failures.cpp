@@ -147,8 +147,8 @@ WatchedProcess watchedProcess(const Session& session, const EntryIndex& index, c
       process.over = entry.time;
     }
   }
-  if (!index.all(Meaning::Exit).empty()) {
-    process.over = index.all(Meaning::Exit).front()->time;
+  if (const std::vector<const LogEntry*> exits = index.all({Meaning::Exit}); !exits.empty()) {
+    process.over = exits.front()->time;
   }
   if (process.begin && process.over && *process.over < *process.begin) {  // The clock was set back meanwhile.
     process.begin = process.over;
@@ -159,7 +159,7 @@ WatchedProcess watchedProcess(const Session& session, const EntryIndex& index, c
 std::vector<Failure> failuresOf(const Session& session, const EntryIndex& index, const WatchedProcess& process) {
   std::vector<Failure> failures;
   Gathering gathering(failures);
-  for (const LogEntry* const entry : index.between({Meaning::Crash, Meaning::Hang}, Instant::min(), Instant::max())) {
+  for (const LogEntry* const entry : index.all({Meaning::Crash, Meaning::Hang})) {
     gathering.add(*entry, programFailure(session.eventOf(*entry)));
   }
   for (Failure& failure : failures) {

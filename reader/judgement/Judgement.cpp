@@ -50,7 +50,7 @@ class Judge {
 Judgement Judge::judge() {
   result_.offset = case_.span.offset;
   const Failure* const failure = ownFailure();
-  const std::vector<const LogEntry*>& exits = case_.index.all(Meaning::Exit);
+  const std::vector<const LogEntry*> exits = case_.index.all({Meaning::Exit});
   if (!case_.process.over) {
     result_.verdict = {Severity::Notice, "How the session ended is unknown: its logs are missing"};
   } else if (failure != nullptr) {

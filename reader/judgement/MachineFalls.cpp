@@ -89,7 +89,7 @@ std::size_t placeOf(std::vector<Fall>& falls, Fall own, const LogEntry& report, 
 
 std::vector<Instant> bootsOf(const Session& session, const EntryIndex& index) {
   std::vector<Instant> all;
-  for (const LogEntry* const entry : index.all(Meaning::Boot)) {
+  for (const LogEntry* const entry : index.all({Meaning::Boot})) {
     const auto boot = entry->event ? bootTime(session.eventOf(*entry)) : std::nullopt;
     all.push_back(boot.value_or(*entry->time));
   }
@@ -111,8 +111,7 @@ std::vector<Fall> fallsOf(const Session& session, const EntryIndex& index, const
                           const std::optional<Alive>& alive) {
   std::vector<Fall> falls;
   std::vector<std::pair<const LogEntry*, MachineFall>> reports;
-  for (const LogEntry* const teller :
-       index.between({Meaning::PowerLoss, Meaning::BlueScreen}, Instant::min(), Instant::max())) {
+  for (const LogEntry* const teller : index.all({Meaning::PowerLoss, Meaning::BlueScreen})) {
     MachineFall facts = machineFall(session.eventOf(*teller));
     if (facts.isErrorReport) {
       reports.emplace_back(teller, std::move(facts));

@@ -52,7 +52,7 @@ void Remarks::sayOtherFailures(const Failure* own) {
 
 void Remarks::sayTroubleOfItsOwn() {
   for (const Meaning meaning : {Meaning::Recovered, Meaning::Leak}) {
-    const std::vector<const LogEntry*>& found = case_.index.all(meaning);
+    const std::vector<const LogEntry*> found = case_.index.all({meaning});
     const auto entry =
         std::find_if(found.begin(), found.end(), [&](const LogEntry* e) { return case_.span.contains(*e->time); });
     if (entry != found.end()) {

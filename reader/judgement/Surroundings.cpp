@@ -5,6 +5,8 @@
 #include <chrono>
 #include <cstddef>
 #include <cstdint>
+#include <iterator>
+#include <span>
 #include <string_view>
 #include <utility>
 
@@ -18,17 +20,12 @@ struct BeforeRow {
   bool everyText;  // Else the last one of the kind is enough: several events tell of the same.
   BeforeKind kind;
 };
-constexpr std::array beforeRows{
-    BeforeRow{Meaning::Display, true, BeforeKind::Display},
-    BeforeRow{Meaning::Memory, false, BeforeKind::Memory},
-    BeforeRow{Meaning::Disk, true, BeforeKind::Disk},
-    BeforeRow{Meaning::Hardware, true, BeforeKind::Hardware},
-    BeforeRow{Meaning::Battery, false, BeforeKind::Battery},
-    BeforeRow{Meaning::Leak, false, BeforeKind::Leak},
-    BeforeRow{Meaning::Resume, false, BeforeKind::Resume},
-    BeforeRow{Meaning::StandbyEnded, false, BeforeKind::Resume},
-    BeforeRow{Meaning::Recovered, false, BeforeKind::Hang},
-    BeforeRow{Meaning::Hang, false, BeforeKind::Hang},
+constexpr BeforeRow beforeRows[]{
+    {Meaning::Display, true, BeforeKind::Display},  {Meaning::Memory, false, BeforeKind::Memory},
+    {Meaning::Disk, true, BeforeKind::Disk},        {Meaning::Hardware, true, BeforeKind::Hardware},
+    {Meaning::Battery, false, BeforeKind::Battery}, {Meaning::Leak, false, BeforeKind::Leak},
+    {Meaning::Resume, false, BeforeKind::Resume},   {Meaning::StandbyEnded, false, BeforeKind::Resume},
+    {Meaning::Recovered, false, BeforeKind::Hang},  {Meaning::Hang, false, BeforeKind::Hang},
 };
 
 constexpr std::chrono::minutes shortlyBefore{10};
@@ -68,11 +65,14 @@ std::size_t displayChanges(const Session& session, const EntryIndex& index, cons
   if (first == session.entries.end()) {  // No watchdog log, which alone tells of the display.
     return 0;
   }
-  const std::vector<const LogEntry*>& changes = index.all(Meaning::DisplayChange);
+  const std::vector<const LogEntry*> standby = index.all({Meaning::StandbyBegun, Meaning::StandbyEnded});
+  const std::vector<const LogEntry*> changes = index.all({Meaning::DisplayChange});
   return static_cast<std::size_t>(std::count_if(changes.begin(), changes.end(), [&](const LogEntry* entry) {
     const Instant time = *entry->time;
+    const auto next = std::partition_point(standby.begin(), standby.end(),
+                                           [&](const LogEntry* event) { return *event->time < time - close; });
     return span.contains(time) && time - *first->time > atStart &&
-           index.first({Meaning::StandbyBegun, Meaning::StandbyEnded}, time - close, time + close) == nullptr;
+           (next == standby.end() || *(*next)->time > time + close);
   }));
 }
 
@@ -106,19 +106,15 @@ std::string_view beforeWords(BeforeKind kind) {
 
 std::vector<Before> whatWentBefore(const Session& session, const EntryIndex& index, Instant until, bool hangsToo) {
   constexpr std::size_t most = 8;
-  std::vector<std::pair<const LogEntry*, const BeforeRow*>> found;
-  for (const BeforeRow& row : beforeRows) {
-    if (hangsToo || row.kind != BeforeKind::Hang) {
-      for (const LogEntry* const entry : index.between({row.meaning}, until - shortlyBefore, until)) {
-        found.emplace_back(entry, &row);
-      }
-    }
-  }
-  std::sort(found.begin(), found.end());  // They lie in the session's order of time.
+  const std::span<const LogEntry* const> entries = index.between(until - shortlyBefore, until);
   std::vector<Before> before;
-  for (auto next = found.rbegin(); next != found.rend() && before.size() < most; ++next) {
-    const LogEntry* const entry = next->first;
-    const BeforeRow* const row = next->second;
+  for (auto next = entries.rbegin(); next != entries.rend() && before.size() < most; ++next) {
+    const LogEntry* const entry = *next;
+    const auto* const row = std::find_if(std::begin(beforeRows), std::end(beforeRows),
+                                         [&](const BeforeRow& r) { return r.meaning == entry->meaning; });
+    if (row == std::end(beforeRows) || (row->kind == BeforeKind::Hang && !hangsToo)) {
+      continue;
+    }
     std::string text = entry->event ? inSentence(eventWords(session.eventOf(*entry), entry->offset))
                                     : "the machine resumed from sleep";  // The program's line.
     const bool known = std::any_of(before.begin(), before.end(), [&](const Before& later) {
@@ -154,7 +150,7 @@ std::vector<Statement> machineStatements(const Session& session, const EntryInde
   state("The machine hibernated ", counts[static_cast<std::size_t>(SleepKind::Hibernation)]);
   state("Modern standby began ", counts[static_cast<std::size_t>(SleepKind::Standby)]);
   state("The display went on or off, or standby began or ended, ", displayChanges(session, index, span));
-  for (const LogEntry* const entry : index.all(Meaning::Clock)) {
+  for (const LogEntry* const entry : index.all({Meaning::Clock})) {
     constexpr std::chrono::seconds worthALine{10};
     const auto set = clockSet(session.eventOf(*entry));
     const Ticks change = set && !set->readAnew ? set->to - set->from : Ticks{};
