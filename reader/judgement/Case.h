@@ -16,6 +16,8 @@ namespace sentiq {
 struct Case {
   explicit Case(const Session& judged);
 
+  std::string wordsFor(const LogEntry& entry) const { return wordsOf(session, entry); }
+
   const Session& session;
   EntryIndex index;
   SessionSpan span;

@@ -24,65 +24,35 @@ constexpr std::chrono::minutes lastSign{2};
 // A machine that went down is started again within this time, when nothing else tells when it went down.
 constexpr std::chrono::hours soonRestarted{1};
 
-class Judge {
- public:
-  explicit Judge(const Session& session) : case_(session) {}
-
-  Judgement judge();
-
- private:
-  std::string wordsFor(const LogEntry& entry) const { return wordsOf(case_.session, entry); }
-  void conclude(Outcome outcome, Severity severity, std::string text, const LogEntry* entry, TimeRange time);
-  const Failure* ownFailure() const;
-  void judgeFailure(const Failure& failure);
-  void judgeExit(const LogEntry& exit);
-  const Fall* ownFall() const;
-  void judgeFall(const Fall& fall);
-  void judgeStop();
-  const LogEntry* shutdownAbout(Instant time, Ticks begunBy, Ticks doneBy) const;
-  const Sleep* sleepAtLast() const;
-  void addFigures();
-
-  Case case_;
-  Judgement result_;
-};
-
-Judgement Judge::judge() {
-  result_.offset = case_.span.offset;
-  const Failure* const failure = ownFailure();
-  const std::vector<const LogEntry*> exits = case_.index.all({Meaning::Exit});
-  if (!case_.process.over) {
-    result_.verdict = {Severity::Notice, "How the session ended is unknown: its logs are missing"};
-  } else if (failure != nullptr) {
-    judgeFailure(*failure);
-  } else if (!exits.empty()) {
-    judgeExit(*exits.front());
-  } else if (const Fall* const fall = ownFall()) {
-    judgeFall(*fall);
-  } else {
-    judgeStop();
-  }
-  for (Statement& remark : remarksOn(case_, result_, failure)) {
-    result_.others.push_back(std::move(remark));
-  }
-  addFigures();
-  return std::move(result_);
+Judgement concluded(const Case& known, Outcome outcome, Severity severity, std::string text, const LogEntry& entry,
+                    TimeRange time) {
+  Judgement judgement;
+  judgement.outcome = outcome;
+  judgement.verdict = {severity, std::move(text), known.index.indexOf(entry)};
+  judgement.time = time;
+  judgement.offset = entry.offset;
+  return judgement;
 }
 
-void Judge::conclude(Outcome outcome, Severity severity, std::string text, const LogEntry* entry, TimeRange time) {
-  result_.outcome = outcome;
-  result_.verdict = {severity, std::move(text)};
-  result_.time = time;
-  if (entry != nullptr) {
-    result_.verdict.entry = case_.index.indexOf(*entry);
-    result_.offset = entry->offset;
+Judgement unknown(const Case& known, const std::string& why) {
+  Judgement judgement;
+  judgement.verdict = {Severity::Notice, "How the session ended is unknown: " + why};
+  judgement.offset = known.span.offset;
+  return judgement;
+}
+
+std::vector<std::size_t> placesOf(const std::vector<const LogEntry*>& tellers, const Case& known) {
+  std::vector<std::size_t> places;
+  for (const LogEntry* const teller : tellers) {
+    places.push_back(known.index.indexOf(*teller));
   }
+  return places;
 }
 
 // A crash is the cause of a hang beside it: the process does not answer while its dump is written.
-const Failure* Judge::ownFailure() const {
+const Failure* ownFailure(const Case& known) {
   const Failure* own = nullptr;
-  for (const Failure& failure : case_.failures) {
+  for (const Failure& failure : known.failures) {
     if (failure.whose == Whose::Watched && (own == nullptr || (own->hang && !failure.hang))) {
       own = &failure;
     }
@@ -90,101 +60,99 @@ const Failure* Judge::ownFailure() const {
   return own;
 }
 
-void Judge::judgeFailure(const Failure& failure) {
+Judgement judgedFailure(const Case& known, const Failure& failure) {
   const ProgramFailure& facts = failure.facts;
   std::string text;
   if (failure.hang) {
     text = "Canvix stopped responding and was closed" + atTimeOf(*failure.best) +
            (facts.hangKind.empty() ? "" : ": " + facts.hangKind);
   } else {
-    const auto known = [](const std::string& value) { return value.empty() ? "unknown" : value; };
+    const auto orUnknown = [](const std::string& value) { return value.empty() ? "unknown" : value; };
     const std::string words(codeWords(CodeKind::Exception, facts.exception.value_or(0)));
     const std::string name = !facts.exceptionName.empty() ? facts.exceptionName : words;
-    text = "Canvix crashed" + atTimeOf(*failure.best) + ": module " + known(facts.module) +
+    text = "Canvix crashed" + atTimeOf(*failure.best) + ": module " + orUnknown(facts.module) +
            (facts.moduleVersion.empty() ? "" : ' ' + facts.moduleVersion) + ", exception " +
-           (facts.exception ? showHex(*facts.exception) + (name.empty() ? "" : " (" + name + ')') : known(name)) +
+           (facts.exception ? showHex(*facts.exception) + (name.empty() ? "" : " (" + name + ')') : orUnknown(name)) +
            (facts.offset ? ", offset " + showHex(*facts.offset) : "");
   }
   const Instant time = failure.time();
-  conclude(failure.hang ? Outcome::Hung : Outcome::Crashed, Severity::Error, std::move(text), failure.best,
-           {time, time});
-  result_.evidence.failure = facts;
-  for (const LogEntry* const teller : failure.tellers) {
-    result_.evidence.entries.push_back(case_.index.indexOf(*teller));
-  }
-  result_.before = whatWentBefore(case_.session, case_.index, time, /*hangsToo=*/!failure.hang);
-  const Instant over = std::max(time, *case_.process.over);
+  Judgement judgement = concluded(known, failure.hang ? Outcome::Hung : Outcome::Crashed, Severity::Error,
+                                  std::move(text), *failure.best, {time, time});
+  judgement.evidence.failure = facts;
+  judgement.evidence.entries = placesOf(failure.tellers, known);
+  judgement.before = whatWentBefore(known.session, known.index, time, /*hangsToo=*/!failure.hang);
+  const Instant over = std::max(time, *known.process.over);
   if (const LogEntry* const shutdown =
-          case_.index.first({Meaning::ShutdownBegun}, time - shutdownLead, over + lastSign)) {
-    result_.others.push_back(
+          known.index.first({Meaning::ShutdownBegun}, time - shutdownLead, over + lastSign)) {
+    judgement.others.push_back(
         {Severity::Notice,
-         "About then a shutdown or restart was asked for" + atTimeOf(*shutdown) + ": " + wordsFor(*shutdown),
-         case_.index.indexOf(*shutdown)});
+         "About then a shutdown or restart was asked for" + atTimeOf(*shutdown) + ": " + known.wordsFor(*shutdown),
+         known.index.indexOf(*shutdown)});
   }
+  return judgement;
 }
 
 // One that was begun shortly before that time; one of which only the end is known counts unless it was begun later.
-const LogEntry* Judge::shutdownAbout(Instant time, Ticks begunBy, Ticks doneBy) const {
-  const LogEntry* const begun = case_.index.last({Meaning::ShutdownBegun}, time - shutdownLead, time + begunBy);
-  return begun == nullptr && case_.index.first({Meaning::ShutdownBegun}, time, time + doneBy) == nullptr
-             ? case_.index.first({Meaning::ShutdownDone}, time - sameTime, time + doneBy)
+const LogEntry* shutdownAbout(const Case& known, Instant time, Ticks begunBy, Ticks doneBy) {
+  const LogEntry* const begun = known.index.last({Meaning::ShutdownBegun}, time - shutdownLead, time + begunBy);
+  return begun == nullptr && known.index.first({Meaning::ShutdownBegun}, time, time + doneBy) == nullptr
+             ? known.index.first({Meaning::ShutdownDone}, time - sameTime, time + doneBy)
              : begun;
 }
 
-void Judge::judgeExit(const LogEntry& exit) {
-  const Instant time = *exit.time;
-  if (const LogEntry* const shutdown = shutdownAbout(time, sameTime, shutdownDone)) {
-    conclude(Outcome::Shutdown, Severity::Notice,
-             "Canvix ended" + atTimeOf(exit) + " while the machine shut down: " + inSentence(wordsFor(*shutdown)),
-             &exit, {time, time});
-    return;
+Judgement judgedExit(const Case& known, const LogEntry& exit) {
+  const TimeRange time{*exit.time, *exit.time};
+  const std::string ended = "Canvix ended" + atTimeOf(exit);
+  if (const LogEntry* const shutdown = shutdownAbout(known, *exit.time, sameTime, shutdownDone)) {
+    return concluded(known, Outcome::Shutdown, Severity::Notice,
+                     ended + " while the machine shut down: " + inSentence(known.wordsFor(*shutdown)), exit, time);
   }
-  const std::string missing = missingAbout(case_.session, exit);
-  conclude(Outcome::Ended, missing.empty() ? Severity::Info : Severity::Notice,
-           missing.empty() ? "Canvix ended normally" + atTimeOf(exit) + ": the event log holds no crash or hang of it"
-                           : "Canvix ended" + atTimeOf(exit) + "; whether normally is unknown: " + missing,
-           &exit, {time, time});
+  const std::string missing = missingAbout(known.session, exit);
+  return missing.empty()
+             ? concluded(known, Outcome::Ended, Severity::Info,
+                         "Canvix ended normally" + atTimeOf(exit) + ": the event log holds no crash or hang of it",
+                         exit, time)
+             : concluded(known, Outcome::Ended, Severity::Notice, ended + "; whether normally is unknown: " + missing,
+                         exit, time);
 }
 
 // The sleep after which nothing more was written.
-const Sleep* Judge::sleepAtLast() const {
-  for (auto sleep = case_.sleeps.rbegin(); sleep != case_.sleeps.rend(); ++sleep) {
-    if (sleep->begin && *sleep->begin <= *case_.span.end + lastSign) {
-      const bool woke = sleep->end && *sleep->end <= *case_.process.over + lastSign;
-      return *sleep->begin >= *case_.process.over - lastSign && !woke ? &*sleep : nullptr;
-    }
-  }
-  return nullptr;
+const Sleep* sleepAtLast(const Case& known) {
+  const Instant over = *known.process.over;
+  const auto sleep = std::find_if(known.sleeps.rbegin(), known.sleeps.rend(),
+                                  [&](const Sleep& s) { return s.begin && *s.begin <= *known.span.end + lastSign; });
+  const bool isLast = sleep != known.sleeps.rend() && *sleep->begin >= over - lastSign &&
+                      !(sleep->end && *sleep->end <= over + lastSign);  // It woke.
+  return isLast ? &*sleep : nullptr;
 }
 
 // The fall that ended the session: the machine went down when the logs stop, and not hours later.
-const Fall* Judge::ownFall() const {
-  const Instant over = *case_.process.over;
-  const auto fall = std::find_if(case_.falls.begin(), case_.falls.end(), [&](const Fall& f) { return f.back > over; });
-  if (fall == case_.falls.end()) {
+const Fall* ownFall(const Case& known) {
+  const Instant over = *known.process.over;
+  const auto fall = std::find_if(known.falls.begin(), known.falls.end(), [&](const Fall& f) { return f.back > over; });
+  if (fall == known.falls.end()) {
     return nullptr;
   }
-  const auto boot = std::upper_bound(case_.boots.begin(), case_.boots.end(), over);
-  const bool startedBefore = boot != case_.boots.end() && *boot < fall->back;
-  if (startedBefore || case_.index.first({Meaning::ShutdownDone}, over, fall->back) != nullptr) {
+  const auto boot = std::upper_bound(known.boots.begin(), known.boots.end(), over);
+  const bool startedBefore = boot != known.boots.end() && *boot < fall->back;
+  if (startedBefore || known.index.first({Meaning::ShutdownDone}, over, fall->back) != nullptr) {
     return nullptr;
   }
-  if (const auto told = toldTime(*fall, over - heartbeat)) {
-    return *told <= over + heartbeat || sleepAtLast() != nullptr ? &*fall : nullptr;
-  }
-  const bool asleep = sleepAtLast() != nullptr || fall->facts.asleep || fall->facts.inStandby;
-  return asleep || fall->back - over <= soonRestarted ? &*fall : nullptr;
+  const bool slept = sleepAtLast(known) != nullptr;
+  const auto told = toldTime(*fall, over - heartbeat);
+  const bool then = told ? *told <= over + heartbeat
+                         : fall->facts.asleep || fall->facts.inStandby || fall->back - over <= soonRestarted;
+  return slept || then ? &*fall : nullptr;
 }
 
-void Judge::judgeFall(const Fall& fall) {
-  const TimeRange range = timeOf(fall, *case_.process.over);
+Judgement judgedFall(const Case& known, const Fall& fall) {
+  const TimeRange range = timeOf(fall, *known.process.over);
   const LogEntry& best = *fall.best;
-  const Sleep* const sleep = sleepAtLast();
   const auto show = [&](Instant time) { return showTime(time, best.offset); };
-  std::string text = wordsFor(best) + ", while Canvix ran, " +
+  std::string text = known.wordsFor(best) + ", while Canvix ran, " +
                      (range.from < range.to ? "between " + show(range.from) + " and " + show(range.to)
                                             : "shortly after " + show(range.from));
-  if (sleep != nullptr) {
+  if (const Sleep* const sleep = sleepAtLast(known)) {
     const char* const how = sleep->kind == SleepKind::Standby       ? "went into modern standby"
                             : sleep->kind == SleepKind::Hibernation ? "began to hibernate"
                                                                     : "went to sleep";
@@ -193,54 +161,71 @@ void Judge::judgeFall(const Fall& fall) {
   if (range.to < fall.back) {
     text += (fall.backIsKnown ? "; it was up again at " : "; it was up again by ") + show(fall.back);
   }
-  conclude(best.meaning == Meaning::BlueScreen ? Outcome::BlueScreen : Outcome::PowerLoss, Severity::Error,
-           std::move(text), &best, range);
-  result_.back = fall.back;
-  result_.evidence.fall = fall.facts;
-  for (const LogEntry* const teller : fall.tellers) {
-    result_.evidence.entries.push_back(case_.index.indexOf(*teller));
-  }
-  result_.before = whatWentBefore(case_.session, case_.index, *case_.process.over, /*hangsToo=*/true);
+  Judgement judgement = concluded(known, best.meaning == Meaning::BlueScreen ? Outcome::BlueScreen : Outcome::PowerLoss,
+                                  Severity::Error, std::move(text), best, range);
+  judgement.back = fall.back;
+  judgement.evidence.fall = fall.facts;
+  judgement.evidence.entries = placesOf(fall.tellers, known);
+  judgement.before = whatWentBefore(known.session, known.index, *known.process.over, /*hangsToo=*/true);
+  return judgement;
 }
 
 // Nothing says that Canvix or the machine failed.
-void Judge::judgeStop() {
-  const Instant over = *case_.process.over;
-  if (const LogEntry* const shutdown = shutdownAbout(over, lastSign, lastSign)) {
-    conclude(Outcome::Shutdown, Severity::Notice,
-             "The machine was shut down while Canvix ran: " + wordsFor(*shutdown) + atTimeOf(*shutdown), shutdown,
-             {over, std::max(over, *shutdown->time)});
-  } else if (const Sleep* const sleep = sleepAtLast()) {
-    const LogEntry& entry = case_.session.entries[sleep->entry];
-    const std::string words = entry.event ? wordsFor(entry) : "The machine went to sleep";
-    conclude(Outcome::Asleep, Severity::Warning,
-             words + " at " + showTime(*sleep->begin, entry.offset) + ", and the logs end there", &entry,
-             {*sleep->begin, *sleep->begin});
-  } else {
-    result_.verdict = {Severity::Notice, "How the session ended is unknown: the logs stop while Canvix runs"};
+Judgement judgedStop(const Case& known) {
+  const Instant over = *known.process.over;
+  if (const LogEntry* const shutdown = shutdownAbout(known, over, lastSign, lastSign)) {
+    return concluded(known, Outcome::Shutdown, Severity::Notice,
+                     "The machine was shut down while Canvix ran: " + known.wordsFor(*shutdown) + atTimeOf(*shutdown),
+                     *shutdown, {over, std::max(over, *shutdown->time)});
   }
+  if (const Sleep* const sleep = sleepAtLast(known)) {
+    const LogEntry& entry = known.session.entries[sleep->entry];
+    const std::string words = entry.event ? known.wordsFor(entry) : "The machine went to sleep";
+    return concluded(known, Outcome::Asleep, Severity::Warning,
+                     words + " at " + showTime(*sleep->begin, entry.offset) + ", and the logs end there", entry,
+                     {*sleep->begin, *sleep->begin});
+  }
+  return unknown(known, "the logs stop while Canvix runs");
 }
 
-void Judge::addFigures() {
-  for (const MetricSample& record : case_.session.metrics) {
-    result_.lowestDisk = std::min(result_.lowestDisk.value_or(record.freeDisk), record.freeDisk);
-    result_.lowestPageFile = std::min(result_.lowestPageFile.value_or(record.freeSwap), record.freeSwap);
+Judgement judged(const Case& known, const Failure* failure) {
+  if (!known.process.over) {
+    return unknown(known, "its logs are missing");
   }
-  if (!case_.session.metrics.empty()) {
-    result_.adapters = case_.session.metrics.back().adapters;
+  if (failure != nullptr) {
+    return judgedFailure(known, *failure);
   }
-  if (case_.span.end) {
-    const Instant end = result_.time ? result_.time->to : *case_.span.end;
-    const ProgramFailure* const failure = result_.evidence.failure ? &*result_.evidence.failure : nullptr;
-    result_.changes =
-        changesBefore(case_.session, case_.index, case_.span, {end, result_.offset}, failure ? failure->version : "");
+  if (const std::vector<const LogEntry*> exits = known.index.all({Meaning::Exit}); !exits.empty()) {
+    return judgedExit(known, *exits.front());
+  }
+  const Fall* const fall = ownFall(known);
+  return fall != nullptr ? judgedFall(known, *fall) : judgedStop(known);
+}
+
+void addFigures(const Session& session, Judgement& judgement) {
+  for (const MetricSample& record : session.metrics) {
+    judgement.lowestDisk = std::min(judgement.lowestDisk.value_or(record.freeDisk), record.freeDisk);
+    judgement.lowestPageFile = std::min(judgement.lowestPageFile.value_or(record.freeSwap), record.freeSwap);
+  }
+  if (!session.metrics.empty()) {
+    judgement.adapters = session.metrics.back().adapters;
   }
 }
 
 }  // namespace
 
 Judgement judge(const Session& session) {
-  return Judge(session).judge();
+  const Case known(session);
+  const Failure* const failure = ownFailure(known);
+  Judgement judgement = judged(known, failure);
+  addRemarks(known, failure, judgement);
+  addFigures(session, judgement);
+  if (known.span.end) {
+    const Instant end = judgement.time ? judgement.time->to : *known.span.end;
+    judgement.changes = changesBefore(session, known.index, known.span, {end, judgement.offset},
+                                      judgement.evidence.failure ? judgement.evidence.failure->version : "");
+  }
+  return judgement;
 }
 
 }  // namespace sentiq

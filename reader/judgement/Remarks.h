@@ -1,14 +1,14 @@
-// What else there is to say of a session once it is judged: other instances, the time after it and before it.
+// What else there is to say of a session once it is judged: other instances, the time after it and before it, how the
+// machine was meanwhile.
 #pragma once
-
-#include <vector>
 
 #include "reader/judgement/Case.h"
 #include "reader/judgement/Judgement.h"
 
 namespace sentiq {
 
-/// @param judgement with its outcome and evidence. @param own the failure that ended the session, if one did.
-std::vector<Statement> remarksOn(const Case& known, const Judgement& judgement, const Failure* own);
+/// Adds them to the others of the judgement, which has its outcome and evidence.
+/// @param own the failure that ended the session, if one did.
+void addRemarks(const Case& known, const Failure* own, Judgement& judgement);
 
 }  // namespace sentiq

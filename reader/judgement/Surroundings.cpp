@@ -55,27 +55,6 @@ void addFromRecords(const Session& session, Instant until, std::vector<Before>& 
   }
 }
 
-// The system tells each program at once how its display is, and standby events tell of standby themselves.
-std::size_t displayChanges(const Session& session, const EntryIndex& index, const SessionSpan& span) {
-  constexpr std::chrono::seconds atStart{15};
-  constexpr std::chrono::minutes close{2};
-  const auto first = std::find_if(session.entries.begin(), session.entries.end(), [](const LogEntry& entry) {
-    return entry.time && !entry.event && entry.role == LogRole::Watchdog;
-  });
-  if (first == session.entries.end()) {  // No watchdog log, which alone tells of the display.
-    return 0;
-  }
-  const std::vector<const LogEntry*> standby = index.all({Meaning::StandbyBegun, Meaning::StandbyEnded});
-  const std::vector<const LogEntry*> changes = index.all({Meaning::DisplayChange});
-  return static_cast<std::size_t>(std::count_if(changes.begin(), changes.end(), [&](const LogEntry* entry) {
-    const Instant time = *entry->time;
-    const auto next = std::partition_point(standby.begin(), standby.end(),
-                                           [&](const LogEntry* event) { return *event->time < time - close; });
-    return span.contains(time) && time - *first->time > atStart &&
-           (next == standby.end() || *(*next)->time > time + close);
-  }));
-}
-
 // In the order of the kinds.
 struct KindRow {
   std::string_view name;
@@ -128,40 +107,6 @@ std::vector<Before> whatWentBefore(const Session& session, const EntryIndex& ind
   addFromRecords(session, until, before);
   std::stable_sort(before.begin(), before.end(), [](const Before& a, const Before& b) { return a.time < b.time; });
   return before;
-}
-
-std::vector<Statement> machineStatements(const Session& session, const EntryIndex& index, const SessionSpan& span,
-                                         const std::vector<Sleep>& sleeps) {
-  constexpr std::chrono::minutes atStart{1};
-  std::vector<Statement> statements;
-  const auto state = [&](const char* what, std::size_t times) {
-    if (times > 0) {
-      statements.push_back({Severity::Notice, what + std::to_string(times) + (times == 1 ? " time" : " times")});
-    }
-  };
-  std::array<std::size_t, 3> counts{};  // Of each kind of sleep.
-  for (const Sleep& sleep : sleeps) {
-    // What ended right after the start was before the session.
-    const bool during =
-        sleep.begin ? span.contains(*sleep.begin) : span.contains(*sleep.end) && *sleep.end - *span.begin > atStart;
-    counts[static_cast<std::size_t>(sleep.kind)] += during ? 1 : 0;
-  }
-  state("The machine slept ", counts[static_cast<std::size_t>(SleepKind::Sleep)]);
-  state("The machine hibernated ", counts[static_cast<std::size_t>(SleepKind::Hibernation)]);
-  state("Modern standby began ", counts[static_cast<std::size_t>(SleepKind::Standby)]);
-  state("The display went on or off, or standby began or ended, ", displayChanges(session, index, span));
-  for (const LogEntry* const entry : index.all({Meaning::Clock})) {
-    constexpr std::chrono::seconds worthALine{10};
-    const auto set = clockSet(session.eventOf(*entry));
-    const Ticks change = set && !set->readAnew ? set->to - set->from : Ticks{};
-    if (span.contains(*entry->time) && std::chrono::abs(change) >= worthALine) {
-      statements.push_back({Severity::Notice,
-                            eventWords(session.eventOf(*entry), entry->offset) + ", " +
-                                showDuration(std::chrono::abs(change)) + (change > Ticks{} ? " forward" : " back"),
-                            index.indexOf(*entry)});
-    }
-  }
-  return statements;
 }
 
 }  // namespace sentiq
