@@ -3,14 +3,13 @@
 
 #include <vector>
 
-#include "reader/judgement/EntryIndex.h"
+#include "reader/judgement/Case.h"
 #include "reader/judgement/Judgement.h"
 
 namespace sentiq {
 
 /// Newest first, each once: of several that differ in their version only the newest one of a kind of update that comes
 /// every day. @param end the session's. @param canvixVersion of this session; empty when its logs do not tell.
-std::vector<Change> changesBefore(const Session& session, const EntryIndex& index, const SessionSpan& span,
-                                  const LogTime& end, const std::string& canvixVersion);
+std::vector<Change> changesBefore(const Case& known, Instant end, const std::string& canvixVersion);
 
 }  // namespace sentiq

@@ -80,7 +80,7 @@ Judgement judgedFailure(const Case& known, const Failure& failure) {
                                   std::move(text), *failure.best, {time, time});
   judgement.evidence.failure = facts;
   judgement.evidence.entries = placesOf(failure.tellers, known);
-  judgement.before = whatWentBefore(known.session, known.index, time, /*hangsToo=*/!failure.hang);
+  judgement.before = whatWentBefore(known, time, /*hangsToo=*/!failure.hang);
   const Instant over = std::max(time, *known.process.over);
   if (const LogEntry* const shutdown =
           known.index.first({Meaning::ShutdownBegun}, time - shutdownLead, over + lastSign)) {
@@ -166,7 +166,7 @@ Judgement judgedFall(const Case& known, const Fall& fall) {
   judgement.back = fall.back;
   judgement.evidence.fall = fall.facts;
   judgement.evidence.entries = placesOf(fall.tellers, known);
-  judgement.before = whatWentBefore(known.session, known.index, *known.process.over, /*hangsToo=*/true);
+  judgement.before = whatWentBefore(known, *known.process.over, /*hangsToo=*/true);
   return judgement;
 }
 
@@ -221,8 +221,7 @@ Judgement judge(const Session& session) {
   addRemarks(known, failure, judgement);
   addFigures(session, judgement);
   if (known.span.end) {
-    const Instant end = judgement.time ? judgement.time->to : *known.span.end;
-    judgement.changes = changesBefore(session, known.index, known.span, {end, judgement.offset},
+    judgement.changes = changesBefore(known, judgement.time ? judgement.time->to : *known.span.end,
                                       judgement.evidence.failure ? judgement.evidence.failure->version : "");
   }
   return judgement;

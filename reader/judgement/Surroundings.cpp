@@ -83,9 +83,9 @@ std::string_view beforeWords(BeforeKind kind) {
   return kindRows[static_cast<std::size_t>(kind)].words;
 }
 
-std::vector<Before> whatWentBefore(const Session& session, const EntryIndex& index, Instant until, bool hangsToo) {
+std::vector<Before> whatWentBefore(const Case& known, Instant until, bool hangsToo) {
   constexpr std::size_t most = 8;
-  const std::span<const LogEntry* const> entries = index.between(until - shortlyBefore, until);
+  const std::span<const LogEntry* const> entries = known.index.between(until - shortlyBefore, until);
   std::vector<Before> before;
   for (auto next = entries.rbegin(); next != entries.rend() && before.size() < most; ++next) {
     const LogEntry* const entry = *next;
@@ -94,17 +94,17 @@ std::vector<Before> whatWentBefore(const Session& session, const EntryIndex& ind
     if (row == std::end(beforeRows) || (row->kind == BeforeKind::Hang && !hangsToo)) {
       continue;
     }
-    std::string text = entry->event ? inSentence(eventWords(session.eventOf(*entry), entry->offset))
-                                    : "the machine resumed from sleep";  // The program's line.
-    const bool known = std::any_of(before.begin(), before.end(), [&](const Before& later) {
+    std::string text =
+        entry->event ? inSentence(known.wordsFor(*entry)) : "the machine resumed from sleep";  // The program's line.
+    const bool isKnown = std::any_of(before.begin(), before.end(), [&](const Before& later) {
       return later.kind == row->kind && (!row->everyText || later.text == text);
     });
-    if (!known) {
+    if (!isKnown) {
       before.push_back(
-          {row->kind, *entry->time, entry->offset, until - *entry->time, std::move(text), index.indexOf(*entry)});
+          {row->kind, *entry->time, entry->offset, until - *entry->time, std::move(text), known.index.indexOf(*entry)});
     }
   }
-  addFromRecords(session, until, before);
+  addFromRecords(known.session, until, before);
   std::stable_sort(before.begin(), before.end(), [](const Before& a, const Before& b) { return a.time < b.time; });
   return before;
 }
