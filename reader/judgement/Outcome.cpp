@@ -8,31 +8,25 @@ namespace {
 struct OutcomeRow {
   Outcome outcome;
   std::string_view word;
-  std::string_view name;
-  std::string_view one;  // Behind the number 1; so below behind others.
-  std::string_view many;
+  std::string_view name;  // Also behind the number 1.
+  std::string_view many;  // Behind others.
   bool isFailure;
 };
 
 // Its size is that of the enumeration, and its order, which the compiler holds together.
 constexpr std::array<OutcomeRow, outcomeCount> rows{{
-    {Outcome::Ended, "ended", "ended", "ended", "ended", false},
-    {Outcome::Crashed, "crashed", "crashed", "crashed", "crashed", true},
-    {Outcome::Hung, "hung", "hung", "hung", "hung", true},
-    {Outcome::PowerLoss, "power-loss", "lost power", "lost power", "lost power", true},
-    {Outcome::BlueScreen, "bluescreen", "blue screen", "blue screen", "blue screens", true},
-    {Outcome::Shutdown, "shutdown", "shut down", "shut down", "shut down", false},
-    {Outcome::Asleep, "asleep", "asleep", "asleep", "asleep", false},
-    {Outcome::Unknown, "unknown", "unknown", "unknown", "unknown", false},
+    {Outcome::Ended, "ended", "ended", "ended", false},
+    {Outcome::Crashed, "crashed", "crashed", "crashed", true},
+    {Outcome::Hung, "hung", "hung", "hung", true},
+    {Outcome::PowerLoss, "power-loss", "lost power", "lost power", true},
+    {Outcome::BlueScreen, "bluescreen", "blue screen", "blue screens", true},
+    {Outcome::Shutdown, "shutdown", "shut down", "shut down", false},
+    {Outcome::Asleep, "asleep", "asleep", "asleep", false},
+    {Outcome::Unknown, "unknown", "unknown", "unknown", false},
 }};
-static_assert([] {
-  for (std::size_t i = 0; i < rows.size(); ++i) {
-    if (static_cast<std::size_t>(rows[i].outcome) != i || rows[i].word.empty()) {
-      return false;
-    }
-  }
-  return true;
-}());
+static_assert(std::adjacent_find(rows.begin(), rows.end(), [](const OutcomeRow& a, const OutcomeRow& b) {
+                return a.outcome >= b.outcome;
+              }) == rows.end());
 
 const OutcomeRow& rowOf(Outcome outcome) {
   return rows[static_cast<std::size_t>(outcome)];
@@ -42,9 +36,7 @@ const OutcomeRow& rowOf(Outcome outcome) {
 
 std::array<Outcome, outcomeCount> allOutcomes() {
   std::array<Outcome, outcomeCount> all{};
-  for (std::size_t i = 0; i < all.size(); ++i) {
-    all[i] = rows[i].outcome;
-  }
+  std::transform(rows.begin(), rows.end(), all.begin(), [](const OutcomeRow& row) { return row.outcome; });
   return all;
 }
 
@@ -56,16 +48,12 @@ std::string_view outcomeName(Outcome outcome) {
   return rowOf(outcome).name;
 }
 
-std::string outcomeCountText(Outcome outcome, std::size_t count) {
-  return std::to_string(count) + ' ' + std::string(count == 1 ? rowOf(outcome).one : rowOf(outcome).many);
-}
-
 std::string outcomesText(const std::vector<Outcome>& outcomes) {
   std::string text;
   for (const OutcomeRow& row : rows) {
-    const auto count = static_cast<std::size_t>(std::count(outcomes.begin(), outcomes.end(), row.outcome));
-    if (count > 0) {
-      text += (text.empty() ? "" : ", ") + outcomeCountText(row.outcome, count);
+    if (const auto count = std::count(outcomes.begin(), outcomes.end(), row.outcome); count > 0) {
+      text.append(text.empty() ? "" : ", ").append(std::to_string(count)).append(1, ' ');
+      text += count == 1 ? row.name : row.many;
     }
   }
   return text;

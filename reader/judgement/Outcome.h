@@ -21,10 +21,7 @@ std::array<Outcome, outcomeCount> allOutcomes();
 /// For scripts, one word: "power-loss".
 std::string_view outcomeWord(Outcome outcome);
 
-/// "1 blue screen", "10 blue screens", "11 lost power".
-std::string outcomeCountText(Outcome outcome, std::size_t count);
-
-/// "3 crashed, 1 blue screen", in the order of the outcomes.
+/// "3 crashed, 2 blue screens", in the order of the outcomes.
 std::string outcomesText(const std::vector<Outcome>& outcomes);
 
 /// What it is called where it stands alone: "lost power".
