@@ -4,9 +4,9 @@ namespace sentiq {
 namespace {
 
 std::vector<Fall> fallsAround(const Case& known) {
-  std::optional<Alive> alive;
+  std::optional<TimeRange> alive;
   if (known.process.begin && known.process.over) {
-    alive = Alive{*known.process.begin, *known.process.over};
+    alive = TimeRange{*known.process.begin, *known.process.over};
   }
   return fallsOf(known.session, known.index, known.boots, alive);
 }

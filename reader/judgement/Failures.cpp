@@ -35,59 +35,36 @@ void addFacts(ProgramFailure& facts, ProgramFailure more) {
   }
 }
 
-// Puts together what tells of one failure: by the id of its report, or because one soon follows the other and nothing
-// says that they are two.
-class Gathering {
- public:
-  explicit Gathering(std::vector<Failure>& failures) : failures_(failures) {}
+// Whether nothing says that the entry tells of another one.
+bool isSame(const Failure& failure, const LogEntry& entry, const ProgramFailure& facts) {
+  const ProgramFailure& known = failure.facts;
+  const bool otherReport = !facts.reportId.empty() && !known.reportId.empty();  // Else it was found by its id.
+  const bool otherProcess = facts.processId != 0 && known.processId != 0 && facts.processId != known.processId;
+  const bool twoEvents = facts.teller == Teller::Event && known.teller == Teller::Event;
+  return failure.hang == (entry.meaning == Meaning::Hang) && !otherReport && !otherProcess && !twoEvents &&
+         std::chrono::abs(*entry.time - failure.time()) < nearby;
+}
 
-  void add(const LogEntry& entry, ProgramFailure facts) {
-    const bool hang = entry.meaning == Meaning::Hang;
-    const std::string id = facts.reportId;
-    const std::size_t place = placeOf(entry, hang, facts);
-    if (place == failures_.size()) {
-      failures_.push_back({hang, {&entry}, &entry, std::move(facts), Whose::Nobody});
-    } else {
-      Failure& failure = failures_[place];
-      failure.tellers.push_back(&entry);
-      if (facts.teller < failure.facts.teller) {  // It tells more than those before.
-        failure.best = &entry;
-        std::swap(failure.facts, facts);
-      }
-      addFacts(failure.facts, std::move(facts));
-    }
-    if (!id.empty()) {
-      byReport_.emplace(id, place);
+// The last one that the entry may tell of; else a new one, which is added.
+std::size_t placeOf(std::vector<Failure>& failures, const LogEntry& entry, const ProgramFailure& facts) {
+  constexpr std::size_t mostLookedAt = 8;  // Beside it stand at most a few others.
+  for (std::size_t i = failures.size(); i > 0 && failures.size() - i < mostLookedAt; --i) {
+    if (isSame(failures[i - 1], entry, facts)) {
+      return i - 1;
     }
   }
+  failures.push_back({entry.meaning == Meaning::Hang});
+  return failures.size() - 1;
+}
 
- private:
-  std::size_t placeOf(const LogEntry& entry, bool hang, const ProgramFailure& facts) const {
-    if (const auto known = byReport_.find(facts.reportId); !facts.reportId.empty() && known != byReport_.end()) {
-      return known->second;
-    }
-    // Beside it stand at most a few others.
-    constexpr std::size_t mostLookedAt = 8;
-    for (std::size_t i = failures_.size(); i > 0 && failures_.size() - i < mostLookedAt; --i) {
-      if (isSame(failures_[i - 1], entry, hang, facts)) {
-        return i - 1;
-      }
-    }
-    return failures_.size();
+void addTeller(Failure& failure, const LogEntry& entry, ProgramFailure facts) {
+  failure.tellers.push_back(&entry);
+  if (failure.best == nullptr || facts.teller < failure.facts.teller) {  // It tells more than those before.
+    failure.best = &entry;
+    std::swap(failure.facts, facts);
   }
-
-  static bool isSame(const Failure& failure, const LogEntry& entry, bool hang, const ProgramFailure& facts) {
-    const ProgramFailure& known = failure.facts;
-    const bool otherReport = !facts.reportId.empty() && !known.reportId.empty();  // Else it was found by its id.
-    const bool otherProcess = facts.processId != 0 && known.processId != 0 && facts.processId != known.processId;
-    const bool twoEvents = facts.teller == Teller::Event && known.teller == Teller::Event;
-    return failure.hang == hang && !otherReport && !otherProcess && !twoEvents &&
-           std::chrono::abs(*entry.time - failure.time()) < nearby;
-  }
-
-  std::vector<Failure>& failures_;
-  std::unordered_map<std::string, std::size_t> byReport_;
-};
+  addFacts(failure.facts, std::move(facts));
+}
 
 // A process id may be used again, but not at the same time. A creation time of other days is no help: then the clock
 // was set in between.
@@ -116,14 +93,10 @@ Whose whoseFailure(const Failure& failure, const WatchedProcess& process, const 
     });
     return !inTime || ranOn ? Whose::Nobody : otherIsNearer ? Whose::Other : Whose::Watched;
   }
-  if (failure.facts.processId != process.id) {
-    return inTime ? Whose::Other : Whose::Nobody;
+  if (failure.facts.processId == process.id && startedThen(failure, process).value_or(inTime)) {
+    return ranOn ? Whose::WatchedRanOn : Whose::Watched;
   }
-  const std::optional<bool> same = startedThen(failure, process);
-  if (same == false || (!same && !inTime)) {
-    return inTime ? Whose::Other : Whose::Nobody;
-  }
-  return ranOn ? Whose::WatchedRanOn : Whose::Watched;
+  return inTime ? Whose::Other : Whose::Nobody;
 }
 
 }  // namespace
@@ -158,9 +131,16 @@ WatchedProcess watchedProcess(const Session& session, const EntryIndex& index, c
 
 std::vector<Failure> failuresOf(const Session& session, const EntryIndex& index, const WatchedProcess& process) {
   std::vector<Failure> failures;
-  Gathering gathering(failures);
+  std::unordered_map<std::string, std::size_t> byReport;
   for (const LogEntry* const entry : index.all({Meaning::Crash, Meaning::Hang})) {
-    gathering.add(*entry, programFailure(session.eventOf(*entry)));
+    ProgramFailure facts = programFailure(session.eventOf(*entry));
+    const std::string report = facts.reportId;
+    const auto known = byReport.find(report);
+    const std::size_t place = known != byReport.end() ? known->second : placeOf(failures, *entry, facts);
+    addTeller(failures[place], *entry, std::move(facts));
+    if (!report.empty()) {
+      byReport.emplace(report, place);
+    }
   }
   for (Failure& failure : failures) {
     failure.whose = whoseFailure(failure, process, session.otherExits);

@@ -30,9 +30,9 @@ enum class Whose : std::uint8_t {
 
 struct Failure {
   bool hang = false;
-  std::vector<const LogEntry*> tellers;  // In order of time.
-  const LogEntry* best = nullptr;        // The one that tells most.
-  ProgramFailure facts;                  // Of all of them.
+  std::vector<const LogEntry*> tellers{};  // In order of time.
+  const LogEntry* best = nullptr;          // The one that tells most.
+  ProgramFailure facts{};                  // Of all of them.
   Whose whose = Whose::Nobody;
 
   Instant time() const { return *best->time; }

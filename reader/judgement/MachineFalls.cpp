@@ -23,19 +23,17 @@ std::optional<Instant> bootBefore(const std::vector<Instant>& boots, Instant tim
 }
 
 // A later start of Windows than the one that a teller's own run began with would have made the tellers itself.
-Fall fallToldBy(const LogEntry& teller, const std::vector<Instant>& boots, const std::optional<Alive>& alive,
-                bool isErrorReport) {
-  const Instant time = *teller.time;
+Fall fallToldBy(Instant time, bool isErrorReport, const std::vector<Instant>& boots,
+                const std::optional<TimeRange>& alive) {
   const auto boot = bootBefore(boots, time);
   const bool known = boot && (isErrorReport || time - *boot <= sameBoot);
-  const bool whileAlive = alive && time >= alive->from && time <= alive->to;
   if (known && (!isErrorReport || !alive || time <= alive->to || *boot > alive->to)) {
-    return {*boot, true, {}, nullptr, {}};
+    return {*boot, true};
   }
-  if (whileAlive) {
-    return {boot ? *boot : alive->from, boot.has_value(), {}, nullptr, {}};
+  if (alive && time >= alive->from && time <= alive->to) {
+    return {boot.value_or(alive->from), boot.has_value()};
   }
-  return {time, false, {}, nullptr, {}};
+  return {time, false};
 }
 
 bool isSameCrash(const MachineFall& a, const MachineFall& b) {
@@ -72,12 +70,17 @@ void addTeller(Fall& fall, const LogEntry& teller, MachineFall facts, const Sess
   addFacts(fall.facts, facts);
 }
 
-// The fall that an error report tells of, most often one of the last; else its own one, which is added.
-std::size_t placeOf(std::vector<Fall>& falls, Fall own, const LogEntry& report, const MachineFall& facts) {
-  constexpr std::size_t mostLookedAt = 8;
+// The fall that the entry tells of; else its own one, which is added. The fall of an error report is most often one of
+// the last, that of another entry the last.
+std::size_t placeOf(std::vector<Fall>& falls, Fall own, Instant time, const MachineFall& facts) {
+  const std::size_t mostLookedAt = facts.isErrorReport ? 8 : 1;
   for (std::size_t i = falls.size(); i > 0 && falls.size() - i < mostLookedAt; --i) {
     const Fall& fall = falls[i - 1];
-    if (fall.back <= *report.time + sameBoot && (fall.back == own.back || isSameCrash(fall.facts, facts))) {
+    const bool sameBack = fall.back == own.back;
+    const bool isSame = facts.isErrorReport
+                            ? fall.back <= time + sameBoot && (sameBack || isSameCrash(fall.facts, facts))
+                            : sameBack || (!own.backIsKnown && time - fall.back <= sameBoot);
+    if (isSame) {
       return i - 1;
     }
   }
@@ -98,41 +101,30 @@ std::vector<Instant> bootsOf(const Session& session, const EntryIndex& index) {
     all.push_back(*session.booted);
   }
   std::sort(all.begin(), all.end());
-  std::vector<Instant> boots;
-  for (const Instant boot : all) {
-    if (boots.empty() || boot - boots.back() > oneStart) {
-      boots.push_back(boot);
-    }
-  }
-  return boots;
+  all.erase(std::unique(all.begin(), all.end(), [](Instant a, Instant b) { return b - a <= oneStart; }), all.end());
+  return all;
 }
 
 std::vector<Fall> fallsOf(const Session& session, const EntryIndex& index, const std::vector<Instant>& boots,
-                          const std::optional<Alive>& alive) {
+                          const std::optional<TimeRange>& alive) {
   std::vector<Fall> falls;
-  std::vector<std::pair<const LogEntry*, MachineFall>> reports;
-  for (const LogEntry* const teller : index.all({Meaning::PowerLoss, Meaning::BlueScreen})) {
-    MachineFall facts = machineFall(session.eventOf(*teller));
-    if (facts.isErrorReport) {
-      reports.emplace_back(teller, std::move(facts));
-      continue;
-    }
-    Fall fall = fallToldBy(*teller, boots, alive, /*isErrorReport=*/false);
-    const bool same = !falls.empty() && (falls.back().back == fall.back ||
-                                         (!fall.backIsKnown && *teller->time - falls.back().back <= sameBoot));
-    addTeller(same ? falls.back() : falls.emplace_back(std::move(fall)), *teller, facts, session);
-  }
   std::unordered_map<std::string, std::size_t> byReport;  // A report may be sent again at any time.
-  for (const auto& [teller, facts] : reports) {
-    const auto known = facts.reportId.empty() ? byReport.end() : byReport.find(facts.reportId);
-    const std::size_t place =
-        known != byReport.end()
-            ? known->second
-            : placeOf(falls, fallToldBy(*teller, boots, alive, /*isErrorReport=*/true), *teller, facts);
-    if (!facts.reportId.empty()) {
-      byReport.emplace(facts.reportId, place);
+  for (const bool reports : {false, true}) {              // They tell of what others may tell of better.
+    for (const LogEntry* const teller : index.all({Meaning::PowerLoss, Meaning::BlueScreen})) {
+      MachineFall facts = machineFall(session.eventOf(*teller));
+      if (facts.isErrorReport != reports) {
+        continue;
+      }
+      const auto known = byReport.find(facts.reportId);
+      const std::size_t place =
+          known != byReport.end()
+              ? known->second
+              : placeOf(falls, fallToldBy(*teller->time, reports, boots, alive), *teller->time, facts);
+      if (reports && !facts.reportId.empty()) {
+        byReport.emplace(facts.reportId, place);
+      }
+      addTeller(falls[place], *teller, std::move(facts), session);
     }
-    addTeller(falls[place], *teller, facts, session);
   }
   std::stable_sort(falls.begin(), falls.end(), [](const Fall& a, const Fall& b) { return a.back < b.back; });
   return falls;

@@ -16,17 +16,11 @@ namespace sentiq {
 
 /// The machine went down without shutting down.
 struct Fall {
-  Instant back;                          // When Windows was up again, or the first sign of it.
-  bool backIsKnown = false;              // Else it is only the time at which the fall was logged.
-  std::vector<const LogEntry*> tellers;  // In order of time.
-  const LogEntry* best = nullptr;        // The one that tells most.
-  MachineFall facts;                     // Of all of them.
-};
-
-/// When Canvix was seen to run: the machine did not start in between.
-struct Alive {
-  Instant from;
-  Instant to;
+  Instant back;                            // When Windows was up again, or the first sign of it.
+  bool backIsKnown = false;                // Else it is only the time at which the fall was logged.
+  std::vector<const LogEntry*> tellers{};  // In order of time.
+  const LogEntry* best = nullptr;          // The one that tells most.
+  MachineFall facts{};                     // Of all of them.
 };
 
 /// When Windows came up, as far as events and the header tell, in order.
@@ -35,9 +29,9 @@ std::vector<Instant> bootsOf(const Session& session, const EntryIndex& index);
 /// How exactly the system knows when it went down.
 constexpr std::chrono::minutes heartbeat{10};
 
-/// In order of time.
+/// In order of time. @param alive when Canvix was seen to run: the machine did not start in between.
 std::vector<Fall> fallsOf(const Session& session, const EntryIndex& index, const std::vector<Instant>& boots,
-                          const std::optional<Alive>& alive);
+                          const std::optional<TimeRange>& alive);
 
 /// When the machine fell: from its last sign of life to what the events tell.
 /// @param lastSign of the session's logs before the fall.
