@@ -3,15 +3,17 @@
 #include <algorithm>
 #include <cstddef>
 
+#include "reader/judgement/EntryIndex.h"
+#include "reader/judgement/Sleeps.h"
+
 namespace sentiq {
 namespace {
 
 // The events about the clock, in order of time.
 std::vector<ClockSet> clocksSet(const Session& session) {
   std::vector<ClockSet> sets;
-  for (const LogEntry& entry : session.entries) {
-    const auto set = entry.meaning == Meaning::Clock && entry.event ? clockSet(session.eventOf(entry)) : std::nullopt;
-    if (set && !set->readAnew) {
+  for (const LogEntry* const entry : EntryIndex(session).all({Meaning::Clock})) {
+    if (const auto set = clockSet(session.eventOf(*entry)); set && !set->readAnew) {
       sets.push_back(*set);
     }
   }
@@ -39,8 +41,9 @@ Ticks clockJump(const MetricSample& a, const MetricSample& b) {
   return std::chrono::abs(jump) > rounding ? jump : Ticks{};
 }
 
-std::vector<RecordGap> recordGaps(const Session& session, const std::vector<Sleep>& sleeps) {
+std::vector<RecordGap> recordGaps(const Session& session) {
   std::vector<RecordGap> gaps;
+  const std::vector<Sleep> sleeps = sleepsOf(session);
   const std::vector<ClockSet> sets = clocksSet(session);
   const MetricSample* last = nullptr;
   for (const std::size_t i : asWritten(session, [](const LogEntry& entry) { return entry.metric.has_value(); })) {

@@ -5,7 +5,6 @@
 #include <vector>
 
 #include "reader/input/LogTime.h"
-#include "reader/judgement/Sleeps.h"
 #include "reader/session/Session.h"
 
 namespace sentiq {
@@ -21,7 +20,7 @@ struct RecordGap {
 };
 
 /// In order.
-std::vector<RecordGap> recordGaps(const Session& session, const std::vector<Sleep>& sleeps);
+std::vector<RecordGap> recordGaps(const Session& session);
 
 /// How far the clock was set forward (back: negative) between two records that follow each other, by how long Canvix
 /// ran; 0 where the records do not tell.

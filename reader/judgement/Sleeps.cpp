@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <chrono>
 
+#include "reader/judgement/EntryIndex.h"
+
 namespace sentiq {
 namespace {
 
@@ -17,11 +19,6 @@ struct Told {
 bool isClose(std::optional<Instant> a, std::optional<Instant> b) {
   constexpr std::chrono::minutes close{2};
   return a && b && std::chrono::abs(*a - *b) <= close;
-}
-
-bool tellsOfSleep(const LogEntry& entry) {
-  return entry.meaning == Meaning::Sleep || entry.meaning == Meaning::Resume ||
-         entry.meaning == Meaning::StandbyBegun || entry.meaning == Meaning::StandbyEnded;
 }
 
 Told toldBy(const Session& session, const LogEntry& entry) {
@@ -50,10 +47,9 @@ bool isSame(const Sleep& sleep, const SleepTold& told) {
 // that its end may be all that is left of it.
 std::vector<Sleep> sleepsOf(const Session& session) {
   std::vector<Told> all;
-  for (const LogEntry& entry : session.entries) {
-    if (entry.time && tellsOfSleep(entry)) {
-      all.push_back(toldBy(session, entry));
-    }
+  for (const LogEntry* const entry :
+       EntryIndex(session).all({Meaning::Sleep, Meaning::Resume, Meaning::StandbyBegun, Meaning::StandbyEnded})) {
+    all.push_back(toldBy(session, *entry));
   }
   std::stable_sort(all.begin(), all.end(), [](const Told& a, const Told& b) { return a.at() < b.at(); });
   std::vector<Sleep> sleeps;

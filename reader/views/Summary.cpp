@@ -6,7 +6,6 @@
 #include <string_view>
 
 #include "reader/judgement/RecordGaps.h"
-#include "reader/judgement/Sleeps.h"
 #include "reader/views/JudgementJson.h"
 #include "reader/views/JudgementText.h"
 #include "reader/views/TextStyle.h"
@@ -16,7 +15,7 @@ namespace {
 
 std::vector<std::string> gapsOf(const Session& session) {
   std::vector<std::string> gaps;
-  for (const RecordGap& gap : recordGaps(session, sleepsOf(session))) {
+  for (const RecordGap& gap : recordGaps(session)) {
     gaps.push_back(showDuration(gap.length) + " from " + showTime(gap.from.instant, gap.from.offset) +
                    (gap.slept ? " (the machine slept)" : ""));
   }
