@@ -1,17 +1,6 @@
 #include "reader/judgement/Case.h"
 
 namespace sentiq {
-namespace {
-
-std::vector<Fall> fallsAround(const Case& known) {
-  std::optional<TimeRange> alive;
-  if (known.process.begin && known.process.over) {
-    alive = TimeRange{*known.process.begin, *known.process.over};
-  }
-  return fallsOf(known.session, known.index, known.boots, alive);
-}
-
-}  // namespace
 
 Case::Case(const Session& judged)
     : session(judged),
@@ -21,7 +10,7 @@ Case::Case(const Session& judged)
       sleeps(sleepsOf(judged)),
       boots(bootsOf(judged, index)),
       failures(failuresOf(judged, index, process)),
-      falls(fallsAround(*this)) {}
+      falls(fallsOf(judged, index, boots, process)) {}
 
 std::string atTimeOf(const LogEntry& entry) {
   return " at " + showTime(*entry.time, entry.offset);

@@ -23,15 +23,15 @@ std::optional<Instant> bootBefore(const std::vector<Instant>& boots, Instant tim
 }
 
 // A later start of Windows than the one that a teller's own run began with would have made the tellers itself.
-Fall fallToldBy(Instant time, bool isErrorReport, const std::vector<Instant>& boots,
-                const std::optional<TimeRange>& alive) {
+Fall fallToldBy(Instant time, bool isErrorReport, const std::vector<Instant>& boots, const WatchedProcess& process) {
   const auto boot = bootBefore(boots, time);
   const bool known = boot && (isErrorReport || time - *boot <= sameBoot);
-  if (known && (!isErrorReport || !alive || time <= alive->to || *boot > alive->to)) {
+  const bool wasSeen = process.begin && process.over;
+  if (known && (!isErrorReport || !wasSeen || time <= *process.over || *boot > *process.over)) {
     return {*boot, true};
   }
-  if (alive && time >= alive->from && time <= alive->to) {
-    return {boot.value_or(alive->from), boot.has_value()};
+  if (wasSeen && time >= *process.begin && time <= *process.over) {  // The machine did not start in between.
+    return {boot.value_or(*process.begin), boot.has_value()};
   }
   return {time, false};
 }
@@ -106,25 +106,25 @@ std::vector<Instant> bootsOf(const Session& session, const EntryIndex& index) {
 }
 
 std::vector<Fall> fallsOf(const Session& session, const EntryIndex& index, const std::vector<Instant>& boots,
-                          const std::optional<TimeRange>& alive) {
+                          const WatchedProcess& process) {
+  std::vector<std::pair<const LogEntry*, MachineFall>> told;
+  for (const LogEntry* const teller : index.all({Meaning::PowerLoss, Meaning::BlueScreen})) {
+    told.emplace_back(teller, machineFall(session.eventOf(*teller)));
+  }
+  // Error reports tell of what others may tell of, too.
+  std::stable_partition(told.begin(), told.end(), [](const auto& one) { return !one.second.isErrorReport; });
   std::vector<Fall> falls;
   std::unordered_map<std::string, std::size_t> byReport;  // A report may be sent again at any time.
-  for (const bool reports : {false, true}) {              // They tell of what others may tell of better.
-    for (const LogEntry* const teller : index.all({Meaning::PowerLoss, Meaning::BlueScreen})) {
-      MachineFall facts = machineFall(session.eventOf(*teller));
-      if (facts.isErrorReport != reports) {
-        continue;
-      }
-      const auto known = byReport.find(facts.reportId);
-      const std::size_t place =
-          known != byReport.end()
-              ? known->second
-              : placeOf(falls, fallToldBy(*teller->time, reports, boots, alive), *teller->time, facts);
-      if (reports && !facts.reportId.empty()) {
-        byReport.emplace(facts.reportId, place);
-      }
-      addTeller(falls[place], *teller, std::move(facts), session);
+  for (const auto& [teller, facts] : told) {
+    const auto known = byReport.find(facts.reportId);
+    const std::size_t place =
+        known != byReport.end()
+            ? known->second
+            : placeOf(falls, fallToldBy(*teller->time, facts.isErrorReport, boots, process), *teller->time, facts);
+    if (facts.isErrorReport && !facts.reportId.empty()) {
+      byReport.emplace(facts.reportId, place);
     }
+    addTeller(falls[place], *teller, facts, session);
   }
   std::stable_sort(falls.begin(), falls.end(), [](const Fall& a, const Fall& b) { return a.back < b.back; });
   return falls;

@@ -10,6 +10,7 @@
 
 #include "reader/events/EventFacts.h"
 #include "reader/judgement/EntryIndex.h"
+#include "reader/judgement/Failures.h"
 #include "reader/judgement/Judgement.h"
 
 namespace sentiq {
@@ -29,9 +30,9 @@ std::vector<Instant> bootsOf(const Session& session, const EntryIndex& index);
 /// How exactly the system knows when it went down.
 constexpr std::chrono::minutes heartbeat{10};
 
-/// In order of time. @param alive when Canvix was seen to run: the machine did not start in between.
+/// In order of time.
 std::vector<Fall> fallsOf(const Session& session, const EntryIndex& index, const std::vector<Instant>& boots,
-                          const std::optional<TimeRange>& alive);
+                          const WatchedProcess& process);
 
 /// When the machine fell: from its last sign of life to what the events tell.
 /// @param lastSign of the session's logs before the fall.
