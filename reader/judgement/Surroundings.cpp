@@ -21,11 +21,16 @@ struct BeforeRow {
   BeforeKind kind;
 };
 constexpr BeforeRow beforeRows[]{
-    {Meaning::Display, true, BeforeKind::Display},  {Meaning::Memory, false, BeforeKind::Memory},
-    {Meaning::Disk, true, BeforeKind::Disk},        {Meaning::Hardware, true, BeforeKind::Hardware},
-    {Meaning::Battery, false, BeforeKind::Battery}, {Meaning::Leak, false, BeforeKind::Leak},
-    {Meaning::Resume, false, BeforeKind::Resume},   {Meaning::StandbyEnded, false, BeforeKind::Resume},
-    {Meaning::Recovered, false, BeforeKind::Hang},  {Meaning::Hang, false, BeforeKind::Hang},
+    BeforeRow{Meaning::Display, true, BeforeKind::Display},
+    BeforeRow{Meaning::Memory, false, BeforeKind::Memory},
+    BeforeRow{Meaning::Disk, true, BeforeKind::Disk},
+    BeforeRow{Meaning::Hardware, true, BeforeKind::Hardware},
+    BeforeRow{Meaning::Battery, false, BeforeKind::Battery},
+    BeforeRow{Meaning::Leak, false, BeforeKind::Leak},
+    BeforeRow{Meaning::Resume, false, BeforeKind::Resume},
+    BeforeRow{Meaning::StandbyEnded, false, BeforeKind::Resume},
+    BeforeRow{Meaning::Recovered, false, BeforeKind::Hang},
+    BeforeRow{Meaning::Hang, false, BeforeKind::Hang},
 };
 
 constexpr std::chrono::minutes shortlyBefore{10};
