@@ -1,9 +1,10 @@
 #include "reader/events/EventRecord.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "reader/events/EventPattern.h"
-#include "reader/events/EventRow.h"
+#include "reader/events/EventTable.h"
 
 namespace sentiq {
 namespace {
@@ -23,26 +24,6 @@ std::string_view partOf(std::string_view value, const FieldPart& part) {
 
 }  // namespace
 
-std::string_view EventRecord::channel() const {
-  return text_.header(0);
-}
-
-std::string_view EventRecord::provider() const {
-  return text_.header(1);
-}
-
-std::string_view EventRecord::computer() const {
-  return text_.header(2);
-}
-
-std::string_view EventRecord::userId() const {
-  return text_.header(3);
-}
-
-std::vector<NamedValue> EventRecord::fields() const {
-  return text_.fields();
-}
-
 std::string_view EventRecord::field(Field field) const {
   if (row_ != nullptr) {
     const auto part = std::find_if(row_->parts.begin(), row_->parts.end(),
@@ -55,10 +36,15 @@ std::string_view EventRecord::field(Field field) const {
 }
 
 void EventRecord::replaceNames(const std::function<std::string(std::string_view)>& by) {
-  constexpr std::size_t computer = 2;  // Channel and provider stand before it.
-  text_.replace(computer, [&](std::string_view name, std::string_view text) {
-    return isBinaryField(name) ? std::string() : by(text);
-  });
+  EventText replaced;
+  for (const std::string& header : {std::string(channel()), std::string(provider()), by(computer()), by(userId())}) {
+    replaced.addHeader(header);
+  }
+  for (const auto& [name, value] : fields()) {
+    replaced.addField(name, isBinaryField(name) ? std::string() : by(value));
+  }
+  replaced.shrink();
+  text_ = std::move(replaced);
 }
 
 std::string EventRecord::key() const {

@@ -27,14 +27,16 @@ class EventRecord {
   Meaning meaning = Meaning::Other;
   Severity severity = Severity::Info;
 
-  std::string_view channel() const;
-  std::string_view provider() const;
-  std::string_view computer() const;
-  std::string_view userId() const;  // The account's id (S-1-5-…); empty when the event names none.
+  std::string_view channel() const { return text_.header(0); }
+  std::string_view provider() const { return text_.header(1); }
+  std::string_view computer() const { return text_.header(2); }
+
+  /// The account's id (S-1-5-…); empty when the event names none.
+  std::string_view userId() const { return text_.header(3); }
 
   /// In the event's order. Fields that the event leaves unnamed have the names that newer systems give them where those
   /// are known; nested ones the names of all elements around them with dots between. The views are into this object.
-  std::vector<NamedValue> fields() const;
+  std::vector<NamedValue> fields() const { return text_.fields(); }
 
   /// Empty when there is no such field. The fields of a failure or a change go by the same names in all events.
   std::string_view field(Field field) const;

@@ -1,7 +1,6 @@
 #include "reader/events/EventText.h"
 
 #include <algorithm>
-#include <utility>
 
 #include "reader/input/CleanText.h"
 
@@ -45,25 +44,6 @@ void EventText::addField(std::string_view name, std::string_view value) {
     add(name);
   }
   add(value);
-}
-
-void EventText::replace(std::size_t first,
-                        const std::function<std::string(std::string_view name, std::string_view text)>& by) {
-  EventText replaced;
-  for (std::string_view rest = std::string_view(text_).substr(0, fields_); !rest.empty();) {
-    const std::string_view text = upToZero(rest);
-    if (first > 0) {
-      --first;
-      replaced.addHeader(text);
-    } else {
-      replaced.addHeader(by({}, text));
-    }
-  }
-  for (const NamedValue& field : fields()) {
-    replaced.addField(field.name, by(field.name, field.value));
-  }
-  replaced.shrink();
-  *this = std::move(replaced);
 }
 
 std::string_view EventText::header(std::size_t index) const {

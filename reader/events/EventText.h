@@ -2,7 +2,6 @@
 #pragma once
 
 #include <cstddef>
-#include <functional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -23,8 +22,6 @@ class EventText {
   void addHeader(std::string_view text);
   void addField(std::string_view name, std::string_view value);
 
-  /// Puts others in place of all texts but the names of fields. @param first header of them.
-  void replace(std::size_t first, const std::function<std::string(std::string_view name, std::string_view text)>& by);
   void shrink() { text_.shrink_to_fit(); }
 
   std::string_view header(std::size_t index) const;
