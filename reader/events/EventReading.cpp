@@ -6,6 +6,7 @@
 
 #include "reader/events/CodeWords.h"
 #include "reader/events/EventJson.h"
+#include "reader/events/EventPattern.h"
 #include "reader/events/EventRecord.h"
 #include "reader/events/EventTable.h"
 #include "reader/input/CleanText.h"
@@ -17,45 +18,34 @@ namespace {
 struct Layout {
   int id;
   std::string_view provider;
-  std::string_view names;
+  std::string_view names;  // With bars between.
 };
 constexpr Layout layouts[] = {
     {1000, "Application Error",
-     "AppName AppVersion AppTimeStamp ModuleName ModuleVersion ModuleTimeStamp ExceptionCode FaultingOffset ProcessId "
-     "ProcessCreationTime AppPath ModulePath IntegratorReportId PackageFullName PackageRelativeAppId"},
+     "AppName|AppVersion|AppTimeStamp|ModuleName|ModuleVersion|ModuleTimeStamp|ExceptionCode|FaultingOffset|ProcessId|"
+     "ProcessCreationTime|AppPath|ModulePath|IntegratorReportId|PackageFullName|PackageRelativeAppId"},
     {1002, "Application Hang",
-     "AppName AppVersion ProcessId StartTime TerminationTime ExeFileName ReportId PackageFullName "
-     "PackageRelativeAppId HangType"},
+     "AppName|AppVersion|ProcessId|StartTime|TerminationTime|ExeFileName|ReportId|PackageFullName|"
+     "PackageRelativeAppId|HangType"},
     {1001, "Windows Error Reporting",
-     "Bucket BucketType EventName Response CabId P1 P2 P3 P4 P5 P6 P7 P8 P9 P10 AttachedFiles StorePath "
-     "AnalysisSymbol Rechecking ReportId ReportStatus HashedBucket CabGuid"},
+     "Bucket|BucketType|EventName|Response|CabId|P1|P2|P3|P4|P5|P6|P7|P8|P9|P10|AttachedFiles|StorePath|"
+     "AnalysisSymbol|Rechecking|ReportId|ReportStatus|HashedBucket|CabGuid"},
     {1023, ".NET Runtime", "Text"},
     {1026, ".NET Runtime", "Text"},
-    {1001, "BugCheck", "param1 param2 param3"},
-    {1074, "User32", "param1 param2 param3 param4 param5 param6 param7"},
-    {6008, "EventLog", "Time Date"},
-    {6009, "EventLog", "WindowsVersion BuildNumber ServicePack ProcessorKind"},
+    {1001, "BugCheck", "param1|param2|param3"},
+    {1074, "User32", "param1|param2|param3|param4|param5|param6|param7"},
+    {6008, "EventLog", "Time|Date"},
+    {6009, "EventLog", "WindowsVersion|BuildNumber|ServicePack|ProcessorKind"},
     {4101, "Display", "Driver"},
-    {1033, "MsiInstaller", "ProductName ProductVersion ProductLanguage Status Manufacturer"},
-    {1034, "MsiInstaller", "ProductName ProductVersion ProductLanguage Status Manufacturer"},
+    {1033, "MsiInstaller", "ProductName|ProductVersion|ProductLanguage|Status|Manufacturer"},
+    {1034, "MsiInstaller", "ProductName|ProductVersion|ProductLanguage|Status|Manufacturer"},
     {11707, "MsiInstaller", "Message"},
     {11724, "MsiInstaller", "Message"},
 };
 
-constexpr std::string_view nextName(std::string_view& names) {
-  const std::string_view name = names.substr(0, names.find(' '));
-  names.remove_prefix(std::min(name.size() + 1, names.size()));
-  return name;
-}
-
 consteval bool knowsAllNames() {
-  return std::all_of(std::begin(layouts), std::end(layouts), [](const Layout& layout) {
-    for (std::string_view names = layout.names; !names.empty();) {
-      if (!fieldNamed(nextName(names))) {
-        return false;
-      }
-    }
-    return true;
+  return std::none_of(std::begin(layouts), std::end(layouts), [](const Layout& layout) {
+    return anyPart(layout.names, [](std::string_view name) { return !fieldNamed(name); });
   });
 }
 static_assert(knowsAllNames(), "a layout names a field that there is not");
@@ -67,52 +57,44 @@ std::string_view layoutOf(std::string_view provider, int id) {
   return layout != std::end(layouts) ? layout->names : std::string_view{};
 }
 
-// Puts the values of an event's XML into its text.
-class FieldReader {
- public:
-  FieldReader(EventText& text, std::string_view layout) : text_(text), layout_(layout) {}
+// Puts every value within the element into the text; the names of the elements on the way stand before its own.
+// @param layout of the values that have not been read.
+void readFields(const pugi::xml_node& element, std::string_view around, int depth, std::string_view& layout,
+                EventText& text) {
+  constexpr int deepest = 8;
+  if (element.type() != pugi::node_element) {
+    return;
+  }
+  const bool isField = element.name() == std::string_view("Data");
+  std::string_view name = isField ? element.attribute("Name").value() : element.name();
+  std::string nested;
+  if (!around.empty()) {
+    name = nested.append(around).append(1, '.').append(name);
+  }
+  if (depth == deepest || element.first_child().type() != pugi::node_element) {
+    const std::string_view given = nextPart(layout);
+    text.addField(name.empty() ? given : name, element.text().get());
+    return;
+  }
+  for (const pugi::xml_node& child : element.children()) {
+    readFields(child, name, depth + 1, layout, text);
+  }
+}
 
-  // EventData holds the fields directly, UserData within one element of the provider's own; what else there is (what
-  // the system rendered or could not process, debug data) keeps its name.
-  void readAll(const pugi::xml_node& event) {
-    for (const pugi::xml_node& section : event.children()) {
-      const std::string_view name = section.name();
-      if (name == "EventData" || name == "UserData") {
-        for (const pugi::xml_node& field : (name == "EventData" ? section : section.first_child()).children()) {
-          read(field, "", 0);
-        }
-      } else if (name != "System") {
-        read(section, "", 0);
+// EventData holds the fields directly, UserData within one element of the provider's own; what else there is (what the
+// system rendered or could not process, debug data) keeps its name.
+void readAllFields(const pugi::xml_node& event, std::string_view layout, EventText& text) {
+  for (const pugi::xml_node& section : event.children()) {
+    const std::string_view name = section.name();
+    if (name == "EventData" || name == "UserData") {
+      for (const pugi::xml_node& field : (name == "EventData" ? section : section.first_child()).children()) {
+        readFields(field, "", 0, layout, text);
       }
+    } else if (name != "System") {
+      readFields(section, "", 0, layout, text);
     }
   }
-
- private:
-  // Takes every value within the element; the names of the elements on the way stand before its own.
-  void read(const pugi::xml_node& element, std::string_view around, int depth) {
-    constexpr int deepest = 8;
-    if (element.type() != pugi::node_element) {
-      return;
-    }
-    const bool isField = element.name() == std::string_view("Data");
-    std::string_view name = isField ? element.attribute("Name").value() : element.name();
-    std::string nested;
-    if (!around.empty()) {
-      name = nested.append(around).append(1, '.').append(name);
-    }
-    if (depth == deepest || element.first_child().type() != pugi::node_element) {
-      const std::string_view given = nextName(layout_);
-      text_.addField(name.empty() ? given : name, element.text().get());
-      return;
-    }
-    for (const pugi::xml_node& child : element.children()) {
-      read(child, name, depth + 1);
-    }
-  }
-
-  EventText& text_;
-  std::string_view layout_;  // Of what has not been read.
-};
+}
 
 // Older systems tell the kind of a hang only as the bytes of a text in UTF-16.
 std::string textOfBinary(std::string_view digits) {
@@ -154,7 +136,7 @@ std::optional<EventRecord> readEvent(std::string_view json) {
   text.addHeader(system.child("Computer").text().get());
   text.addHeader(system.child("Security").attribute("UserID").value());
   record.text_ = std::move(text);
-  FieldReader(record.text_, layoutOf(record.provider(), record.id)).readAll(event);
+  readAllFields(event, layoutOf(record.provider(), record.id), record.text_);
   if (equalIgnoringCase(record.provider(), "Application Hang") && record.text_.field(Field::HangType).empty()) {
     const std::string kind = textOfBinary(record.text_.field(Field::Binary));
     record.text_.addField(fieldName(Field::HangType), kind == "Unknown" ? "" : kind);
