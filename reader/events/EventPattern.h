@@ -7,27 +7,35 @@
 #include <optional>
 #include <string_view>
 
+#include "reader/events/CodeWords.h"
 #include "reader/events/EventField.h"
 
 namespace sentiq {
 
 /// How a value is shown.
-enum class Form : std::uint8_t { Plain, Hex, Exception, Stop, DecimalStop, SleepReason, StandbyReason, Action, Size };
-
-struct FormName {
-  std::string_view name;
-  Form form;
+enum class Shown : std::uint8_t {
+  AsItIs,
+  HexCode,      // A number in hexadecimal digits, with the words for it.
+  DecimalCode,  // So, of one in decimal digits.
+  Words,        // For a decimal number.
+  Size,         // Of a number of bytes.
 };
-constexpr FormName formNames[] = {
-    FormName{"", Form::Plain},
-    FormName{"hex", Form::Hex},
-    FormName{"exception", Form::Exception},
-    FormName{"stop", Form::Stop},
-    FormName{"decimal stop", Form::DecimalStop},
-    FormName{"reason", Form::SleepReason},
-    FormName{"standby", Form::StandbyReason},
-    FormName{"action", Form::Action},
-    FormName{"size", Form::Size},
+
+struct Form {
+  std::string_view name;
+  Shown shown;
+  std::optional<CodeKind> kind = {};  // Whose words there are.
+};
+constexpr Form forms[] = {
+    Form{"", Shown::AsItIs},
+    Form{"hex", Shown::HexCode},
+    Form{"exception", Shown::HexCode, CodeKind::Exception},
+    Form{"stop", Shown::HexCode, CodeKind::Stop},
+    Form{"decimal stop", Shown::DecimalCode, CodeKind::Stop},
+    Form{"reason", Shown::Words, CodeKind::SleepReason},
+    Form{"standby", Shown::Words, CodeKind::StandbyReason},
+    Form{"action", Shown::Words, CodeKind::PowerAction},
+    Form{"size", Shown::Size},
 };
 
 /// {Name}: a field. {, |Name}: one that may be missing, with what stands before it. {Name:form}: in one of the forms.
@@ -61,9 +69,9 @@ constexpr std::optional<Place> nextPlace(std::string_view& rest, std::string_vie
   name.remove_prefix(place.mayBeMissing ? bar + 1 : 0);
   const std::size_t colon = name.find(':');
   const std::string_view form = colon == std::string_view::npos ? std::string_view{} : name.substr(colon + 1);
-  for (const FormName& row : formNames) {
+  for (const Form& row : forms) {
     if (row.name == form) {
-      place.form = row.form;
+      place.form = row;
     }
   }
   place.allFields = name == "*";

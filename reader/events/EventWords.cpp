@@ -1,13 +1,11 @@
 #include "reader/events/EventWords.h"
 
 #include <cstddef>
-#include <cstdint>
 #include <sstream>
 #include <string_view>
 
-#include "reader/events/CodeWords.h"
 #include "reader/events/EventPattern.h"
-#include "reader/events/EventRow.h"
+#include "reader/events/EventTable.h"
 #include "reader/input/CleanText.h"
 
 namespace sentiq {
@@ -28,41 +26,20 @@ std::string shownValue(std::string_view value, std::chrono::minutes offset) {
   return shortText(line, longestShown);
 }
 
-std::string withWords(CodeKind kind, std::uint64_t code) {
-  const std::string words(codeWords(kind, code));
-  return showHex(code) + (words.empty() ? "" : kind == CodeKind::Stop ? ' ' + words : " (" + words + ')');
-}
-
-std::string wordsOr(CodeKind kind, std::uint64_t code) {
-  const std::string_view words = codeWords(kind, code);
-  return words.empty() ? "code " + std::to_string(code) : std::string(words);
-}
-
 // As it is when it is no number.
-std::string inForm(Form form, const std::string& value) {
-  const auto hex = parseHex(value);
-  const auto number = parseDecimal(value);
-  switch (form) {
-    case Form::Plain:
-      return value;
-    case Form::Hex:
-      return hex ? showHex(*hex) : value;
-    case Form::Exception:
-      return hex ? withWords(CodeKind::Exception, *hex) : value;
-    case Form::Stop:
-      return hex ? withWords(CodeKind::Stop, *hex) : value;
-    case Form::DecimalStop:
-      return number ? withWords(CodeKind::Stop, *number) : value;
-    case Form::SleepReason:
-      return number ? wordsOr(CodeKind::SleepReason, *number) : value;
-    case Form::StandbyReason:
-      return number ? wordsOr(CodeKind::StandbyReason, *number) : value;
-    case Form::Action:
-      return number ? wordsOr(CodeKind::PowerAction, *number) : value;
-    case Form::Size:
-      return number ? '(' + std::to_string(*number >> 20U) + " MiB)" : value;
+std::string inForm(const Form& form, const std::string& value) {
+  const auto number = form.shown == Shown::HexCode ? parseHex(value) : parseDecimal(value);
+  if (form.shown == Shown::AsItIs || !number) {
+    return value;
   }
-  return value;
+  if (form.shown == Shown::Size) {
+    return '(' + std::to_string(*number >> 20U) + " MiB)";
+  }
+  const std::string words(form.kind ? codeWords(*form.kind, *number) : "");
+  if (form.shown == Shown::Words) {
+    return words.empty() ? "code " + std::to_string(*number) : words;
+  }
+  return showHex(*number) + (words.empty() ? "" : form.kind == CodeKind::Stop ? ' ' + words : " (" + words + ')');
 }
 
 // Bytes say nothing to a reader.
