@@ -76,6 +76,10 @@ std::optional<std::uint64_t> parseDecimal(std::string_view text) {
   return result.ec == std::errc{} ? std::optional(number) : std::nullopt;
 }
 
+bool isSet(std::string_view value) {
+  return !value.empty() && value != "false" && value.find_first_not_of("0x") != std::string_view::npos;
+}
+
 std::string showHex(std::uint64_t number) {
   std::array<char, 16> digits{};
   const auto result = std::to_chars(digits.data(), digits.data() + digits.size(), number, 16);

@@ -25,6 +25,9 @@ std::optional<std::uint64_t> parseHex(std::string_view text);
 /// The number that the text begins with.
 std::optional<std::uint64_t> parseDecimal(std::string_view text);
 
+/// Whether a value is more than nothing, 0 or false.
+bool isSet(std::string_view value);
+
 /// 0xc0000005: the one form of all of them, without leading zeros.
 std::string showHex(std::uint64_t number);
 

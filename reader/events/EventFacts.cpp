@@ -8,7 +8,7 @@
 
 #include "reader/events/CodeWords.h"
 #include "reader/events/EventPattern.h"
-#include "reader/events/EventRow.h"
+#include "reader/events/EventTable.h"
 
 namespace sentiq {
 namespace {

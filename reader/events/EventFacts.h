@@ -7,7 +7,6 @@
 #include <string_view>
 #include <vector>
 
-#include "reader/events/EventKinds.h"
 #include "reader/events/EventRecord.h"
 #include "reader/events/ToldTime.h"
 #include "reader/input/LogTime.h"

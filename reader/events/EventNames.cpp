@@ -37,18 +37,14 @@ std::string_view lastName(std::string_view name) {
   return name.substr(name.rfind('.') + 1);
 }
 
-bool fits(const NameRow& row, const EventRecord& event) {
-  const auto isProvider = [&](std::string_view pattern) { return matches(event.provider(), pattern); };
-  return (row.id == 0 || row.id == event.id) && anyPart(row.provider, isProvider);
-}
-
 }  // namespace
 
 std::vector<EventName> namesIn(const EventRecord& event) {
   std::vector<EventName> names{{NameKind::Computer, event.computer()}};
   const std::vector<NamedValue> fields = event.fields();
   for (const NameRow& row : nameRows) {
-    if (!fits(row, event)) {
+    const auto isProvider = [&](std::string_view pattern) { return matches(event.provider(), pattern); };
+    if ((row.id != 0 && row.id != event.id) || !anyPart(row.provider, isProvider)) {
       continue;
     }
     for (const NamedValue& field : fields) {

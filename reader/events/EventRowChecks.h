@@ -1,19 +1,18 @@
 // What the compiler checks of each row of the event table.
 #pragma once
 
+#include <algorithm>
 #include <string_view>
 #include <variant>
 
 #include "reader/events/EventPattern.h"
-#include "reader/events/EventRow.h"
+#include "reader/events/EventTable.h"
 
 namespace sentiq {
 
 constexpr bool tells(const EventRow& row, Field field) {
-  for (const FieldPart& part : row.parts) {
-    if (part.fact == field) {
-      return true;
-    }
+  if (std::any_of(row.parts.begin(), row.parts.end(), [&](const FieldPart& part) { return part.fact == field; })) {
+    return true;
   }
   std::string_view words = row.words;
   std::string_view text;

@@ -1,13 +1,16 @@
 #include "reader/events/EventTable.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <iterator>
 
+#include "reader/events/CodeWords.h"
 #include "reader/events/EventRowChecks.h"
 
 namespace sentiq {
-namespace {
+namespace table {  // Not without a name: the names of three enumerations hold in it.
 
+using enum Field;
 using enum Meaning;
 using enum Severity;
 
@@ -18,53 +21,41 @@ constexpr std::string_view troubleshooter = "Microsoft-Windows-Power-Troubleshoo
 constexpr std::string_view updateClient = "Microsoft-Windows-WindowsUpdateClient";
 constexpr std::string_view installer = "MsiInstaller";
 
-constexpr FieldPart errorParts[]{{Field::ReportId, Field::IntegratorReportId}};
-constexpr FieldPart hangParts[]{{Field::ProcessCreationTime, Field::StartTime}};
+constexpr FieldPart errorParts[]{{ReportId, IntegratorReportId}};
+constexpr FieldPart hangParts[]{{ProcessCreationTime, StartTime}};
 
 // Of an error report P1 to P10 say what failed, in an order that depends on its kind.
-constexpr FieldPart crashReport[]{{Field::AppName, Field::P1},       {Field::AppVersion, Field::P2},
-                                  {Field::ModuleName, Field::P4},    {Field::ModuleVersion, Field::P5},
-                                  {Field::ExceptionCode, Field::P7}, {Field::FaultingOffset, Field::P8}};
-constexpr FieldPart bufferReport[]{{Field::AppName, Field::P1},       {Field::AppVersion, Field::P2},
-                                   {Field::ModuleName, Field::P4},    {Field::ModuleVersion, Field::P5},
-                                   {Field::ExceptionCode, Field::P8}, {Field::FaultingOffset, Field::P7}};
-constexpr FieldPart programReport[]{{Field::AppName, Field::P1}, {Field::AppVersion, Field::P2}};
-constexpr FieldPart managedReport[]{{Field::AppName, Field::P1},
-                                    {Field::AppVersion, Field::P2},
-                                    {Field::ModuleName, Field::P4},
-                                    {Field::ModuleVersion, Field::P5},
-                                    {Field::ExceptionName, Field::P9}};
-constexpr FieldPart pageReport[]{
-    {Field::AppName, Field::P1}, {Field::AppVersion, Field::P2}, {Field::ExceptionCode, Field::P4}};
+constexpr FieldPart crashReport[]{{AppName, P1},       {AppVersion, P2},    {ModuleName, P4},
+                                  {ModuleVersion, P5}, {ExceptionCode, P7}, {FaultingOffset, P8}};
+constexpr FieldPart bufferReport[]{{AppName, P1},       {AppVersion, P2},    {ModuleName, P4},
+                                   {ModuleVersion, P5}, {ExceptionCode, P8}, {FaultingOffset, P7}};
+constexpr FieldPart programReport[]{{AppName, P1}, {AppVersion, P2}};
+constexpr FieldPart managedReport[]{
+    {AppName, P1}, {AppVersion, P2}, {ModuleName, P4}, {ModuleVersion, P5}, {ExceptionName, P9}};
+constexpr FieldPart pageReport[]{{AppName, P1}, {AppVersion, P2}, {ExceptionCode, P4}};
 // Of packaged applications: the package, the application in it ("praid:App"), and then as above. No real MoBEX was at
 // hand.
-constexpr FieldPart packagedCrashReport[]{{Field::PackageFullName, Field::P1}, {Field::AppVersion, Field::P3},
-                                          {Field::ModuleName, Field::P5},      {Field::ModuleVersion, Field::P6},
-                                          {Field::ExceptionCode, Field::P8},   {Field::FaultingOffset, Field::P9}};
-constexpr FieldPart packagedBufferReport[]{{Field::PackageFullName, Field::P1}, {Field::AppVersion, Field::P3},
-                                           {Field::ModuleName, Field::P5},      {Field::ModuleVersion, Field::P6},
-                                           {Field::ExceptionCode, Field::P9},   {Field::FaultingOffset, Field::P8}};
-constexpr FieldPart packagedReport[]{{Field::PackageFullName, Field::P1}, {Field::AppVersion, Field::P3}};
+constexpr FieldPart packagedCrashReport[]{{PackageFullName, P1}, {AppVersion, P3},    {ModuleName, P5},
+                                          {ModuleVersion, P6},   {ExceptionCode, P8}, {FaultingOffset, P9}};
+constexpr FieldPart packagedBufferReport[]{{PackageFullName, P1}, {AppVersion, P3},    {ModuleName, P5},
+                                           {ModuleVersion, P6},   {ExceptionCode, P9}, {FaultingOffset, P8}};
+constexpr FieldPart packagedReport[]{{PackageFullName, P1}, {AppVersion, P3}};
 
 // "Application: Canvix.exe" in the first line, in the system's language.
-constexpr FieldPart runtimeParts[]{{Field::AppName, Field::Text, ": "},
-                                   {Field::ExceptionName, Field::Text, "Exception Info: ", ":"},
-                                   {Field::ExceptionCode, Field::Text, "exit code ", "."}};
+constexpr FieldPart runtimeParts[]{
+    {AppName, Text, ": "}, {ExceptionName, Text, "Exception Info: ", ":"}, {ExceptionCode, Text, "exit code ", "."}};
 // "Canvix.exe - Application Error".
-constexpr FieldPart popupParts[]{{Field::AppName, Field::Caption, "", " - "},
-                                 {Field::ExceptionCode, Field::Message, "(0x", ")"}};
+constexpr FieldPart popupParts[]{{AppName, Caption, "", " - "}, {ExceptionCode, Message, "(0x", ")"}};
 
-constexpr FieldPart stopParts[]{{Field::StopCode, Field::param1}, {Field::ReportId, Field::param3}};
-constexpr FieldPart stopReport[]{{Field::StopCode, Field::P1}};
+constexpr FieldPart stopParts[]{{StopCode, param1}, {ReportId, param3}};
+constexpr FieldPart stopReport[]{{StopCode, P1}};
 
-constexpr FieldPart updateParts[]{{Field::ChangedName, Field::updateTitle}};
-constexpr FieldPart driverParts[]{{Field::ChangedName, Field::DriverDescription},
-                                  {Field::ChangedVersion, Field::DriverVersion}};
-constexpr FieldPart serviceParts[]{{Field::ChangedName, Field::ServiceName}};
-constexpr FieldPart productParts[]{{Field::ChangedName, Field::ProductName},
-                                   {Field::ChangedVersion, Field::ProductVersion}};
+constexpr FieldPart updateParts[]{{ChangedName, updateTitle}};
+constexpr FieldPart driverParts[]{{ChangedName, DriverDescription}, {ChangedVersion, DriverVersion}};
+constexpr FieldPart serviceParts[]{{ChangedName, ServiceName}};
+constexpr FieldPart productParts[]{{ChangedName, ProductName}, {ChangedVersion, ProductVersion}};
 // "Product: Some Program -- Installation completed successfully.", in the system's language.
-constexpr FieldPart messageParts[]{{Field::ChangedName, Field::Message, ": ", " -- "}};
+constexpr FieldPart messageParts[]{{ChangedName, Message, ": ", " -- "}};
 // 1641 and 3010: done, once Windows has restarted.
 constexpr std::string_view installed = "Status=0|1641|3010";
 
@@ -74,6 +65,9 @@ constexpr std::string_view crashReported =
 constexpr std::string_view packagedCrashReported =
     "Error report {EventName}: {PackageFullName} crashed{ in |ModuleName}{ |ModuleVersion}"
     "{: exception |ExceptionCode:exception}{ at offset |FaultingOffset:hex}";
+
+// Where the meaning leaves nothing open.
+constexpr std::monostate none{};
 
 constexpr EventRow allRows[] = {
     {1000, Crash, Error, "Application Error",
@@ -115,26 +109,14 @@ constexpr EventRow allRows[] = {
      "EventName=MoAppHang*", Teller::Report, packagedReport},
     {1001, Leak, Notice, errorReporting, "Error report {EventName}: {AppName} {AppVersion} uses more and more memory",
      "EventName=RADAR_PRE_LEAK*", Teller::Report, programReport},
-    {1001,
-     BlueScreen,
-     Error,
-     errorReporting,
-     "The machine crashed with the blue screen {StopCode:stop}, says its error "
-     "report",
-     "EventName=BlueScreen*",
-     {},
+    {1001, BlueScreen, Error, errorReporting,
+     "The machine crashed with the blue screen {StopCode:stop}, says its error report", "EventName=BlueScreen*", none,
      stopReport},
     {1001, Hardware, Warning, errorReporting, "Error report {EventName}: the kernel met {P1:stop} and went on",
      "EventName=LiveKernelEvent*"},
     {1001, Other, Notice, errorReporting, "Error report {EventName}: {P1} {P2}{, |P4}{, |P7}{ |P8}"},
-    {1001,
-     BlueScreen,
-     Error,
-     "Microsoft-Windows-WER-SystemErrorReporting|BugCheck",
-     "The machine crashed with the blue screen {StopCode:stop}{, dump |param2}",
-     "",
-     {},
-     stopParts},
+    {1001, BlueScreen, Error, "Microsoft-Windows-WER-SystemErrorReporting|BugCheck",
+     "The machine crashed with the blue screen {StopCode:stop}{, dump |param2}", "", none, stopParts},
     {41, BlueScreen, Error, kernelPower, "The machine crashed with the blue screen {BugcheckCode:decimal stop}",
      "BugcheckCode"},
     {41, PowerLoss, Error, kernelPower, "The machine lost power during sleep",
@@ -210,10 +192,6 @@ constexpr EventRow allRows[] = {
      messageParts},
 };
 
-consteval bool everyRow(bool (*isGood)(const EventRow&)) {
-  return std::all_of(std::begin(allRows), std::end(allRows), isGood);
-}
-
 consteval bool everyMeaning() {
   for (int meaning = 0; meaning <= static_cast<int>(Change); ++meaning) {
     const auto wanted = static_cast<Meaning>(meaning);
@@ -227,21 +205,45 @@ consteval bool everyMeaning() {
   return true;
 }
 
-static_assert(everyRow(patternsAreGood), "a row names a field or a form that there is not");
-static_assert(everyRow(fitsItsMeaning), "a row lacks what the facts of its meaning are made of");
+static_assert(std::all_of(std::begin(allRows), std::end(allRows), patternsAreGood),
+              "a row names a field or a form that there is not");
+static_assert(std::all_of(std::begin(allRows), std::end(allRows), fitsItsMeaning),
+              "a row lacks what the facts of its meaning are made of");
 static_assert(everyMeaning(), "a meaning that no event has");
 
-}  // namespace
+}  // namespace table
+
+bool isFrom(const EventRow& row, std::string_view provider) {
+  return anyPart(row.provider, [&](std::string_view name) { return matches(provider, name); });
+}
+
+bool holds(const EventRow& row, const OwnField& field) {
+  const std::size_t equals = row.when.find('=');
+  const auto isSo = [&](std::string_view name) {
+    const std::string_view value = field(*fieldNamed(name));
+    const auto isIt = [&](std::string_view wanted) { return matches(value, wanted); };
+    return equals == std::string_view::npos ? isSet(value) : anyPart(row.when.substr(equals + 1), isIt);
+  };
+  return row.when.empty() || anyPart(row.when.substr(0, equals), isSo);
+}
+
+bool mayHold(const EventRow& row, std::string_view text) {
+  const std::size_t equals = row.when.find('=');
+  return equals == std::string_view::npos || anyPart(row.when.substr(equals + 1), [&](std::string_view value) {
+           value.remove_prefix(std::min(value.find_first_not_of('*'), value.size()));
+           return contains(text, value.substr(0, value.find('*')));
+         });
+}
 
 std::span<const EventRow> eventRows() {
-  return allRows;
+  return table::allRows;
 }
 
 const EventRow* findRow(std::string_view provider, int id, int level, const OwnField& field) {
-  const auto* const row = std::find_if(std::begin(allRows), std::end(allRows), [&](const EventRow& candidate) {
-    return mayFit(candidate, provider, id, level) && holds(candidate, field);
-  });
-  return row != std::end(allRows) ? row : nullptr;
+  const auto* const row = std::find_if(
+      std::begin(table::allRows), std::end(table::allRows),
+      [&](const EventRow& candidate) { return mayFit(candidate, provider, id, level) && holds(candidate, field); });
+  return row != std::end(table::allRows) ? row : nullptr;
 }
 
 }  // namespace sentiq

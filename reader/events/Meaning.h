@@ -34,6 +34,21 @@ enum class Meaning : std::uint8_t {
   Change,   // Of the machine: an update, a driver, a program.
 };
 
+// What the meaning of an event leaves open.
+
+/// Who tells of a failure, from the one that tells most.
+enum class Teller : std::uint8_t {
+  Event,    // Application Error, Application Hang: names module and process.
+  Runtime,  // .NET Runtime.
+  Popup,    // The box that the system showed.
+  Report,   // An error report: names no process; may come later than the failure, and again.
+};
+
+enum class SleepKind : std::uint8_t { Sleep, Hibernation, Standby };
+
+/// The last three no event tells alone: they show when two starts of Windows or two sessions are put side by side.
+enum class ChangeKind : std::uint8_t { Update, Driver, ProgramInstalled, ProgramRemoved, Windows, Adapter, Canvix };
+
 /// A crash or a hang of Canvix.
 bool isFailure(Meaning meaning);
 
