@@ -237,8 +237,7 @@ int run(std::vector<std::string> arguments, Messages& messages) {
   const bool terminal = outputIsTerminal();
   // Progress is for eyes, and not between the lines of output on the same terminal.
   const bool progress = progressWanted() && !(terminal && app.got_subcommand("decode"));
-  request.run({.in = std::cin,
-               .out = std::cout,
+  request.run({.out = std::cout,
                .messages = messages,
                .stop = request.stoppable ? stopRequested() : never,
                .progress = progress ? &std::cerr : nullptr,

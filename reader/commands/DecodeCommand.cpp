@@ -27,14 +27,13 @@ class Decoder {
 
   void decodeAll(const std::vector<LogInput>& files) {
     prepare(files);
-    Progress progress(streams_.progress);
     for (const LogInput& file : files) {
       DecodeStream& log = add(file.name, files.size() > 1);
       const auto feed = [&](std::string_view bytes) {
         log.feed(bytes);
         return true;
       };
-      if (!readInput(file.name, streams_.in, progress, streams_.stop, feed)) {
+      if (!readInput(file.name, streams_.progress, streams_.stop, feed)) {
         streams_.messages.say(file.name + ": cannot be read", exitFailed);
       }
       log.finish();
@@ -121,7 +120,7 @@ void decodeLogs(const DecodeOptions& options, const Streams& streams) {
   std::vector<LogInput> files = findLogs(existing(options.inputs, /*anyKind=*/true, streams.messages));
   std::vector<std::string> foreign;
   std::erase_if(files, [&](const LogInput& file) {
-    const bool leftOut = file.fromFolder && !beginsAsLog(pathFromText(file.name));
+    const bool leftOut = file.fromFolder && !beginsAsLog(file.name);
     if (leftOut) {
       foreign.push_back(file.name);
     }

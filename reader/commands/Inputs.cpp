@@ -5,7 +5,6 @@
 #include <system_error>
 
 #include "reader/console/Console.h"
-#include "reader/input/Progress.h"
 #include "reader/session/Redaction.h"
 
 namespace sentiq {
@@ -62,10 +61,9 @@ void sayWaitedFor(const std::vector<std::string>& inputs, Messages& messages) {
 LogSet readInputs(const std::vector<std::string>& inputs, Keep keep, const Streams& streams) {
   Messages& messages = streams.messages;
   const std::vector<std::string> found = existing(inputs, /*anyKind=*/true, messages);
-  Progress progress(streams.progress);
   const std::vector<LogInput> files = findLogs(found, &streams.stop);
   KnownNames names = streams.redact ? namesOfPaths(files) : KnownNames();
-  LogSet logs = readLogs(files, streams.in, progress, keep, streams.stop, streams.redact ? &names : nullptr);
+  LogSet logs = readLogs(files, keep, streams.stop, streams.redact ? &names : nullptr, streams.progress);
   for (const LogFileInfo& file : logs.files) {
     if (!file.readable) {
       messages.say(file.name + ": cannot be read", exitFailed);
@@ -89,8 +87,7 @@ KnownNames namesIn(const std::vector<LogInput>& files, const Streams& streams) {
   KnownNames names = streams.redact ? namesOfPaths(files) : KnownNames();
   std::vector<LogInput> twice = files;
   std::erase_if(twice, [](const LogInput& file) { return kindOf(file.name) != Kind::FileOrFolder; });
-  Progress progress(streams.progress);
-  readLogs(twice, streams.in, progress, Keep::Judgement, streams.stop, &names);
+  readLogs(twice, Keep::Judgement, streams.stop, &names, streams.progress);
   return names;
 }
 

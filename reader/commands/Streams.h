@@ -1,4 +1,4 @@
-// What every command reads from and writes to beside files.
+// What every command writes to beside files.
 #pragma once
 
 #include <atomic>
@@ -11,7 +11,6 @@ namespace sentiq {
 
 /// All of it outlives the command.
 struct Streams {
-  std::istream& in;
   std::ostream& out;  // Throws std::ios_base::failure when it cannot be written.
   Messages& messages;
   const std::atomic<bool>& stop;     // The user asks the command to end.

@@ -6,7 +6,6 @@
 #include <iterator>
 #include <mutex>
 #include <ostream>
-#include <sstream>
 #include <utility>
 
 #include "reader/commands/Inputs.h"
@@ -43,8 +42,7 @@ std::vector<Unit> unitsOf(const std::vector<LogInput>& files) {
 
 class Triage {
  public:
-  Triage(const std::vector<LogInput>& files, const Streams& streams)
-      : units_(unitsOf(files)), streams_(streams), progress_(streams.progress) {}
+  Triage(const std::vector<LogInput>& files, const Streams& streams) : units_(unitsOf(files)), streams_(streams) {}
 
   /// Before the reading.
   void addUnread(const std::string& input) { unread_.push_back(input); }
@@ -57,8 +55,8 @@ class Triage {
   void redactNames(std::vector<std::string>& texts);
 
  private:
-  void work();
-  void count(Unit& unit);
+  void work(Progress& progress);
+  void count(Unit& unit, Progress& progress);
   void say(const std::string& text, ExitCode code = exitGood);
 
   std::vector<Unit> units_;
@@ -66,7 +64,6 @@ class Triage {
   std::atomic<std::size_t> next_{0};
 
   std::mutex mutex_;  // For what follows, while the threads run.
-  Progress progress_;
   std::size_t unitsDone_ = 0;
   std::size_t sessions_ = 0;
   std::size_t files_ = 0;
@@ -79,23 +76,20 @@ class Triage {
 };
 
 void Triage::readAll() {
-  onAllCores([this] { work(); });
-  progress_.end();
+  Progress progress(streams_.progress);
+  onAllCores([&] { work(progress); });
 }
 
-void Triage::work() {
-  std::istringstream noInput;
-  Progress noProgress(nullptr);
+void Triage::work(Progress& progress) {
   for (std::size_t i = next_++; i < units_.size() && !streams_.stop; i = next_++) {
     Unit& unit = units_[i];
     try {
-      unit.logs = readLogs(unit.files, noInput, noProgress, Keep::Judgement, streams_.stop,
-                           streams_.redact ? &unit.names : nullptr);
+      unit.logs = readLogs(unit.files, Keep::Judgement, streams_.stop, streams_.redact ? &unit.names : nullptr);
       if (unit.logs.stopped) {  // Half a session would be judged for a whole one.
         unit.logs = {};
         return;
       }
-      count(unit);
+      count(unit, progress);
     } catch (const std::exception& error) {  // Out of memory, or a path that the system does not take.
       streams_.messages.say(unit.folder + ": " + error.what(), exitFailed);
       const std::lock_guard lock(mutex_);
@@ -104,7 +98,7 @@ void Triage::work() {
   }
 }
 
-void Triage::count(Unit& unit) {
+void Triage::count(Unit& unit, Progress& progress) {
   const std::lock_guard lock(mutex_);
   ++unitsDone_;
   sessions_ += unit.logs.sessions.size();
@@ -122,8 +116,8 @@ void Triage::count(Unit& unit) {
     streams_.messages.say(name + ": no log of CanvixSentiq", exitFailed);
     unread_.push_back(name);
   }
-  progress_.show(std::to_string(sessions_) + " sessions, " + std::to_string(files_) + " files", unitsDone_,
-                 units_.size(), "folders");
+  progress.show(std::to_string(sessions_) + " sessions, " + std::to_string(files_) + " files", unitsDone_,
+                units_.size(), "folders");
 }
 
 std::vector<TriagedSession> Triage::judgeAll() {

@@ -4,20 +4,18 @@
 #include <atomic>
 #include <cstddef>
 #include <filesystem>
-#include <memory>
 #include <optional>
+#include <type_traits>
 
 namespace sentiq {
 
-/// Not the stream std::cin: nobody else may read standard input.
+/// Of standard input nobody else may read, std::cin neither.
 class ByteSource {
  public:
-  /// Waits for nothing: a pipe need not have a writer yet.
-  static ByteSource file(const std::filesystem::path& path);
-  static ByteSource standardInput();
-
-  ByteSource(ByteSource&& other) noexcept;
+  /// Waits for nothing: a pipe need not have a writer yet. @param file nullptr for standard input.
+  explicit ByteSource(const std::filesystem::path* file);
   ByteSource(const ByteSource&) = delete;
+  ByteSource(ByteSource&&) = delete;
   ByteSource& operator=(const ByteSource&) = delete;
   ByteSource& operator=(ByteSource&&) = delete;
   ~ByteSource();
@@ -30,10 +28,9 @@ class ByteSource {
   std::optional<std::size_t> read(char* block, std::size_t size, const std::atomic<bool>& stop);
 
  private:
-  struct Opened;
-  explicit ByteSource(std::unique_ptr<Opened> opened);
-
-  std::unique_ptr<Opened> opened_;
+  // A handle of Windows, or a descriptor.
+  std::conditional_t<std::is_same_v<std::filesystem::path::value_type, wchar_t>, void*, int> handle_;
+  bool owned_;
 };
 
 }  // namespace sentiq

@@ -5,8 +5,6 @@
 
 namespace sentiq {
 
-Progress::Progress(std::ostream* terminal) : terminal_(terminal) {}
-
 void Progress::show(const std::string& what, std::uint64_t done, std::uint64_t total, const std::string& unit) {
   constexpr std::chrono::milliseconds interval{200};
   const Clock::time_point now = Clock::now();
@@ -22,11 +20,10 @@ void Progress::show(const std::string& what, std::uint64_t done, std::uint64_t t
              << std::flush;
 }
 
-void Progress::end() {
+Progress::~Progress() {
   if (shown_ != begin_) {
     *terminal_ << "\r\x1b[K" << std::flush;
   }
-  begin_ = shown_ = Clock::now();
 }
 
 }  // namespace sentiq

@@ -10,27 +10,24 @@
 #include <unordered_set>
 
 #include "reader/console/Console.h"
-#include "reader/input/ByteSource.h"
 #include "reader/input/CleanText.h"
-#include "reader/input/Utf8Bytes.h"
+#include "reader/input/InputFile.h"
 #include "reader/session/LogFileReader.h"
 #include "reader/session/LogSet.h"
 
 namespace sentiq {
-bool beginsAsLog(const std::filesystem::path& path) {
-  std::string bytes(64U << 10, '\0');
+
+bool beginsAsLog(const std::string& name) {
   LogFileInfo info;
   LogFileReader reader(info, 0, Keep::Judgement);
-  Utf8Bytes text;
-  ByteSource source = ByteSource::file(path);
-  const std::atomic<bool> stop = false;
-  const std::size_t size = source.isOpen() ? source.read(bytes.data(), bytes.size(), stop).value_or(0) : 0;
-  std::string_view rest = text.take({bytes.data(), size});
-  while (!rest.empty() && !reader.isKnown()) {  // The first line tells, most often.
-    const std::string_view next = rest.substr(0, 4096);
-    reader.feed(next);
-    rest.remove_prefix(next.size());
-  }
+  readInput(name, /*progress=*/nullptr, /*stop=*/false, [&](std::string_view block) {
+    while (!block.empty() && !reader.isKnown()) {  // The first line tells, most often.
+      const std::string_view next = block.substr(0, 4096);
+      reader.feed(next);
+      block.remove_prefix(next.size());
+    }
+    return false;
+  });
   return reader.isKnown();
 }
 
@@ -61,7 +58,7 @@ void findIn(const std::filesystem::path& folder, const std::atomic<bool>* stop, 
     if (item->is_directory(unknown) && !item->is_symlink(unknown)) {
       folders.insert(item->path());
     } else if (name != Name::Other && item->is_regular_file(unknown) &&
-               (name == Name::Log || beginsAsLog(item->path()))) {
+               (name == Name::Log || beginsAsLog(textFromPath(item->path())))) {
       logs.insert(item->path());
     }
   }

@@ -29,15 +29,15 @@ void sortByBegin(std::vector<Session>& sessions) {
 }
 
 // Of a file that is no log of the program no parts, and a word in the set.
-std::vector<SessionPart> readLog(const LogInput& input, std::istream& standardInput, Progress& progress, Keep keep,
-                                 const std::atomic<bool>& stop, KnownNames* names, LogSet& set) {
+std::vector<SessionPart> readLog(const LogInput& input, Keep keep, const std::atomic<bool>& stop, KnownNames* names,
+                                 std::ostream* progress, LogSet& set) {
   constexpr std::size_t enoughToTell = 4U << 20;  // Of what is no log of the program.
   const std::size_t origin = set.files.size();
   LogFileInfo& file = set.files.emplace_back();
   file.name = input.name;
   LogFileReader reader(file, origin, keep, names);
   std::size_t size = 0;
-  file.readable = readInput(input.name, standardInput, progress, stop, [&](std::string_view bytes) {
+  file.readable = readInput(input.name, progress, stop, [&](std::string_view bytes) {
     reader.feed(bytes);
     size += bytes.size();
     return reader.isKnown() || size < enoughToTell;
@@ -62,14 +62,14 @@ std::vector<SessionPart> readLog(const LogInput& input, std::istream& standardIn
 
 }  // namespace
 
-LogSet readLogs(const std::vector<LogInput>& files, std::istream& standardInput, Progress& progress, Keep keep,
-                const std::atomic<bool>& stop, KnownNames* names) {
+LogSet readLogs(const std::vector<LogInput>& files, Keep keep, const std::atomic<bool>& stop, KnownNames* names,
+                std::ostream* progress) {
   LogSet set;
   SessionAssembly assembly;
   std::vector<SessionPart> initials;
   for (auto input = files.begin(); input != files.end() && !stop; ++input) {
     std::optional<std::size_t> above;
-    for (SessionPart& part : readLog(*input, standardInput, progress, keep, stop, names, set)) {
+    for (SessionPart& part : readLog(*input, keep, stop, names, progress, set)) {
       if (part.role == LogRole::Initial) {
         initials.push_back(std::move(part));
       } else {

@@ -4,12 +4,10 @@
 #include <atomic>
 #include <cstdint>
 #include <deque>
-#include <filesystem>
 #include <iosfwd>
 #include <string>
 #include <vector>
 
-#include "reader/input/Progress.h"
 #include "reader/session/KnownNames.h"
 #include "reader/session/Session.h"
 
@@ -54,16 +52,17 @@ struct LogInput {
 /// @param stop when given, ends the search with what is found by then.
 std::vector<LogInput> findLogs(const std::vector<std::string>& inputs, const std::atomic<bool>* stop = nullptr);
 
-/// Whether a line that only a log of the program holds is among the file's first ones.
-bool beginsAsLog(const std::filesystem::path& path);
+/// Whether a line that only a log of the program holds is among the file's first ones. @param name a path in UTF-8.
+bool beginsAsLog(const std::string& name);
 
 /// A session's header begins it; what stands before a file's first header belongs to a session without a name, one for
 /// each folder. The same logs twice are one session. Memory is proportional to what is distinct in the logs: copies of
 /// events, runs of damaged lines and what goes beyond 64 KB of one message are counted or cut, visibly. Time grows in
-/// line with the bytes. Several threads may read at the same time, each with streams and progress of its own.
+/// line with the bytes. Several threads may read at the same time.
 /// @param stop ends the reading with what is known by then. @param names when given, learns what all lines name.
-LogSet readLogs(const std::vector<LogInput>& files, std::istream& standardInput, Progress& progress, Keep keep,
-                const std::atomic<bool>& stop, KnownNames* names = nullptr);
+/// @param progress a terminal to show it on.
+LogSet readLogs(const std::vector<LogInput>& files, Keep keep, const std::atomic<bool>& stop,
+                KnownNames* names = nullptr, std::ostream* progress = nullptr);
 
 /// Adds to each session what an initial log tells of it, takes out sessions that are there twice (with what the second
 /// one adds), and puts the oldest first. What is about none of them stays in told.

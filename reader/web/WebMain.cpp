@@ -64,7 +64,7 @@ int main(int argc, char** argv) {
     std::vector<std::string> paths = consoleArguments(argc - 1, argv + 1);
     const bool redact = paths.front() == "--redact";
     paths.erase(paths.begin());
-    run(argv[1], paths, {.in = std::cin, .out = std::cout, .messages = messages, .stop = stop, .redact = redact});
+    run(argv[1], paths, {.out = std::cout, .messages = messages, .stop = stop, .redact = redact});
     std::cout.flush();
   } catch (const std::bad_alloc&) {
     messages.say("there was not enough memory", exitFailed);

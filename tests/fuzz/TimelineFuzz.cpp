@@ -1,13 +1,18 @@
 // Every command but decode on any bytes: one line for each entry, JSON that is JSON, a page that is whole.
 #include <algorithm>
+#include <filesystem>
+#include <fstream>
 
 #include <nlohmann/json.hpp>
 
+#include "reader/console/Console.h"
+#include "reader/session/LogSet.h"
 #include "reader/views/HtmlReport.h"
 #include "reader/views/MetricsTable.h"
 #include "reader/views/Summary.h"
 #include "reader/views/Timeline.h"
 #include "tests/fuzz/Fuzz.h"
+#include "tests/support/TestFiles.h"
 
 static void requireJsonLines(const std::string& text, std::size_t lines) {
   std::istringstream in(text);
@@ -19,11 +24,10 @@ static void requireJsonLines(const std::string& text, std::size_t lines) {
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   using namespace sentiq;
-  const auto read = [&](Keep keep) {
-    std::istringstream in(std::string(data, data + size));
-    Progress progress(nullptr);
-    return readLogs({{"-"}}, in, progress, keep, false);
-  };
+  static const test::TempFolder folder;
+  const std::filesystem::path file = folder / "a.log";
+  std::ofstream(file, std::ios::binary).write(reinterpret_cast<const char*>(data), static_cast<std::streamsize>(size));
+  const auto read = [&](Keep keep) { return readLogs({{textFromPath(file)}}, keep, false); };
   const LogSet logs = read(Keep::RawLines);
   for (const Session& session : read(Keep::Judgement).sessions) {
     require(!outcomeWord(judge(session).outcome).empty());

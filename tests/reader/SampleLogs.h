@@ -81,15 +81,13 @@ inline std::string watchdogLog(const std::string& lines) {
 }
 
 /// Reads the texts as the files of one session.
-inline LogSet readTexts(const std::vector<std::string>& texts) {
+inline LogSet readTexts(const std::vector<std::string>& texts, Keep keep = Keep::RawLines) {
   const SampleFolder folder;
   std::vector<std::string> files;
   for (const std::string& text : texts) {
     files.push_back(folder.write(std::to_string(files.size()) + ".log", text));
   }
-  std::istringstream noInput;
-  Progress progress(nullptr);
-  return readLogs(findLogs(files), noInput, progress, Keep::RawLines, false);
+  return readLogs(findLogs(files), keep, false);
 }
 
 }  // namespace sentiq

@@ -6,11 +6,10 @@ namespace sentiq {
 
 static void follow(const std::string& shown, const std::atomic<bool>& stop,
                    const std::function<void(const Streams&)>& command) {
-  std::istringstream noInput;
   std::ofstream out(pathFromText(shown), std::ios::binary);
   std::ostringstream said;
   Messages messages(said);
-  command({.in = noInput, .out = out, .messages = messages, .stop = stop});
+  command({.out = out, .messages = messages, .stop = stop});
 }
 
 static AssertionResult comesToHold(const std::string& file, const std::string& text) {

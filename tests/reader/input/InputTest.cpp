@@ -87,18 +87,16 @@ TEST(FollowedFile, TellsWhatIsNewAndWhatIsAnotherFile) {
 TEST(Input, EndsWhenAskedTo) {
   const SampleFolder folder;
   const std::string name = folder.write("a.log", std::string(1U << 20, 'a'));
-  std::istringstream noInput;
-  Progress progress(nullptr);
   std::atomic<bool> stop = false;
   std::size_t size = 0;
   const auto count = [&](std::string_view bytes) {
     size += bytes.size();
     return size < 100'000;
   };
-  EXPECT_TRUE(readInput(name, noInput, progress, stop, count));
+  EXPECT_TRUE(readInput(name, nullptr, stop, count));
   EXPECT_THAT(size, AllOf(testing::Ge(100'000), testing::Lt(1U << 20)));
-  EXPECT_FALSE(readInput(folder.file("missing"), noInput, progress, stop, count));
-  EXPECT_FALSE(readInput(folder.file(""), noInput, progress, stop, count));
+  EXPECT_FALSE(readInput(folder.file("missing"), nullptr, stop, count));
+  EXPECT_FALSE(readInput(folder.file(""), nullptr, stop, count));
 #ifndef _WIN32
   const std::string pipe = folder.file("pipe");
   ASSERT_EQ(::mkfifo(pipe.c_str(), 0600), 0);
@@ -106,7 +104,7 @@ TEST(Input, EndsWhenAskedTo) {
     std::this_thread::sleep_for(50ms);
     stop = true;
   });
-  EXPECT_TRUE(readInput(pipe, noInput, progress, stop, count)) << "nobody ever writes into it";
+  EXPECT_TRUE(readInput(pipe, nullptr, stop, count)) << "nobody ever writes into it";
   asks.join();
 #endif
 }

@@ -37,12 +37,8 @@ TEST(KeptRecords, AreThoseOfEachProcess) {
   for (int i = 10; i < 50; ++i) {
     log += record("13:00:" + std::to_string(i), std::to_string(i % 2 + 1));
   }
-  const LogSet logs = [&] {
-    std::istringstream in(log);
-    Progress progress(nullptr);
-    return readLogs({{"-"}}, in, progress, Keep::Judgement, false);
-  }();
-  EXPECT_THAT(inShort(logs.sessions), ElementsAre("a 1; records 13:00:10 13:00:48", " 2; records 13:00:11 13:00:49"));
+  EXPECT_THAT(inShort(readTexts({log}, Keep::Judgement).sessions),
+              ElementsAre("a 1; records 13:00:10 13:00:48", " 2; records 13:00:11 13:00:49"));
 }
 
 TEST(ChannelCopies, TellHowFarTheyReach) {
@@ -129,9 +125,7 @@ TEST(Files, WithoutALineOfOursAreNoLogs) {
   const std::string list = folder.write("users.txt", foreign);
   folder.write("ours.log.old", log);
   const auto read = [&](const std::vector<std::string>& inputs) {
-    std::istringstream noInput;
-    Progress progress(nullptr);
-    return readLogs(findLogs(inputs), noInput, progress, Keep::Judgement, false);
+    return readLogs(findLogs(inputs), Keep::Judgement, false);
   };
   const LogSet found = read({folder.file(""), names[1]});
   EXPECT_THAT(found.leftOut, ElementsAre(names[0]));

@@ -12,9 +12,7 @@ static LogSet readAll(const std::vector<Sample>& files, Keep keep = Keep::AllEve
   for (const Sample& file : files) {
     folder.write(file.name, file.text);
   }
-  std::istringstream noInput;
-  Progress progress(nullptr);
-  return readLogs(findLogs({folder.file("")}), noInput, progress, keep, false);
+  return readLogs(findLogs({folder.file("")}), keep, false);
 }
 static Lines sessionsOf(const std::vector<Sample>& files) {
   return inShort(readAll(files).sessions);

@@ -37,9 +37,7 @@ TEST(Summary, OfLogsThatTheProgramWrote) {
   const char* const data = std::getenv("SENTIQ_READER_DATA");
   ASSERT_NE(data, nullptr);
   for (const std::string form : {"encoded", "plain"}) {
-    std::istringstream noInput;
-    Progress progress(nullptr);
-    const LogSet logs = readLogs(findLogs({data + ("/" + form)}), noInput, progress, Keep::AllEvents, false);
+    const LogSet logs = readLogs(findLogs({data + ("/" + form)}), Keep::AllEvents, false);
     ASSERT_EQ(logs.sessions.size(), 1);
     const Summary summary = summarize(logs, logs.sessions.front());
     EXPECT_THAT(summaryText(logs, /*colour=*/false, /*width=*/0),
