@@ -73,6 +73,11 @@ bool GrowingSession::holdsLineOf(const Session& part, std::size_t origin) {
 void GrowingSession::add(SessionPart added) {
   Session& part = added.session;
   const std::size_t origin = added.origin;
+  const bool tellsOnly = std::all_of(part.entries.begin(), part.entries.end(),
+                                     [](const LogEntry& entry) { return entry.role == LogRole::Initial; });
+  if (!tellsOnly) {
+    extent_.add(extentOf(part));
+  }
   for (std::string Session::* const text :
        {&Session::id, &Session::processId, &Session::abnormalSessionId, &Session::folder, &Session::computer,
         &Session::timeZone, &Session::bootText}) {
@@ -81,11 +86,6 @@ void GrowingSession::add(SessionPart added) {
     }
   }
   session_.booted = session_.booted ? session_.booted : part.booted;
-  const bool tellsOnly = std::all_of(part.entries.begin(), part.entries.end(),
-                                     [](const LogEntry& entry) { return entry.role == LogRole::Initial; });
-  if (!tellsOnly) {
-    extent_.add(extentOf(part));
-  }
   const bool holdsSuchLines = std::any_of(part.entries.begin(), part.entries.end(), [&](const LogEntry& entry) {
     const auto first = originOf_.find(entry.role);
     return first != originOf_.end() && first->second != origin;

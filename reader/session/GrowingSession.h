@@ -15,7 +15,7 @@ namespace sentiq {
 
 class GrowingSession {
  public:
-  explicit GrowingSession(Session session, std::size_t origin = 0);
+  GrowingSession(Session session, std::size_t origin);
 
   /// Whether a line or a record of the part, with its time, is here from another origin.
   bool holdsLineOf(const Session& part, std::size_t origin);

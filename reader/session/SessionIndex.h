@@ -1,9 +1,8 @@
-// Sessions by a key, and of those with one key the ones that began near a time: however many bear it, few are looked
-// at.
+// Sessions by a name of theirs and their folder, and of those with both alike the ones that began near a time: however
+// many there are, few are looked at.
 #pragma once
 
 #include <cstddef>
-#include <initializer_list>
 #include <iterator>
 #include <map>
 #include <optional>
@@ -18,40 +17,34 @@ namespace sentiq {
 
 class SessionIndex {
  public:
-  void add(const std::string& key, std::optional<Instant> begin, std::size_t session) {
-    sessions_.emplace(std::pair(key, begin.value_or(Instant{})), session);
+  void add(std::string_view name, std::string_view folder, std::optional<Instant> begin, std::size_t session) {
+    sessions_.emplace(keyOf(name, folder, begin), session);
   }
 
   /// The nearest ones, those that began before it first, each time the nearest first.
-  std::vector<std::size_t> near(const std::string& key, std::optional<Instant> time) const {
-    constexpr int most = 8;
+  std::vector<std::size_t> near(std::string_view name, std::string_view folder, std::optional<Instant> time) const {
     std::vector<std::size_t> found;
-    const auto after = sessions_.upper_bound(std::pair(key, time.value_or(Instant{})));
-    auto before = std::make_reverse_iterator(after);
-    for (int i = 0; i < most && before != sessions_.rend() && before->first.first == key; ++i, ++before) {
-      found.push_back(before->second);
-    }
-    auto next = after;
-    for (int i = 0; i < most && next != sessions_.end() && next->first.first == key; ++i, ++next) {
-      found.push_back(next->second);
-    }
+    const Key key = keyOf(name, folder, time);
+    const auto take = [&](auto place, auto end) {
+      constexpr int most = 8;
+      for (int i = 0; i < most && place != end && place->first.first == key.first; ++i, ++place) {
+        found.push_back(place->second);
+      }
+    };
+    const auto after = sessions_.upper_bound(key);
+    take(std::make_reverse_iterator(after), sessions_.rend());
+    take(after, sessions_.end());
     return found;
   }
 
  private:
-  std::multimap<std::pair<std::string, Instant>, std::size_t> sessions_;
-};
+  using Key = std::pair<std::string, Instant>;
 
-/// In a key: wherever the session lies.
-constexpr std::string_view anyFolder = "*";
-
-/// A key of several texts.
-inline std::string joinedKey(std::initializer_list<std::string_view> texts) {
-  std::string key;
-  for (const std::string_view text : texts) {
-    (key += text) += '\0';
+  static Key keyOf(std::string_view name, std::string_view folder, std::optional<Instant> time) {
+    return {(std::string(name) += '\0') += folder, time.value_or(Instant{})};
   }
-  return key;
-}
+
+  std::multimap<Key, std::size_t> sessions_;
+};
 
 }  // namespace sentiq
