@@ -51,7 +51,7 @@ class Follower {
       : inputs_(inputs), handlers_(handlers), stop_(stop) {}
 
   void lookForNew() {
-    for (const LogInput& input : findLogs(inputs_, &stop_)) {
+    for (const LogInput& input : findLogs(inputs_, stop_)) {
       if (stop_) {
         return;
       }

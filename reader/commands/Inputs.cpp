@@ -61,7 +61,7 @@ void sayWaitedFor(const std::vector<std::string>& inputs, Messages& messages) {
 LogSet readInputs(const std::vector<std::string>& inputs, Keep keep, const Streams& streams) {
   Messages& messages = streams.messages;
   const std::vector<std::string> found = existing(inputs, /*anyKind=*/true, messages);
-  const std::vector<LogInput> files = findLogs(found, &streams.stop);
+  const std::vector<LogInput> files = findLogs(found, streams.stop);
   KnownNames names = streams.redact ? namesOfPaths(files) : KnownNames();
   LogSet logs = readLogs(files, keep, streams.stop, streams.redact ? &names : nullptr, streams.progress);
   for (const LogFileInfo& file : logs.files) {

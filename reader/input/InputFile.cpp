@@ -3,9 +3,9 @@
 #include <cstddef>
 #include <cstdint>
 #include <filesystem>
+#include <memory>
 #include <optional>
 #include <system_error>
-#include <vector>
 
 #include "reader/console/Console.h"
 #include "reader/input/ByteSource.h"
@@ -27,16 +27,17 @@ bool readInput(const std::string& name, std::ostream* progress, const std::atomi
   const std::string shownName = textFromPath(path.filename());
   Progress shown(progress);
   Utf8Bytes text;
-  std::vector<char> block(64U << 10);
+  constexpr std::size_t blockSize = 64U << 10;
+  const std::unique_ptr<char[]> block(new char[blockSize]);  // As it comes: clearing it takes as long as a small file.
   std::uintmax_t done = 0;
   std::optional<std::size_t> count = 0;
   bool wanted = true;
   while (wanted && !stop) {
-    count = source.read(block.data(), block.size(), stop);
+    count = source.read(block.get(), blockSize, stop);
     if (!count || *count == 0) {
       break;
     }
-    wanted = visit(text.take({block.data(), *count}));
+    wanted = visit(text.take({block.get(), *count}));
     done += *count;
     shown.show(shownName, done >> 20U, total >> 20U, "MiB");
   }

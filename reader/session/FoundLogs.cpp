@@ -1,13 +1,12 @@
 // Which files are logs, by their names, and where names do not tell, by their first lines.
 #include <algorithm>
-#include <cstddef>
 #include <cstdint>
 #include <filesystem>
-#include <functional>
 #include <set>
 #include <string_view>
 #include <system_error>
 #include <unordered_set>
+#include <utility>
 
 #include "reader/console/Console.h"
 #include "reader/input/CleanText.h"
@@ -33,9 +32,11 @@ bool beginsAsLog(const std::string& name) {
 
 namespace {
 
+namespace fs = std::filesystem;
+
 enum class Name : std::uint8_t { Log, Perhaps, Other };
 
-Name nameOf(const std::filesystem::path& path) {
+Name nameOf(const fs::path& path) {
   const std::string extension = textFromPath(path.extension());
   const bool number = extension.size() > 1 && extension.find_first_not_of("0123456789", 1) == std::string::npos;
   return equalIgnoringCase(extension, ".log") ? Name::Log
@@ -45,58 +46,67 @@ Name nameOf(const std::filesystem::path& path) {
              : Name::Other;
 }
 
-using Visit = std::function<void(const std::filesystem::path& path, bool fromFolder)>;
+// What the inputs stand for so far.
+class Search {
+ public:
+  explicit Search(const std::atomic<bool>& stop) : stop_(stop) {}
 
-void findIn(const std::filesystem::path& folder, const std::atomic<bool>* stop, const Visit& visit) {
-  std::set<std::filesystem::path> logs;
-  std::set<std::filesystem::path> folders;
-  std::error_code error;
-  for (std::filesystem::directory_iterator item(folder, error);
-       !error && item != end(item) && (stop == nullptr || !*stop); item.increment(error)) {
-    std::error_code unknown;
-    const Name name = nameOf(item->path());
-    if (item->is_directory(unknown) && !item->is_symlink(unknown)) {
-      folders.insert(item->path());
-    } else if (name != Name::Other && item->is_regular_file(unknown) &&
-               (name == Name::Log || beginsAsLog(textFromPath(item->path())))) {
-      logs.insert(item->path());
+  /// @param whole the same path from the root, without detours, by which it is known.
+  void add(const fs::path& path, const fs::path& whole, bool fromFolder) {
+    if (seen_.insert(whole.native()).second) {
+      files.push_back({textFromPath(path), fromFolder});
     }
   }
-  if (error) {
-    visit(folder, /*fromFolder=*/false);
+
+  void addFolder(const fs::path& folder, const fs::path& whole) {
+    std::set<fs::path> logs;  // Names; so below.
+    std::set<fs::path> folders;
+    std::error_code error;
+    for (fs::directory_iterator item(folder, error); !error && item != end(item) && !stop_; item.increment(error)) {
+      std::error_code unknown;
+      const Name name = nameOf(item->path());
+      if (item->is_directory(unknown) && !item->is_symlink(unknown)) {
+        folders.insert(item->path().filename());
+      } else if (name != Name::Other && item->is_regular_file(unknown) &&
+                 (name == Name::Log || beginsAsLog(textFromPath(item->path())))) {
+        logs.insert(item->path().filename());
+      }
+    }
+    if (error) {
+      add(folder, whole, /*fromFolder=*/false);
+    }
+    for (const fs::path& log : logs) {
+      add(folder / log, whole / log, /*fromFolder=*/true);
+    }
+    for (const fs::path& inner : folders) {
+      addFolder(folder / inner, whole / inner);
+    }
   }
-  for (const std::filesystem::path& log : logs) {
-    visit(log, /*fromFolder=*/true);
-  }
-  for (const std::filesystem::path& inner : folders) {
-    findIn(inner, stop, visit);
-  }
-}
+
+  std::vector<LogInput> files;
+
+ private:
+  const std::atomic<bool>& stop_;
+  std::unordered_set<fs::path::string_type> seen_;
+};
 
 }  // namespace
 
-std::vector<LogInput> findLogs(const std::vector<std::string>& inputs, const std::atomic<bool>* stop) {
-  std::vector<LogInput> files;
-  std::unordered_set<std::string> seen;
-  const Visit add = [&](const std::filesystem::path& path, bool fromFolder) {
-    std::error_code unknown;
-    const std::filesystem::path whole = std::filesystem::absolute(path, unknown);
-    if (seen.insert(textFromPath(whole.lexically_normal())).second) {
-      files.push_back({textFromPath(path), fromFolder});
-    }
-  };
+std::vector<LogInput> findLogs(const std::vector<std::string>& inputs, const std::atomic<bool>& stop) {
+  Search search(stop);
   for (const std::string& input : inputs) {
     std::error_code error;
-    const std::filesystem::path path = pathFromText(input);
+    const fs::path path = pathFromText(input);
+    const fs::path whole = fs::absolute(path, error).lexically_normal();
     if (input == "-") {
-      files.push_back({input, /*fromFolder=*/false});
-    } else if (std::filesystem::is_directory(path, error)) {
-      findIn(path, stop, add);
+      search.files.push_back({input, /*fromFolder=*/false});
+    } else if (fs::is_directory(path, error)) {
+      search.addFolder(path, whole);
     } else {
-      add(path, /*fromFolder=*/false);
+      search.add(path, whole, /*fromFolder=*/false);
     }
   }
-  return files;
+  return std::move(search.files);
 }
 
 }  // namespace sentiq

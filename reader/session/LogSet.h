@@ -49,8 +49,8 @@ struct LogInput {
 /// The files that inputs stand for: themselves, or of a folder those in it and below it whose names or contents are
 /// those of logs (*.log, *.log.1, *.txt), folder by folder, each once. Links to folders are not followed. A folder that
 /// cannot be read is in the result by itself, as no file to read.
-/// @param stop when given, ends the search with what is found by then.
-std::vector<LogInput> findLogs(const std::vector<std::string>& inputs, const std::atomic<bool>* stop = nullptr);
+/// @param stop ends the search with what is found by then.
+std::vector<LogInput> findLogs(const std::vector<std::string>& inputs, const std::atomic<bool>& stop = false);
 
 /// Whether a line that only a log of the program holds is among the file's first ones. @param name a path in UTF-8.
 bool beginsAsLog(const std::string& name);
