@@ -1,16 +1,23 @@
 #include "reader/commands/OnAllCores.h"
 
+#include <atomic>
 #include <thread>
 #include <vector>
 
 namespace sentiq {
 
-void onAllCores(const std::function<void()>& work) {
+void onAllCores(std::size_t count, const std::function<void(std::size_t)>& work) {
+  std::atomic<std::size_t> next{0};
+  const auto workOn = [&] {
+    for (std::size_t i = next++; i < count; i = next++) {
+      work(i);
+    }
+  };
   std::vector<std::jthread> threads;
   for (unsigned i = 1; i < std::thread::hardware_concurrency(); ++i) {
-    threads.emplace_back(work);
+    threads.emplace_back(workOn);
   }
-  work();
+  workOn();
 }
 
 }  // namespace sentiq

@@ -1,12 +1,14 @@
 // Work on all processor cores.
 #pragma once
 
+#include <cstddef>
 #include <functional>
 
 namespace sentiq {
 
-/// Calls the function on so many threads as there are cores, this one among them, and returns once all are done.
-/// @param work throws nothing, and shares out among its calls what there is to do.
-void onAllCores(const std::function<void()>& work);
+/// Calls the function for each number below the count, on so many threads as there are cores, this one among them, and
+/// returns once all are done.
+/// @param work throws nothing.
+void onAllCores(std::size_t count, const std::function<void(std::size_t)>& work);
 
 }  // namespace sentiq

@@ -3,8 +3,10 @@
 
 namespace sentiq {
 
-void onAllCores(const std::function<void()>& work) {
-  work();
+void onAllCores(std::size_t count, const std::function<void(std::size_t)>& work) {
+  for (std::size_t i = 0; i < count; ++i) {
+    work(i);
+  }
 }
 
 }  // namespace sentiq

@@ -1,7 +1,6 @@
 #include "reader/commands/TriageCommand.h"
 
 #include <algorithm>
-#include <atomic>
 #include <exception>
 #include <iterator>
 #include <mutex>
@@ -40,204 +39,184 @@ std::vector<Unit> unitsOf(const std::vector<LogInput>& files) {
   return units;
 }
 
-class Triage {
- public:
-  Triage(const std::vector<LogInput>& files, const Streams& streams) : units_(unitsOf(files)), streams_(streams) {}
-
-  /// Before the reading.
-  void addUnread(const std::string& input) { unread_.push_back(input); }
-  void readAll();
-  /// All sessions, the oldest first; empties the units.
-  std::vector<TriagedSession> judgeAll();
-  /// What was not read, or is not whole. @return it, with what was said of it before, for a page.
-  std::vector<std::string> sayWhatIsMissing();
-  /// With stand-ins, when these are wanted.
-  void redactNames(std::vector<std::string>& texts);
-
- private:
-  void work(Progress& progress);
-  void count(Unit& unit, Progress& progress);
-  void say(const std::string& text, ExitCode code = exitGood);
-
-  std::vector<Unit> units_;
-  const Streams& streams_;
-  std::atomic<std::size_t> next_{0};
-
-  std::mutex mutex_;  // For what follows, while the threads run.
-  std::size_t unitsDone_ = 0;
-  std::size_t sessions_ = 0;
-  std::size_t files_ = 0;
-  std::vector<std::string> damagedFiles_;
-  std::vector<std::string> unread_;  // Files, and folders.
-
-  std::atomic<std::size_t> repeated_{0};  // Sessions that were there more than once.
-  KnownNames names_;
-  std::vector<std::string> said_;
+// What is known of the sessions, and what is missing.
+struct Triage {
+  std::vector<TriagedSession> sessions;  // The oldest first.
+  std::size_t units = 0;                 // Folders.
+  std::size_t unitsRead = 0;
+  std::size_t sessionsRead = 0;
+  std::size_t filesRead = 0;
+  std::size_t repeated = 0;  // Sessions that were there more than once.
+  std::vector<std::string> damagedFiles;
+  std::vector<std::string> unread;  // Files, and folders.
+  KnownNames names;
 };
 
-void Triage::readAll() {
-  Progress progress(streams_.progress);
-  onAllCores([&] { work(progress); });
+void count(Unit& unit, Triage& triage, Messages& messages) {
+  const auto addUnread = [&](const std::string& name, const char* why) {
+    messages.say(name + why, exitFailed);
+    triage.unread.push_back(name);
+  };
+  ++triage.unitsRead;
+  triage.sessionsRead += unit.logs.sessions.size();
+  for (const LogFileInfo& file : std::exchange(unit.logs.files, {})) {
+    ++triage.filesRead;
+    if (file.damagedLines > 0) {
+      triage.damagedFiles.push_back(file.name);
+    }
+    if (!file.readable) {
+      addUnread(file.name, ": cannot be read");
+    }
+  }
+  for (const std::string& name : unit.logs.foreign) {
+    addUnread(name, ": no log of CanvixSentiq");
+  }
 }
 
-void Triage::work(Progress& progress) {
-  for (std::size_t i = next_++; i < units_.size() && !streams_.stop; i = next_++) {
-    Unit& unit = units_[i];
+void readAll(std::vector<Unit>& units, Triage& triage, const Streams& streams) {
+  std::mutex mutex;  // For the triage and the progress.
+  Progress progress(streams.progress);
+  onAllCores(units.size(), [&](std::size_t i) {
+    Unit& unit = units[i];
     try {
-      unit.logs = readLogs(unit.files, Keep::Judgement, streams_.stop, streams_.redact ? &unit.names : nullptr);
+      unit.logs = readLogs(unit.files, Keep::Judgement, streams.stop, streams.redact ? &unit.names : nullptr);
       if (unit.logs.stopped) {  // Half a session would be judged for a whole one.
         unit.logs = {};
         return;
       }
-      count(unit, progress);
+      const std::lock_guard lock(mutex);
+      count(unit, triage, streams.messages);
+      progress.show(std::to_string(triage.sessionsRead) + " sessions, " + std::to_string(triage.filesRead) + " files",
+                    triage.unitsRead, units.size(), "folders");
     } catch (const std::exception& error) {  // Out of memory, or a path that the system does not take.
-      streams_.messages.say(unit.folder + ": " + error.what(), exitFailed);
-      const std::lock_guard lock(mutex_);
-      unread_.push_back(unit.folder);
+      streams.messages.say(unit.folder + ": " + error.what(), exitFailed);
+      const std::lock_guard lock(mutex);
+      triage.unread.push_back(unit.folder);
     }
-  }
+  });
 }
 
-void Triage::count(Unit& unit, Progress& progress) {
-  const std::lock_guard lock(mutex_);
-  ++unitsDone_;
-  sessions_ += unit.logs.sessions.size();
-  for (const LogFileInfo& file : std::exchange(unit.logs.files, {})) {
-    ++files_;
-    if (file.damagedLines > 0) {
-      damagedFiles_.push_back(file.name);
+void judgeAll(std::vector<Session> sessions, Triage& triage, const Streams& streams) {
+  std::mutex mutex;  // For the folders that are not read.
+  triage.repeated = static_cast<std::size_t>(std::count_if(
+      sessions.begin(), sessions.end(), [](const Session& session) { return !session.repeated.empty(); }));
+  triage.sessions.resize(sessions.size());
+  onAllCores(sessions.size(), [&](std::size_t i) {
+    Session session = std::exchange(sessions[i], {});
+    try {
+      if (streams.redact) {
+        redact(session, triage.names);
+      }
+      triage.sessions[i] = triageSession(session);
+    } catch (const std::exception& error) {  // Out of memory: it stays unknown.
+      streams.messages.say(session.folder + ": " + error.what(), exitFailed);
+      const std::lock_guard lock(mutex);
+      triage.unread.push_back(session.folder);
     }
-    if (!file.readable) {
-      streams_.messages.say(file.name + ": cannot be read", exitFailed);
-      unread_.push_back(file.name);
-    }
-  }
-  for (const std::string& name : unit.logs.foreign) {
-    streams_.messages.say(name + ": no log of CanvixSentiq", exitFailed);
-    unread_.push_back(name);
-  }
-  progress.show(std::to_string(sessions_) + " sessions, " + std::to_string(files_) + " files", unitsDone_,
-                units_.size(), "folders");
+  });
+  // Those of one moment stay in the order of their folders, whatever stand-ins these are called by.
+  std::stable_sort(triage.sessions.begin(), triage.sessions.end(),
+                   [](const TriagedSession& a, const TriagedSession& b) { return a.span.begin < b.span.begin; });
 }
 
-std::vector<TriagedSession> Triage::judgeAll() {
+// @param unread inputs that are not there.
+Triage triageAll(const std::vector<LogInput>& files, std::vector<std::string> unread, const Streams& streams) {
+  std::vector<Unit> units = unitsOf(files);
+  Triage triage;
+  triage.units = units.size();
+  triage.unread = std::move(unread);
+  readAll(units, triage, streams);
   std::vector<Session> sessions;
   std::vector<Session> told;
-  for (Unit& unit : units_) {
-    names_.learn(unit.names);
-    names_.learnText('/' + unit.folder + '/');
+  for (Unit& unit : units) {
+    triage.names.learn(unit.names);
+    triage.names.learnText('/' + unit.folder + '/');
     std::move(unit.logs.sessions.begin(), unit.logs.sessions.end(), std::back_inserter(sessions));
     std::move(unit.logs.told.begin(), unit.logs.told.end(), std::back_inserter(told));
     unit = {};
   }
   joinSets(sessions, told);
-  std::vector<TriagedSession> judged(sessions.size());
-  std::atomic<std::size_t> next{0};
-  onAllCores([&] {
-    for (std::size_t i = next++; i < sessions.size(); i = next++) {
-      Session session = std::exchange(sessions[i], {});
-      repeated_ += session.repeated.empty() ? 0 : 1;
-      try {
-        if (streams_.redact) {
-          redact(session, names_);
-        }
-        judged[i] = triageSession(session);
-      } catch (const std::exception& error) {  // Out of memory: it stays unknown.
-        streams_.messages.say(session.folder + ": " + error.what(), exitFailed);
-        const std::lock_guard lock(mutex_);
-        unread_.push_back(session.folder);
-      }
-    }
-  });
-  // Those of one moment stay in the order of their folders, whatever stand-ins these are called by.
-  std::stable_sort(judged.begin(), judged.end(),
-                   [](const TriagedSession& a, const TriagedSession& b) { return a.span.begin < b.span.begin; });
-  return judged;
+  judgeAll(std::move(sessions), triage, streams);
+  return triage;
 }
 
-std::vector<std::string> Triage::sayWhatIsMissing() {
-  if (units_.empty() && streams_.messages.exitCode() == exitGood && !streams_.stop) {
+// Says what was not read, or is not whole. @return it, with what was said of it before, for a page.
+std::vector<std::string> sayWhatIsMissing(Triage& triage, const Streams& streams) {
+  std::vector<std::string> said;
+  const auto say = [&](const std::string& text, ExitCode code) {
+    streams.messages.say(text, code);
+    said.push_back(text);
+  };
+  if (triage.units == 0 && streams.messages.exitCode() == exitGood && !streams.stop) {
     say("no logs found", exitFailed);
   }
-  if (streams_.stop && (unitsDone_ < units_.size() || units_.empty())) {
-    say("stopped: " + std::to_string(unitsDone_) + " of " + std::to_string(units_.size()) + " folders were read",
+  if (streams.stop && (triage.unitsRead < triage.units || triage.units == 0)) {
+    say("stopped: " + std::to_string(triage.unitsRead) + " of " + std::to_string(triage.units) + " folders were read",
         exitFailed);
   }
-  if (repeated_ > 0) {
-    say(std::to_string(repeated_) + (repeated_ == 1 ? " session was" : " sessions were") +
-        " there more than once, and counted once");
+  if (triage.repeated > 0) {
+    say(std::to_string(triage.repeated) + (triage.repeated == 1 ? " session was" : " sessions were") +
+            " there more than once, and counted once",
+        exitGood);
   }
-  std::sort(damagedFiles_.begin(), damagedFiles_.end());  // The threads come as they like.
-  std::sort(unread_.begin(), unread_.end());
-  if (!damagedFiles_.empty()) {
-    say("damaged or unfinished lines in " + someOf(damagedFiles_), exitDamaged);
+  std::sort(triage.damagedFiles.begin(), triage.damagedFiles.end());  // The threads come as they like.
+  std::sort(triage.unread.begin(), triage.unread.end());
+  if (!triage.damagedFiles.empty()) {
+    say("damaged or unfinished lines in " + someOf(triage.damagedFiles), exitDamaged);
   }
-  if (!unread_.empty()) {
-    said_.push_back("not read, or no logs: " + someOf(unread_));
+  if (!triage.unread.empty()) {
+    said.push_back("not read, or no logs: " + someOf(triage.unread));
   }
-  return said_;
+  return said;
 }
 
-void Triage::say(const std::string& text, ExitCode code) {
-  streams_.messages.say(text, code);
-  said_.push_back(text);
-}
-
-void Triage::redactNames(std::vector<std::string>& texts) {
-  if (streams_.redact) {
-    for (const std::string& text : texts) {
-      names_.learnText('/' + text + '/');  // A folder without logs names its owner, too.
-    }
-    redact(texts, names_);
-  }
-}
-
-void writeTriagePage(Triage& triage, const std::vector<TriagedSession>& sessions, const TriageOptions& options,
-                     const Streams& streams) {
-  TriagePage page{options.top.value_or(0), options.inputs, triage.sayWhatIsMissing()};
-  if (sessions.empty()) {
+void writeTriagePage(Triage& triage, const TriageOptions& options, const Streams& streams) {
+  TriagePage page{options.top.value_or(0), options.inputs, sayWhatIsMissing(triage, streams)};
+  if (triage.sessions.empty()) {
     streams.messages.say("no sessions found, so no page is written", exitFailed);
     return;
   }
-  triage.redactNames(page.inputs);
-  triage.redactNames(page.notes);
-  const std::string held =
-      "how " + std::to_string(sessions.size()) + (sessions.size() == 1 ? " session" : " sessions") + " ended";
+  if (streams.redact) {
+    for (std::vector<std::string>* const texts : {&page.inputs, &page.notes}) {
+      for (const std::string& text : *texts) {
+        triage.names.learnText('/' + text + '/');  // A folder without logs names its owner, too.
+      }
+      redact(*texts, triage.names);
+    }
+  }
+  const std::string held = "how " + std::to_string(triage.sessions.size()) +
+                           (triage.sessions.size() == 1 ? " session" : " sessions") + " ended";
   writePageFile(
       options.page, held,
-      [&](const PageOptions& made, std::ostream& out) { writeHtmlTriage(sessions, page, made, out); }, streams);
+      [&](const PageOptions& made, std::ostream& out) { writeHtmlTriage(triage.sessions, page, made, out); }, streams);
 }
 
 }  // namespace
 
 void triageLogs(const TriageOptions& options, const Streams& streams) {
   const std::vector<std::string> inputs = existing(options.inputs, /*anyKind=*/false, streams.messages);
-  const std::vector<LogInput> files = findLogs(inputs, &streams.stop);
+  const std::vector<LogInput> files = findLogs(inputs, streams.stop);
   const bool asPage = !options.page.output.empty();
   if (asPage && !sparesLogs(options.page, files, streams.messages)) {
     return;
   }
-  Triage triage(files, streams);
-  for (const std::string& input : options.inputs) {
-    if (std::find(inputs.begin(), inputs.end(), input) == inputs.end()) {
-      triage.addUnread(input);
-    }
-  }
-  triage.readAll();
-  const std::vector<TriagedSession> sessions = triage.judgeAll();
+  std::vector<std::string> unread = options.inputs;
+  std::erase_if(
+      unread, [&](const std::string& input) { return std::find(inputs.begin(), inputs.end(), input) != inputs.end(); });
+  Triage triage = triageAll(files, std::move(unread), streams);
   if (asPage) {
-    writeTriagePage(triage, sessions, options, streams);
+    writeTriagePage(triage, options, streams);
     return;
   }
   if (options.json) {
-    for (const TriagedSession& session : sessions) {
+    for (const TriagedSession& session : triage.sessions) {
       streams.out << triageJson(session) << '\n';
     }
   } else {
     constexpr std::size_t groupsShown = 10;
-    streams.out << triageText(sessions, options.top.value_or(groupsShown), streams.width);
+    streams.out << triageText(triage.sessions, options.top.value_or(groupsShown), streams.width);
   }
-  triage.sayWhatIsMissing();
+  sayWhatIsMissing(triage, streams);
 }
 
 }  // namespace sentiq
