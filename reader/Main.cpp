@@ -40,6 +40,10 @@ struct Request {
   std::function<void(const Streams&)> run;
 };
 
+void onRun(CLI::App& command, Request& request, const std::function<void(const Streams&)>& run) {
+  command.callback([&request, run] { request.run = run; });
+}
+
 void addInputs(CLI::App& command, const char* name, std::vector<std::string>& inputs) {
   command.add_option(name, inputs, "Logs, or folders with logs (taken by what they hold); - is standard input")
       ->required();
@@ -76,13 +80,13 @@ void addDecode(CLI::App& app, Request& request) {
       "Begin each line with its file's name, or do not (default: with more than one file)");
   addRedact(command, request);
   addColour(command, request);
-  command.callback([&request, &options] {
+  command.parse_complete_callback([&request, &options] {
     request.stoppable = options.follow;
     if (options.follow) {
       needFiles(options.inputs);
     }
-    request.run = [&options](const Streams& streams) { decodeLogs(options, streams); };
   });
+  onRun(command, request, [&options](const Streams& streams) { decodeLogs(options, streams); });
 }
 
 void addTimeline(CLI::App& app, Request& request) {
@@ -119,7 +123,7 @@ void addTimeline(CLI::App& app, Request& request) {
   command.add_flag("-f,--follow", request.follow,
                    "Go on as the logs grow, are emptied or appear, in the order in which lines come; end with Ctrl-C");
   addColour(command, request);
-  command.callback([&request, &options] {
+  command.parse_complete_callback([&request, &options] {
     request.stoppable = request.follow;
     if (request.follow) {
       needFiles(request.inputs);
@@ -127,11 +131,11 @@ void addTimeline(CLI::App& app, Request& request) {
         throw CLI::ValidationError("--last", "needs whole sessions, not --follow");
       }
     }
-    request.run = [&request, &options](const Streams& streams) {
-      options.colour = streams.colour;
-      options.width = streams.width;
-      (request.follow ? followTimeline : showTimeline)(request.inputs, options, streams);
-    };
+  });
+  onRun(command, request, [&request, &options](const Streams& streams) {
+    options.colour = streams.colour;
+    options.width = streams.width;
+    (request.follow ? followTimeline : showTimeline)(request.inputs, options, streams);
   });
 }
 
@@ -150,9 +154,7 @@ void addSummary(CLI::App& app, Request& request) {
   command.add_flag("--json", request.json, "One JSON object per session");
   addRedact(command, request);
   addColour(command, request);
-  command.callback([&request] {
-    request.run = [&request](const Streams& streams) { showSummary(request.inputs, request.json, streams); };
-  });
+  onRun(command, request, [&request](const Streams& streams) { showSummary(request.inputs, request.json, streams); });
 }
 
 void addTriage(CLI::App& app, Request& request) {
@@ -160,14 +162,12 @@ void addTriage(CLI::App& app, Request& request) {
   CLI::App& command = addCommand(
       app, "triage", "Many sessions, grouped by what ended them",
       "Judges every session below some folders as summary does it, on all processor cores, and groups those that did "
-      "not "
-      "end normally: by the outcome, of a crash also by module, exception and offset, of a hang by its kind, of a blue "
-      "screen by its code. A group has its number of sessions, their share of all, its first and last day, versions of "
-      "Canvix, what went before most often, the folder of its last session, and each adapter and each change of the "
-      "machine "
-      "that ten of its sessions have and whose share is twice that in all sessions. What an initial log in another "
-      "folder "
-      "tells of a session counts for it. Files that are no logs are passed over. Ctrl-C shows what is known so far.",
+      "not end normally: by the outcome, of a crash also by module, exception and offset, of a hang by its kind, of a "
+      "blue screen by its code. A group has its number of sessions, their share of all, its first and last day, "
+      "versions of Canvix, what went before most often, the folder of its last session, and each adapter and each "
+      "change of the machine that ten of its sessions have and whose share is twice that in all sessions. What an "
+      "initial log in another folder tells of a session counts for it. Files that are no logs are passed over. Ctrl-C "
+      "shows what is known so far.",
       "  sentiq-logs triage --top 5 collected/\n"
       "  sentiq-logs triage --html overview.html collected/");
   addInputs(command, "FOLDER", options.inputs);
@@ -178,10 +178,8 @@ void addTriage(CLI::App& app, Request& request) {
       command.add_option("--html", options.page.output, "Write a page instead")->type_name("PAGE")->excludes(json);
   addRedact(command, request);
   addPage(command, html, options.page);
-  command.callback([&request, &options] {
-    request.stoppable = true;
-    request.run = [&options](const Streams& streams) { triageLogs(options, streams); };
-  });
+  command.parse_complete_callback([&request] { request.stoppable = true; });
+  onRun(command, request, [&options](const Streams& streams) { triageLogs(options, streams); });
 }
 
 void addReport(CLI::App& app, Request& request) {
@@ -196,8 +194,7 @@ void addReport(CLI::App& app, Request& request) {
       command.add_option("-o,--output", options.page.output, "The page to write")->type_name("PAGE")->required();
   addRedact(command, request);
   addPage(command, output, options.page);
-  command.callback(
-      [&request, &options] { request.run = [&options](const Streams& streams) { writeReport(options, streams); }; });
+  onRun(command, request, [&options](const Streams& streams) { writeReport(options, streams); });
 }
 
 void addMetrics(CLI::App& app, Request& request) {
@@ -208,11 +205,9 @@ void addMetrics(CLI::App& app, Request& request) {
   CLI::Option* const csv =
       command.add_flag("--csv", request.csv, "Comma-separated, with a header line; no cell is a formula");
   command.add_flag("--json", request.json, "One JSON object per line")->excludes(csv);
-  command.callback([&request] {
-    request.run = [&request](const Streams& streams) {
-      const TableForm form = request.csv ? TableForm::Csv : request.json ? TableForm::Json : TableForm::Text;
-      showMetrics(request.inputs, form, streams);
-    };
+  onRun(command, request, [&request](const Streams& streams) {
+    const TableForm form = request.csv ? TableForm::Csv : request.json ? TableForm::Json : TableForm::Text;
+    showMetrics(request.inputs, form, streams);
   });
 }
 
