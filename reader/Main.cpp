@@ -14,11 +14,9 @@
 
 #include "reader/commands/CommandLine.h"
 #include "reader/commands/DecodeCommand.h"
-#include "reader/commands/MetricsCommand.h"
-#include "reader/commands/ReportCommand.h"
-#include "reader/commands/SummaryCommand.h"
 #include "reader/commands/TimelineCommand.h"
 #include "reader/commands/TriageCommand.h"
+#include "reader/commands/ViewCommands.h"
 #include "reader/console/Console.h"
 
 namespace sentiq {

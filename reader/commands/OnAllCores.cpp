@@ -1,6 +1,7 @@
 #include "reader/commands/OnAllCores.h"
 
 #include <atomic>
+#include <future>
 #include <thread>
 #include <vector>
 
@@ -13,9 +14,9 @@ void onAllCores(std::size_t count, const std::function<void(std::size_t)>& work)
       work(i);
     }
   };
-  std::vector<std::jthread> threads;
+  std::vector<std::future<void>> others;  // Waited for in the end. In a page there is one core.
   for (unsigned i = 1; i < std::thread::hardware_concurrency(); ++i) {
-    threads.emplace_back(workOn);
+    others.push_back(std::async(std::launch::async, workOn));
   }
   workOn();
 }

@@ -8,8 +8,8 @@
 #include <string>
 #include <vector>
 
-#include "reader/commands/ReportCommand.h"
 #include "reader/commands/TriageCommand.h"
+#include "reader/commands/ViewCommands.h"
 #include "reader/console/Console.h"
 
 namespace sentiq {

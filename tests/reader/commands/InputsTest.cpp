@@ -1,7 +1,5 @@
-#include "reader/commands/MetricsCommand.h"
-#include "reader/commands/ReportCommand.h"
-#include "reader/commands/SummaryCommand.h"
 #include "reader/commands/TimelineCommand.h"
+#include "reader/commands/ViewCommands.h"
 #include "tests/reader/commands/CommandRun.h"
 
 namespace sentiq {
