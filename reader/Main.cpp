@@ -48,9 +48,8 @@ void addInputs(CLI::App& command, const char* name, std::vector<std::string>& in
 }
 
 void addColour(CLI::App& command, Request& request) {
-  const std::vector<std::pair<std::string, ColourMode>> modes{
-      {"auto", ColourMode::Auto}, {"always", ColourMode::Always}, {"never", ColourMode::Never}};
-  addChoice(command, "--color", "Whether the output is coloured (default: on a terminal)", modes, request.colour);
+  addChoice(command, "--color", "Whether the output is coloured (default: on a terminal)", {"auto", "always", "never"},
+            request.colour);
 }
 
 void addRedact(CLI::App& command, Request& request) {
@@ -106,11 +105,8 @@ void addTimeline(CLI::App& app, Request& request) {
             "a length like 90s, 5m, 2h or 1d", parseDuration, options.last);
   addChoices(command, "--source", "Only these, comma-separated: logs, or channels of the event log",
              {"session", "watchdog", "initial", "Application", "System"}, options.sources);
-  const std::vector<std::pair<std::string, Severity>> severities{{"info", Severity::Info},
-                                                                 {"notice", Severity::Notice},
-                                                                 {"warning", Severity::Warning},
-                                                                 {"error", Severity::Error}};
-  addChoice(command, "--severity", "Only what is at least so serious", severities, options.severity);
+  addChoice(command, "--severity", "Only what is at least so serious", {"info", "notice", "warning", "error"},
+            options.severity);
   command
       .add_option("--grep", options.grep, "Only what holds this text, in any case, in its words or an event's fields")
       ->type_name("TEXT");

@@ -1,5 +1,6 @@
 #include "reader/commands/CommandLine.h"
 
+#include <algorithm>
 #include <filesystem>
 #include <iostream>
 #include <string_view>
@@ -7,6 +8,7 @@
 
 #include "reader/commands/Suggestion.h"
 #include "reader/console/Console.h"
+#include "reader/input/CleanText.h"
 #include "reader/views/Completions.h"
 #include "reader/views/Manual.h"
 #include "reader/views/TextStyle.h"
@@ -19,6 +21,14 @@ const std::string examplesTitle = "Examples:\n";
 
 std::vector<const CLI::App*> commandsOf(const CLI::App& app) {
   return app.get_subcommands([](const CLI::App*) { return true; });
+}
+
+std::vector<std::string> commandNames(const CLI::App& app) {
+  std::vector<std::string> names;
+  for (const CLI::App* const command : commandsOf(app)) {
+    names.push_back(command->get_name());
+  }
+  return names;
 }
 
 std::vector<std::string> optionNames(const CLI::App& command) {
@@ -87,6 +97,13 @@ std::string exitCodesText() {
   return text;
 }
 
+[[noreturn]] void throwUnknown(const std::string& option, const std::string& word,
+                               const std::vector<std::string>& candidates) {
+  const std::string suggestion = suggestionFor(word, candidates);
+  throw CLI::ValidationError(
+      option, "unknown value '" + word + "'" + (suggestion.empty() ? "; there are " + joined(candidates) : suggestion));
+}
+
 // What packagers call; whoever reads the help does not need it. Throws for a shell that is not known.
 bool answerHidden(const CLI::App& app, const std::vector<std::string>& arguments) {
   if (arguments.size() == 1 && arguments.front() == "manual") {
@@ -112,22 +129,15 @@ bool looksLikeAnInput(const std::string& word) {
 
 // Logs without a command are summed up. Throws for a word that nobody offers.
 void completeArguments(const CLI::App& app, std::vector<std::string>& arguments) {
-  const std::vector<const CLI::App*> commands = commandsOf(app);
-  const auto isNamed = [&](const CLI::App* command) { return command->get_name() == arguments.front(); };
-  if (const std::string& word = arguments.front();
-      (word == "-" || !word.starts_with('-')) && std::none_of(commands.begin(), commands.end(), isNamed)) {
-    std::vector<std::string> names;
-    names.reserve(commands.size());
-    for (const CLI::App* const command : commands) {
-      names.push_back(command->get_name());
-    }
+  const std::vector<std::string> commands = commandNames(app);
+  const auto isCommand = [&] { return std::count(commands.begin(), commands.end(), arguments.front()) > 0; };
+  if (const std::string& word = arguments.front(); !isCommand() && (word == "-" || !word.starts_with('-'))) {
     if (!looksLikeAnInput(word)) {
-      throw CLI::ParseError("unknown command '" + word + "'" + suggestionFor(word, names), exitFailed);
+      throw CLI::ParseError("unknown command '" + word + "'" + suggestionFor(word, commands), exitFailed);
     }
     arguments.insert(arguments.begin(), "summary");
   }
-  const auto command = std::find_if(commands.begin(), commands.end(), isNamed);
-  const std::vector<std::string> options = optionNames(command != commands.end() ? **command : app);
+  const std::vector<std::string> options = optionNames(isCommand() ? *app.get_subcommand(arguments.front()) : app);
   for (const std::string& argument : arguments) {
     const std::string name = argument.substr(0, argument.find('='));
     if (name == "--") {
@@ -148,19 +158,20 @@ CLI::App& addCommand(CLI::App& app, const std::string& name, const std::string& 
   return command;
 }
 
-void throwUnknown(const std::string& option, const std::string& word, const std::vector<std::string>& candidates) {
-  const std::string suggestion = suggestionFor(word, candidates);
-  throw CLI::ValidationError(
-      option, "unknown value '" + word + "'" + (suggestion.empty() ? "; there are " + joined(candidates) : suggestion));
+std::size_t choiceOf(const std::string& option, const std::vector<std::string>& choices, const std::string& word) {
+  const auto choice =
+      std::find_if(choices.begin(), choices.end(), [&](const std::string& c) { return equalIgnoringCase(c, word); });
+  if (choice == choices.end()) {
+    throwUnknown(option, word, choices);
+  }
+  return static_cast<std::size_t>(choice - choices.begin());
 }
 
 void addChoices(CLI::App& command, const std::string& name, const std::string& text,
                 const std::vector<std::string>& choices, std::vector<std::string>& values) {
   const auto take = [name, choices, &values](const std::vector<std::string>& words) {
     for (const std::string& word : words) {
-      if (std::none_of(choices.begin(), choices.end(), [&](const auto& c) { return equalIgnoringCase(c, word); })) {
-        throwUnknown(name, word, choices);
-      }
+      choiceOf(name, choices, word);
     }
     values = words;
   };

@@ -2,17 +2,15 @@
 // completions. The parser's description of itself is the only one.
 #pragma once
 
-#include <algorithm>
+#include <cstddef>
 #include <optional>
 #include <string>
-#include <utility>
 #include <vector>
 
 #include <CLI/CLI.hpp>
 
 #include "reader/commands/Messages.h"
 #include "reader/commands/PageFile.h"
-#include "reader/input/CleanText.h"
 
 namespace sentiq {
 
@@ -20,28 +18,17 @@ namespace sentiq {
 CLI::App& addCommand(CLI::App& app, const std::string& name, const std::string& text, const std::string& more,
                      const std::string& examples);
 
-/// Throws what the parser reports.
-[[noreturn]] void throwUnknown(const std::string& option, const std::string& word,
-                               const std::vector<std::string>& candidates);
+/// Which of the choices the word is, in any case. Throws what the parser reports when it is none.
+std::size_t choiceOf(const std::string& option, const std::vector<std::string>& choices, const std::string& word);
 
-/// An option whose value is one of some words.
-template <typename Value>
+/// An option whose value is one of some words, in the order of an enumeration.
+template <typename Enumeration>
 void addChoice(CLI::App& command, const std::string& name, const std::string& text,
-               const std::vector<std::pair<std::string, Value>>& choices, Value& value) {
-  std::vector<std::string> words;
-  words.reserve(choices.size());
-  for (const auto& choice : choices) {
-    words.push_back(choice.first);
-  }
-  const auto take = [name, words, choices, &value](const std::string& word) {
-    const auto choice =
-        std::find_if(choices.begin(), choices.end(), [&](const auto& c) { return equalIgnoringCase(c.first, word); });
-    if (choice == choices.end()) {
-      throwUnknown(name, word, words);
-    }
-    value = choice->second;
+               const std::vector<std::string>& choices, Enumeration& value) {
+  const auto take = [name, choices, &value](const std::string& word) {
+    value = static_cast<Enumeration>(choiceOf(name, choices, word));
   };
-  command.add_option_function<std::string>(name, take, text)->type_name(CLI::detail::join(words, "|"));
+  command.add_option_function<std::string>(name, take, text)->type_name(CLI::detail::join(choices, "|"));
 }
 
 /// One whose value a function reads, which returns nothing when it is none. @param expected what it should be.

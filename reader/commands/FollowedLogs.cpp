@@ -45,78 +45,49 @@ class EndInTime {
   std::thread thread_;
 };
 
-class Follower {
- public:
-  Follower(const std::vector<std::string>& inputs, const FollowHandlers& handlers, const std::atomic<bool>& stop)
-      : inputs_(inputs), handlers_(handlers), stop_(stop) {}
-
-  void lookForNew() {
-    for (const LogInput& input : findLogs(inputs_, stop_)) {
-      if (stop_) {
-        return;
-      }
-      if (known_.insert(input.name).second) {
-        logs_.push_back({FollowedFile(pathFromText(input.name))});
-        handlers_.appeared(input);
-      }
-    }
-  }
-
-  /// @param all else only the logs that grew lately.
-  void poll(bool all) {
-    constexpr std::chrono::seconds lately{60};
-    const Clock::time_point now = Clock::now();
-    for (std::size_t i = 0; i < logs_.size() && !stop_; ++i) {
-      if (const Log& log = logs_[i]; all || (log.grew && now - *log.grew < lately)) {
-        poll(i, now);
-      }
-    }
-    handlers_.roundDone();
-  }
-
- private:
-  struct Log {
-    FollowedFile file;
-    bool seen = false;  // What it held at first is no growth.
-    std::optional<Clock::time_point> grew{};
-  };
-
-  void poll(std::size_t i, Clock::time_point now) {
-    logs_[i].file.poll({[&](std::string_view bytes) {
-                          if (logs_[i].seen) {
-                            logs_[i].grew = now;
-                          }
-                          handlers_.bytes(i, bytes);
-                        },
-                        [&] { handlers_.startedAnew(i); }},
-                       stop_);
-    logs_[i].seen = true;
-  }
-
-  const std::vector<std::string>& inputs_;
-  const FollowHandlers& handlers_;
-  const std::atomic<bool>& stop_;
-  std::unordered_set<std::string> known_;
-  std::vector<Log> logs_;
+struct GrowingFile {
+  FollowedFile file;
+  bool seen = false;  // What it held at first is no growth.
+  std::optional<Clock::time_point> grew{};
 };
 
 }  // namespace
 
 void followLogs(const std::vector<std::string>& inputs, const FollowHandlers& handlers, const Streams& streams) {
   constexpr std::chrono::milliseconds interval{200};
+  constexpr std::chrono::seconds lately{60};
   constexpr int share = 20;  // Of the time, at most one part in so many for looking at everything.
   const std::atomic<bool>& stop = streams.stop;
   const EndInTime endInTime(stop);
   sayWaitedFor(inputs, streams.messages);
-  Follower follower(inputs, handlers, stop);
+  std::unordered_set<std::string> known;
+  std::vector<GrowingFile> logs;
+  const auto poll = [&](std::size_t i, Clock::time_point now) {
+    const auto take = [&](std::string_view bytes) {
+      if (logs[i].seen) {
+        logs[i].grew = now;
+      }
+      handlers.bytes(i, bytes);
+    };
+    logs[i].file.poll({take, [&] { handlers.startedAnew(i); }}, stop);
+    logs[i].seen = true;
+  };
   Clock::time_point next{};
   while (!stop) {
     const Clock::time_point begin = Clock::now();
-    const bool all = begin >= next;
-    if (all) {
-      follower.lookForNew();
+    const bool all = begin >= next;  // Else only the logs that grew lately.
+    for (const LogInput& input : all ? findLogs(inputs, stop) : std::vector<LogInput>{}) {
+      if (!stop && known.insert(input.name).second) {
+        logs.push_back({FollowedFile(pathFromText(input.name))});
+        handlers.appeared(input);
+      }
     }
-    follower.poll(all);
+    for (std::size_t i = 0; i < logs.size() && !stop; ++i) {
+      if (all || (logs[i].grew && begin - *logs[i].grew < lately)) {
+        poll(i, begin);
+      }
+    }
+    handlers.roundDone();
     if (all) {
       next = Clock::now() + share * (Clock::now() - begin);
     }

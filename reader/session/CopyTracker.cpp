@@ -43,7 +43,6 @@ void CopyTracker::takeEvent(std::string_view channel, std::uint64_t recordId, st
       ChannelCopy& copy = copies[*open_[i]];
       ++copy.events;
       copy.oldest = earlier(copy.oldest, time);
-      copy.newest = later(copy.newest, time);
       if (recordId != 0) {
         copy.firstRecord = copy.firstRecord == 0 ? recordId : std::min(copy.firstRecord, recordId);
         copy.lastRecord = std::max(copy.lastRecord, recordId);

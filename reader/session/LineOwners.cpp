@@ -93,14 +93,8 @@ class Owners {
       Life* const other = openOne(othersAt(index, time), time, &Life::statusExit);
       const bool ofOther =
           other != nullptr && endsAt(*other, time) && (!endsAt(life, time) || time - *life.begin <= justBegun);
-      if (goesOn || (other != nullptr && (ofOther || !last))) {
-        move(life, life.statusExits[i], other);
-        if (other != nullptr) {
-          other->statusExit = time;
-        }
-      } else {
-        life.statusExit = time;
-      }
+      const bool isOwn = !goesOn && (other == nullptr || (last && !ofOther));
+      giveExit(life, life.statusExits[i], isOwn ? &life : other, &Life::statusExit);
     }
   }
 
@@ -122,14 +116,8 @@ class Owners {
       }
       // Where both ended at nearly that time, the older one first.
       const bool ofOther = other != nullptr && (!own || (!last && other->begin < life.begin));
-      if (ofOther || livesAfter(life, time)) {
-        move(life, life.watchdogExits[i], ofOther ? other : nullptr);
-        if (ofOther) {
-          other->watchdogExit = time;
-        }
-      } else {
-        life.watchdogExit = time;
-      }
+      Life* const owner = ofOther ? other : livesAfter(life, time) ? nullptr : &life;
+      giveExit(life, life.watchdogExits[i], owner, &Life::watchdogExit);
     }
   }
 
@@ -168,6 +156,15 @@ class Owners {
           break;
         }
       }
+    }
+  }
+
+  void giveExit(Life& from, std::size_t entry, Life* to, std::optional<Instant> Life::* exit) {
+    if (to != nullptr) {
+      to->*exit = timeOf(from, entry);
+    }
+    if (to != &from) {
+      move(from, entry, to);
     }
   }
 

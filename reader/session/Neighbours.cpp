@@ -105,10 +105,11 @@ EarlierSession earlierSession(const Session& session, const LogTime& end) {
   return earlier;
 }
 
-// Of those that began just before it or after it.
+// Of those that began just before it or after it; of the last one that had ended by then what it was like.
 void tellOfOthers(std::vector<Session>& sessions, const std::vector<Reach>& reaches, std::size_t index) {
   const Reach& reach = reaches[index];
   Session& session = sessions[reach.session];
+  const Reach* before = nullptr;
   const std::size_t end = std::min(index + mostLookedAt + 1, reaches.size());
   for (std::size_t i = index - std::min(index, mostLookedAt); i < end; ++i) {
     const Session& other = sessions[reaches[i].session];
@@ -125,25 +126,18 @@ void tellOfOthers(std::vector<Session>& sessions, const std::vector<Reach>& reac
     if (i > index && other.booted && *other.booted > reach.begin) {
       session.laterBoots.push_back(*other.booted);
     }
-  }
-}
-
-// The last one that had ended by then, of those that began last.
-void tellOfEarlier(std::vector<Session>& sessions, const std::vector<Reach>& reaches, std::size_t index) {
-  Session& session = sessions[reaches[index].session];
-  for (std::size_t i = index; i > 0 && i + mostLookedAt > index && !session.earlier; --i) {
-    const Reach& reach = reaches[i - 1];
-    const Session& before = sessions[reach.session];
-    if (reach.end.instant < reaches[index].begin && isSameMachine(before, session)) {
-      session.earlier = earlierSession(before, reach.end);
+    if (i < index && reaches[i].end.instant < reach.begin) {
+      before = &reaches[i];
     }
+  }
+  if (before != nullptr) {
+    session.earlier = earlierSession(sessions[before->session], before->end);
   }
 }
 
 void tellOneFolder(std::vector<Session>& sessions, const std::vector<std::size_t>& ofFolder) {
   std::vector<Reach> reaches = reachesOf(sessions, ofFolder);
   for (std::size_t i = 0; i < reaches.size(); ++i) {
-    tellOfEarlier(sessions, reaches, i);
     tellOfOthers(sessions, reaches, i);
   }
   for (const std::size_t giver : ofFolder) {

@@ -38,8 +38,7 @@ struct LogEntry {
 struct ChannelCopy {
   std::string channel;
   Instant made;                   // Of its title line.
-  std::optional<Instant> oldest;  // Event in it; so below. Nothing in a copy without events.
-  std::optional<Instant> newest;
+  std::optional<Instant> oldest;  // Event in it; nothing in a copy without events.
   std::uint64_t firstRecord = 0;  // Record numbers, both within it; 0 when unknown.
   std::uint64_t lastRecord = 0;
   std::size_t events = 0;

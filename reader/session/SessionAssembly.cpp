@@ -2,9 +2,7 @@
 
 #include <algorithm>
 #include <chrono>
-#include <map>
-#include <string_view>
-#include <utility>
+#include <iterator>
 
 #include "reader/session/Life.h"
 
@@ -45,7 +43,32 @@ bool canBeWriter(const SessionExtent& own, const SessionExtent& initial, bool sa
   return sameStart(own, initial).value_or(sameFolder || beganThen);
 }
 
+std::pair<std::string, Instant> keyOf(std::string_view name, std::string_view folder, std::optional<Instant> time) {
+  return {(std::string(name) += '\0') += folder, time.value_or(Instant{})};
+}
+
 }  // namespace
+
+void SessionIndex::add(std::string_view name, std::string_view folder, std::optional<Instant> begin,
+                       std::size_t session) {
+  sessions_.emplace(keyOf(name, folder, begin), session);
+}
+
+std::vector<std::size_t> SessionIndex::near(std::string_view name, std::string_view folder,
+                                            std::optional<Instant> time) const {
+  std::vector<std::size_t> found;
+  const auto key = keyOf(name, folder, time);
+  const auto take = [&](auto place, auto end) {
+    constexpr int most = 8;
+    for (int i = 0; i < most && place != end && place->first.first == key.first; ++i, ++place) {
+      found.push_back(place->second);
+    }
+  };
+  const auto after = sessions_.upper_bound(key);
+  take(std::make_reverse_iterator(after), sessions_.rend());
+  take(after, sessions_.end());
+  return found;
+}
 
 std::optional<std::size_t> SessionAssembly::add(SessionPart part) {
   if (part.role == LogRole::Initial || part.session.id.empty()) {

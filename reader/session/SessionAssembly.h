@@ -4,14 +4,29 @@
 
 #include <cstddef>
 #include <functional>
+#include <map>
 #include <optional>
 #include <string>
+#include <string_view>
+#include <utility>
 #include <vector>
 
 #include "reader/session/GrowingSession.h"
-#include "reader/session/SessionIndex.h"
 
 namespace sentiq {
+
+/// Sessions by a name of theirs and their folder, and of those with both alike the ones that began near a time: however
+/// many there are, few are looked at.
+class SessionIndex {
+ public:
+  void add(std::string_view name, std::string_view folder, std::optional<Instant> begin, std::size_t session);
+
+  /// The nearest ones, those that began before it first, each time the nearest first.
+  std::vector<std::size_t> near(std::string_view name, std::string_view folder, std::optional<Instant> time) const;
+
+ private:
+  std::multimap<std::pair<std::string, Instant>, std::size_t> sessions_;  // By both names and the begin.
+};
 
 /// Ids need not be unique between machines: in another folder, computer or start of Windows have to be the same, or
 /// lines, or the folders hold different logs of it.
