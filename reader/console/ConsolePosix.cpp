@@ -1,6 +1,5 @@
 #include <ios>
 
-#include <spawn.h>
 #include <sys/ioctl.h>
 #include <unistd.h>
 
@@ -27,14 +26,6 @@ bool messagesAreTerminal() {
 std::size_t outputWidth() {
   winsize size{};
   return ::ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) == 0 ? size.ws_col : 0;
-}
-
-bool openInBrowser(const std::filesystem::path& page) {
-  std::string program = "xdg-open";
-  std::string file = std::filesystem::absolute(page).string();
-  char* const arguments[]{program.data(), file.data(), nullptr};
-  pid_t child = 0;
-  return ::posix_spawnp(&child, program.c_str(), /*file_actions=*/nullptr, /*attrp=*/nullptr, arguments, environ) == 0;
 }
 
 }  // namespace sentiq
