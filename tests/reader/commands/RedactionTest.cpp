@@ -84,9 +84,7 @@ TEST(Redaction, LeavesNoneOfTheNamesInAnyView) {
       texts.push_back(shownBy(command, redact));
     }
     for (std::size_t i = 0; i < pages.size(); ++i) {
-      std::ostringstream text;
-      text << std::ifstream(pathFromText(pages[i])).rdbuf();
-      texts[i] = text.str();
+      texts[i] = readFile(pathFromText(pages[i]));
       EXPECT_THAT(texts[i], HasSubstr(redact ? "In this page stand-ins" : "This page holds what the logs hold"));
     }
     return texts;

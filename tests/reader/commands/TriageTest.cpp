@@ -23,12 +23,6 @@ static Ran writePage(const std::string& folder, const std::string& page, std::op
              /*terminal=*/true, stopped);
 }
 
-static std::string contentOf(const std::string& path) {
-  std::ostringstream content;
-  content << std::ifstream(pathFromText(path)).rdbuf();
-  return content.str();
-}
-
 TEST(Triage, GroupsSessionsOfAllFoldersByWhatEndedThem) {
   const SampleFolder folder;
   const std::string crash = crashLine("2025-01-31T12:00:02Z");
@@ -58,7 +52,7 @@ TEST(Triage, GroupsSessionsOfAllFoldersByWhatEndedThem) {
   const std::string path = folder.file("page.html");
   EXPECT_THAT(writePage(folder.file(""), path).out,
               AllOf(StartsWith(path + ": "), HasSubstr(" KiB. It holds how 41 sessions ended, also names of ")));
-  const std::string page = contentOf(path);
+  const std::string page = readFile(pathFromText(path));
   for (int i = 0; i < 40; ++i) {
     EXPECT_THAT(page, HasSubstr("session-" + std::to_string(i) + "\"><td class=\"time\">"));
   }
@@ -67,7 +61,7 @@ TEST(Triage, GroupsSessionsOfAllFoldersByWhatEndedThem) {
                                     "<td class=\"number\">100.0 %</td><td class=\"number\">25.0 %</td>"),
                           HasSubstr("<h2>lost power</h2>"), HasSubstr("names of people and of folders")));
   writePage(folder.file(""), path, /*top=*/1);
-  EXPECT_THAT(contentOf(path),
+  EXPECT_THAT(readFile(pathFromText(path)),
               AllOf(HasSubstr("<p class=\"note\">and 2 more groups"), Not(HasSubstr("lost power</h2>"))));
 }
 
@@ -89,11 +83,12 @@ TEST(Triage, SaysWhatItCouldNotRead) {
   const std::string log = folder.file("a.log");
   const std::string page = folder.file("page.html");
   EXPECT_EQ(writePage(folder.file(""), page).exitCode, exitDamaged);
-  EXPECT_THAT(contentOf(page), AllOf(HasSubstr("<li>damaged or unfinished lines in "), HasSubstr("a.log</li>")));
-  const std::string before = contentOf(page);
+  EXPECT_THAT(readFile(pathFromText(page)),
+              AllOf(HasSubstr("<li>damaged or unfinished lines in "), HasSubstr("a.log</li>")));
+  const std::string before = readFile(pathFromText(page));
   EXPECT_EQ(writePage(folder.file(""), page, {}, /*stopped=*/true).exitCode, exitFailed);
   EXPECT_THAT(writePage(SampleFolder().file(""), page).messages, HasSubstr("no page is written"));
-  EXPECT_EQ(contentOf(page), before) << "nothing was read";
+  EXPECT_EQ(readFile(pathFromText(page)), before) << "nothing was read";
   EXPECT_THAT(writePage(folder.file(""), log).messages, HasSubstr("is one of the logs, and is not replaced"));
 }
 
