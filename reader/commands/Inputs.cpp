@@ -84,7 +84,7 @@ LogSet readInputs(const std::vector<std::string>& inputs, Keep keep, const Strea
 }
 
 KnownNames namesIn(const std::vector<LogInput>& files, const Streams& streams) {
-  KnownNames names = streams.redact ? namesOfPaths(files) : KnownNames();
+  KnownNames names = namesOfPaths(files);
   std::vector<LogInput> twice = files;
   std::erase_if(twice, [](const LogInput& file) { return kindOf(file.name) != Kind::FileOrFolder; });
   readLogs(twice, Keep::Judgement, streams.stop, &names, streams.progress);

@@ -215,7 +215,7 @@ void EntryReader::takeHeader(const LogLine& line) {
     time_.reset();
   }
   const bool namesProcess = line.says == LineSays::ProcessId;
-  const bool another = namesProcess && (parts_.empty() || !parts_.current().session.processId.empty());
+  const bool another = namesProcess && !parts_.current().session.processId.empty();
   if (line.says == LineSays::SessionId || another) {
     beginPart();
   }

@@ -1,6 +1,5 @@
 // Which files are logs, by their names, and where names do not tell, by their first lines.
 #include <algorithm>
-#include <cstdint>
 #include <filesystem>
 #include <set>
 #include <string_view>
@@ -34,16 +33,13 @@ namespace {
 
 namespace fs = std::filesystem;
 
-enum class Name : std::uint8_t { Log, Perhaps, Other };
-
-Name nameOf(const fs::path& path) {
+// By its name, and where that does not tell, by what it holds.
+bool isLog(const fs::path& path) {
   const std::string extension = textFromPath(path.extension());
   const bool number = extension.size() > 1 && extension.find_first_not_of("0123456789", 1) == std::string::npos;
-  return equalIgnoringCase(extension, ".log") ? Name::Log
-         : equalIgnoringCase(extension, ".txt") ||
-                 (number && equalIgnoringCase(textFromPath(path.stem().extension()), ".log"))
-             ? Name::Perhaps
-             : Name::Other;
+  const bool perhaps = equalIgnoringCase(extension, ".txt") ||
+                       (number && equalIgnoringCase(textFromPath(path.stem().extension()), ".log"));
+  return equalIgnoringCase(extension, ".log") || (perhaps && beginsAsLog(textFromPath(path)));
 }
 
 // What the inputs stand for so far.
@@ -64,11 +60,9 @@ class Search {
     std::error_code error;
     for (fs::directory_iterator item(folder, error); !error && item != end(item) && !stop_; item.increment(error)) {
       std::error_code unknown;
-      const Name name = nameOf(item->path());
       if (item->is_directory(unknown) && !item->is_symlink(unknown)) {
         folders.insert(item->path().filename());
-      } else if (name != Name::Other && item->is_regular_file(unknown) &&
-                 (name == Name::Log || beginsAsLog(textFromPath(item->path())))) {
+      } else if (item->is_regular_file(unknown) && isLog(item->path())) {
         logs.insert(item->path().filename());
       }
     }

@@ -15,7 +15,6 @@ class PartList {
   /// The part that the last header began; made when there is none.
   SessionPart& current();
 
-  bool empty() const { return parts_.empty(); }
   void begin();
 
   /// Of the current part, as its header or its records say.

@@ -58,7 +58,7 @@ std::vector<std::size_t> SessionIndex::near(std::string_view name, std::string_v
                                             std::optional<Instant> time) const {
   std::vector<std::size_t> found;
   const auto key = keyOf(name, folder, time);
-  const auto take = [&](auto place, auto end) {
+  const auto take = [&](auto place, const auto& end) {
     constexpr int most = 8;
     for (int i = 0; i < most && place != end && place->first.first == key.first; ++i, ++place) {
       found.push_back(place->second);

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstddef>
+#include <deque>
 #include <functional>
 #include <map>
 #include <optional>
@@ -54,7 +55,7 @@ class SessionAssembly {
   void placeInitial(SessionPart part, std::vector<Session>& told);
   bool tell(Session& told, std::size_t origin);
 
-  std::vector<GrowingSession> sessions_;
+  std::deque<GrowingSession> sessions_;
   SessionIndex byId_;
   SessionIndex byProcess_;
   std::vector<SessionPart> waiting_;
