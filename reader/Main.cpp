@@ -34,7 +34,6 @@ struct Request {
   ReportRequest report;
   TriageOptions triage;
   ColourMode colour = ColourMode::Auto;
-  bool stoppable = false;  // Else Ctrl-C ends the process by itself.
   std::function<void(const Streams&)> run;
 };
 
@@ -77,8 +76,7 @@ void addDecode(CLI::App& app, Request& request) {
       "Begin each line with its file's name, or do not (default: with more than one file)");
   addRedact(command, request);
   addColour(command, request);
-  command.parse_complete_callback([&request, &options] {
-    request.stoppable = options.follow;
+  command.parse_complete_callback([&options] {
     if (options.follow) {
       needFiles(options.inputs);
     }
@@ -118,7 +116,6 @@ void addTimeline(CLI::App& app, Request& request) {
                    "Go on as the logs grow, are emptied or appear, in the order in which lines come; end with Ctrl-C");
   addColour(command, request);
   command.parse_complete_callback([&request, &options] {
-    request.stoppable = request.follow;
     if (request.follow) {
       needFiles(request.inputs);
       if (options.last) {
@@ -172,7 +169,6 @@ void addTriage(CLI::App& app, Request& request) {
       command.add_option("--html", options.page.output, "Write a page instead")->type_name("PAGE")->excludes(json);
   addRedact(command, request);
   addPage(command, html, options.page);
-  command.parse_complete_callback([&request] { request.stoppable = true; });
   onRun(command, request, [&options](const Streams& streams) { triageLogs(options, streams); });
 }
 
@@ -211,24 +207,22 @@ int run(std::vector<std::string> arguments, Messages& messages) {
       "and to the machine.",
       "sentiq-logs");
   Request request;
-  addDecode(app, request);
-  addTimeline(app, request);
-  addSummary(app, request);
-  addTriage(app, request);
-  addReport(app, request);
-  addMetrics(app, request);
+  for (auto* const add : {addDecode, addTimeline, addSummary, addTriage, addReport, addMetrics}) {
+    add(app, request);
+  }
   std::cout.exceptions(std::ios::badbit | std::ios::failbit);
   if (!parseCommandLine(app, std::move(arguments), messages)) {
     std::cout.flush();
     return messages.exitCode();
   }
-  static const std::atomic<bool> never{false};
+  static const std::atomic<bool> never{false};  // Ctrl-C ends the process by itself.
+  const bool stoppable = request.follow || request.decode.follow || app.got_subcommand("triage");
   const bool terminal = outputIsTerminal();
   // Progress is for eyes, and not between the lines of output on the same terminal.
   const bool progress = progressWanted() && !(terminal && app.got_subcommand("decode"));
   request.run({.out = std::cout,
                .messages = messages,
-               .stop = request.stoppable ? stopRequested() : never,
+               .stop = stoppable ? stopRequested() : never,
                .progress = progress ? &std::cerr : nullptr,
                .outIsTerminal = terminal,
                .colour = colourWanted(request.colour),

@@ -32,10 +32,6 @@ bool isSeparator(char c) {
   return separators.find(c) != std::string_view::npos;
 }
 
-bool isId(std::string_view text) {
-  return beginsIgnoringCase(text, "S-1-");
-}
-
 bool isNumber(std::string_view text) {
   return text.find_first_not_of("0123456789.") == std::string_view::npos;
 }
@@ -175,7 +171,7 @@ void KnownNames::learnName(NameKind kind, std::string_view name) {
     name.remove_suffix(1);
   }
   const std::string small = smallLetters(name);
-  if (name.size() > longest || (isId(name) && kind != NameKind::Account) || !isSomebody(small) ||
+  if (name.size() > longest || (beginsIgnoringCase(name, "S-1-") && kind != NameKind::Account) || !isSomebody(small) ||
       names_.find(small) != names_.end()) {
     return;
   }
