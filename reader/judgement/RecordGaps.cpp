@@ -56,7 +56,7 @@ std::vector<RecordGap> recordGaps(const Session& session) {
       }
       const Ticks length = record.time.instant - last->time.instant - jump;
       if (length > longestRecordInterval) {
-        gaps.push_back({last->time, record.time, length, slept});
+        gaps.push_back({last->time, length, slept});
       }
     }
     last = &record;

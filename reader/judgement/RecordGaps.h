@@ -13,8 +13,7 @@ namespace sentiq {
 constexpr std::chrono::seconds longestRecordInterval{15};
 
 struct RecordGap {
-  LogTime from;  // The last record before it.
-  LogTime to;
+  LogTime from;    // The last record before it.
   Ticks length{};  // By how long Canvix ran, where the records tell: the clock may have been set meanwhile.
   bool slept = false;
 };
