@@ -38,14 +38,10 @@ std::optional<Instant> firstMeant(const ToldTime& told, Instant from, Instant un
   if (told.clock.size() < 2 || told.clock[0] > 23 || told.clock[1] > 59 || told.date.size() != 3) {
     return first;
   }
-  const std::chrono::seconds seconds(told.clock.size() > 2 && told.clock[2] < 60 ? told.clock[2] : 0);
-  const auto consider = [&](std::chrono::year_month_day day, int hour) {
-    const Instant time =
-        std::chrono::sys_days(day) + std::chrono::hours(hour) + std::chrono::minutes(told.clock[1]) + seconds - offset;
-    if (day.ok() && time >= std::chrono::floor<std::chrono::minutes>(from) && time <= until) {
-      first = std::min(first.value_or(time), time);
-    }
-  };
+  const int hour = told.clock[0];
+  const int otherHalf = hour <= 12 ? (hour + 12) % 24 : hour;  // Perhaps it is one of the half day.
+  const auto past = std::chrono::minutes(told.clock[1]) +
+                    std::chrono::seconds(told.clock.size() > 2 && told.clock[2] < 60 ? told.clock[2] : 0);
   std::vector<int> date = told.date;
   std::sort(date.begin(), date.end());
   do {
@@ -56,10 +52,11 @@ std::optional<Instant> firstMeant(const ToldTime& told, Instant from, Instant un
       }
       const std::chrono::year_month_day day(std::chrono::year(year), std::chrono::month(static_cast<unsigned>(date[1])),
                                             std::chrono::day(static_cast<unsigned>(date[2])));
-      consider(day, told.clock[0]);
-      if (told.clock[0] <= 12) {  // Perhaps one of the half day.
-        consider(day, told.clock[0] % 12);
-        consider(day, told.clock[0] % 12 + 12);
+      for (const int meant : {hour, otherHalf}) {
+        const Instant time = std::chrono::sys_days(day) + std::chrono::hours(meant) + past - offset;
+        if (day.ok() && time >= std::chrono::floor<std::chrono::minutes>(from) && time <= until) {
+          first = std::min(first.value_or(time), time);
+        }
       }
     }
   } while (std::next_permutation(date.begin(), date.end()));
