@@ -32,11 +32,6 @@ constexpr NameRow nameRows[] = {
     NameRow{NameKind::Person, 7041, "Service Control Manager", "param2"},
 };
 
-// Of a nested field the last one counts.
-std::string_view lastName(std::string_view name) {
-  return name.substr(name.rfind('.') + 1);
-}
-
 }  // namespace
 
 std::vector<EventName> namesIn(const EventRecord& event) {
@@ -48,7 +43,7 @@ std::vector<EventName> namesIn(const EventRecord& event) {
       continue;
     }
     for (const NamedValue& field : fields) {
-      const std::string_view name = lastName(field.name);
+      const std::string_view name = field.name.substr(field.name.rfind('.') + 1);  // Its own.
       if (anyPart(row.fields, [name](std::string_view pattern) { return matches(name, pattern); }) &&
           !isBinaryField(field.name)) {
         names.push_back({row.kind, field.value});

@@ -1,7 +1,6 @@
 // The language of the event table: words with places for fields, and texts with asterisks.
 #pragma once
 
-#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <optional>
@@ -9,6 +8,7 @@
 
 #include "reader/events/CodeWords.h"
 #include "reader/events/EventField.h"
+#include "reader/input/CleanText.h"
 
 namespace sentiq {
 
@@ -107,18 +107,13 @@ constexpr char upperCase(char c) {
 }
 
 /// In any case of the letters A to Z; so in the next one.
-constexpr bool contains(std::string_view text, std::string_view part) {
-  const auto isAt = [&](std::size_t at) {
-    const std::string_view found = text.substr(at, part.size());
-    return std::equal(found.begin(), found.end(), part.begin(), part.end(),
-                      [](char a, char b) { return lowerCase(a) == lowerCase(b); });
-  };
+inline bool contains(std::string_view text, std::string_view part) {
   if (part.empty()) {
     return true;
   }
   for (const char first : {lowerCase(part.front()), upperCase(part.front())}) {
     for (std::size_t at = text.find(first); at != std::string_view::npos; at = text.find(first, at + 1)) {
-      if (isAt(at)) {
+      if (beginsIgnoringCase(text.substr(at), part)) {
         return true;
       }
     }

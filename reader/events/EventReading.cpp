@@ -43,12 +43,11 @@ constexpr Layout layouts[] = {
     {11724, "MsiInstaller", "Message"},
 };
 
-consteval bool knowsAllNames() {
-  return std::none_of(std::begin(layouts), std::end(layouts), [](const Layout& layout) {
-    return anyPart(layout.names, [](std::string_view name) { return !fieldNamed(name); });
-  });
-}
-static_assert(knowsAllNames(), "a layout names a field that there is not");
+static_assert(std::none_of(std::begin(layouts), std::end(layouts),
+                           [](const Layout& layout) {
+                             return anyPart(layout.names, [](std::string_view name) { return !fieldNamed(name); });
+                           }),
+              "a layout names a field that there is not");
 
 std::string_view layoutOf(std::string_view provider, int id) {
   const auto* const layout = std::find_if(std::begin(layouts), std::end(layouts), [&](const Layout& candidate) {

@@ -211,12 +211,6 @@ static_assert(std::all_of(std::begin(allRows), std::end(allRows), fitsItsMeaning
               "a row lacks what the facts of its meaning are made of");
 static_assert(everyMeaning(), "a meaning that no event has");
 
-}  // namespace table
-
-bool isFrom(const EventRow& row, std::string_view provider) {
-  return anyPart(row.provider, [&](std::string_view name) { return matches(provider, name); });
-}
-
 bool holds(const EventRow& row, const OwnField& field) {
   const std::size_t equals = row.when.find('=');
   const auto isSo = [&](std::string_view name) {
@@ -225,6 +219,12 @@ bool holds(const EventRow& row, const OwnField& field) {
     return equals == std::string_view::npos ? isSet(value) : anyPart(row.when.substr(equals + 1), isIt);
   };
   return row.when.empty() || anyPart(row.when.substr(0, equals), isSo);
+}
+
+}  // namespace table
+
+bool isFrom(const EventRow& row, std::string_view provider) {
+  return anyPart(row.provider, [&](std::string_view name) { return matches(provider, name); });
 }
 
 bool mayHold(const EventRow& row, std::string_view text) {
@@ -240,9 +240,10 @@ std::span<const EventRow> eventRows() {
 }
 
 const EventRow* findRow(std::string_view provider, int id, int level, const OwnField& field) {
-  const auto* const row = std::find_if(
-      std::begin(table::allRows), std::end(table::allRows),
-      [&](const EventRow& candidate) { return mayFit(candidate, provider, id, level) && holds(candidate, field); });
+  const auto* const row =
+      std::find_if(std::begin(table::allRows), std::end(table::allRows), [&](const EventRow& candidate) {
+        return mayFit(candidate, provider, id, level) && table::holds(candidate, field);
+      });
   return row != std::end(table::allRows) ? row : nullptr;
 }
 

@@ -48,8 +48,6 @@ inline bool mayFit(const EventRow& row, std::string_view provider, int id, int l
   return (row.id == id || (row.id == 0 && level >= 1 && level <= 3)) && isFrom(row, provider);
 }
 
-bool holds(const EventRow& row, const OwnField& field);
-
 /// Whether the condition may hold for an event of which only the whole text is known.
 bool mayHold(const EventRow& row, std::string_view text);
 
