@@ -58,7 +58,6 @@ std::size_t placeOf(std::vector<Failure>& failures, const LogEntry& entry, const
 }
 
 void addTeller(Failure& failure, const LogEntry& entry, ProgramFailure facts) {
-  failure.tellers.push_back(&entry);
   if (failure.best == nullptr || facts.teller < failure.facts.teller) {  // It tells more than those before.
     failure.best = &entry;
     std::swap(failure.facts, facts);
@@ -80,15 +79,16 @@ std::optional<bool> startedThen(const Failure& failure, const WatchedProcess& pr
   return helps ? std::optional(same) : std::nullopt;
 }
 
-Whose whoseFailure(const Failure& failure, const WatchedProcess& process, const std::vector<Instant>& otherExits) {
+Whose whoseFailure(const Failure& failure, const WatchedProcess& process, const Session& session) {
   if (!process.begin || !process.over) {
     return Whose::Nobody;
   }
   const Instant time = failure.time();
-  const bool inTime = *failure.tellers.front()->time >= *process.begin && time <= *process.over + nearby;
+  const Instant first = *session.entries[failure.tellers.front()].time;
+  const bool inTime = first >= *process.begin && time <= *process.over + nearby;
   const bool ranOn = time < *process.over - nearby;
   if (failure.facts.processId == 0 || process.id == 0) {
-    const bool otherIsNearer = std::any_of(otherExits.begin(), otherExits.end(), [&](Instant exit) {
+    const bool otherIsNearer = std::any_of(session.otherExits.begin(), session.otherExits.end(), [&](Instant exit) {
       return std::chrono::abs(exit - time) < std::chrono::abs(*process.over - time);
     });
     return !inTime || ranOn ? Whose::Nobody : otherIsNearer ? Whose::Other : Whose::Watched;
@@ -138,12 +138,13 @@ std::vector<Failure> failuresOf(const Session& session, const EntryIndex& index,
     const auto known = byReport.find(report);
     const std::size_t place = known != byReport.end() ? known->second : placeOf(failures, *entry, facts);
     addTeller(failures[place], *entry, std::move(facts));
+    failures[place].tellers.push_back(index.indexOf(*entry));
     if (!report.empty()) {
       byReport.emplace(report, place);
     }
   }
   for (Failure& failure : failures) {
-    failure.whose = whoseFailure(failure, process, session.otherExits);
+    failure.whose = whoseFailure(failure, process, session);
   }
   return failures;
 }

@@ -1,6 +1,7 @@
 // The crashes and hangs of Canvix that a session's logs know of, each told by one entry or several, and whose they are.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <vector>
@@ -30,9 +31,9 @@ enum class Whose : std::uint8_t {
 
 struct Failure {
   bool hang = false;
-  std::vector<const LogEntry*> tellers{};  // In order of time.
-  const LogEntry* best = nullptr;          // The one that tells most.
-  ProgramFailure facts{};                  // Of all of them.
+  std::vector<std::size_t> tellers{};  // Entries of the session, in order of time.
+  const LogEntry* best = nullptr;      // The one that tells most.
+  ProgramFailure facts{};              // Of all of them.
   Whose whose = Whose::Nobody;
 
   Instant time() const { return *best->time; }

@@ -41,14 +41,6 @@ Judgement unknown(const Case& known, const std::string& why) {
   return judgement;
 }
 
-std::vector<std::size_t> placesOf(const std::vector<const LogEntry*>& tellers, const Case& known) {
-  std::vector<std::size_t> places;
-  for (const LogEntry* const teller : tellers) {
-    places.push_back(known.index.indexOf(*teller));
-  }
-  return places;
-}
-
 // A crash is the cause of a hang beside it: the process does not answer while its dump is written.
 const Failure* ownFailure(const Case& known) {
   const Failure* own = nullptr;
@@ -79,7 +71,7 @@ Judgement judgedFailure(const Case& known, const Failure& failure) {
   Judgement judgement = concluded(known, failure.hang ? Outcome::Hung : Outcome::Crashed, Severity::Error,
                                   std::move(text), *failure.best, {time, time});
   judgement.evidence.failure = facts;
-  judgement.evidence.entries = placesOf(failure.tellers, known);
+  judgement.evidence.entries = failure.tellers;
   judgement.before = whatWentBefore(known, time, /*hangsToo=*/!failure.hang);
   const Instant over = std::max(time, *known.process.over);
   if (const LogEntry* const shutdown =
@@ -165,7 +157,7 @@ Judgement judgedFall(const Case& known, const Fall& fall) {
                                   Severity::Error, std::move(text), best, range);
   judgement.back = fall.back;
   judgement.evidence.fall = fall.facts;
-  judgement.evidence.entries = placesOf(fall.tellers, known);
+  judgement.evidence.entries = fall.tellers;
   judgement.before = whatWentBefore(known, *known.process.over, /*hangsToo=*/true);
   return judgement;
 }

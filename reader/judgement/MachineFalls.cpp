@@ -62,7 +62,6 @@ auto rankOf(const LogEntry& teller, const MachineFall& facts) {
 }
 
 void addTeller(Fall& fall, const LogEntry& teller, MachineFall facts, const Session& session) {
-  fall.tellers.push_back(&teller);
   if (fall.best == nullptr || rankOf(teller, facts) > rankOf(*fall.best, machineFall(session.eventOf(*fall.best)))) {
     fall.best = &teller;
     std::swap(fall.facts, facts);  // Where they differ, the best one's hold.
@@ -125,6 +124,7 @@ std::vector<Fall> fallsOf(const Session& session, const EntryIndex& index, const
       byReport.emplace(facts.reportId, place);
     }
     addTeller(falls[place], *teller, facts, session);
+    falls[place].tellers.push_back(index.indexOf(*teller));
   }
   std::stable_sort(falls.begin(), falls.end(), [](const Fall& a, const Fall& b) { return a.back < b.back; });
   return falls;

@@ -5,6 +5,7 @@
 #pragma once
 
 #include <chrono>
+#include <cstddef>
 #include <optional>
 #include <vector>
 
@@ -17,11 +18,11 @@ namespace sentiq {
 
 /// The machine went down without shutting down.
 struct Fall {
-  Instant back;                            // When Windows was up again, or the first sign of it.
-  bool backIsKnown = false;                // Else it is only the time at which the fall was logged.
-  std::vector<const LogEntry*> tellers{};  // In order of time.
-  const LogEntry* best = nullptr;          // The one that tells most.
-  MachineFall facts{};                     // Of all of them.
+  Instant back;                        // When Windows was up again, or the first sign of it.
+  bool backIsKnown = false;            // Else it is only the time at which the fall was logged.
+  std::vector<std::size_t> tellers{};  // Entries of the session, in order of time.
+  const LogEntry* best = nullptr;      // The one that tells most.
+  MachineFall facts{};                 // Of all of them.
 };
 
 /// When Windows came up, as far as events and the header tell, in order.

@@ -36,16 +36,17 @@ constexpr BeforeRow beforeRows[]{
 constexpr std::chrono::minutes shortlyBefore{10};
 
 // What the last record says.
-void addFromRecords(const Session& session, Instant until, std::vector<Before>& before) {
-  const auto entry = std::find_if(session.entries.rbegin(), session.entries.rend(),
+void addFromRecords(const Case& known, Instant until, std::vector<Before>& before) {
+  const std::vector<LogEntry>& entries = known.session.entries;
+  const auto entry = std::find_if(entries.rbegin(), entries.rend(),
                                   [&](const LogEntry& e) { return e.metric && e.time && *e.time <= until; });
-  if (entry == session.entries.rend() || until - *entry->time > shortlyBefore) {
+  if (entry == entries.rend() || until - *entry->time > shortlyBefore) {
     return;
   }
-  const MetricSample& record = session.recordOf(*entry);
+  const MetricSample& record = known.session.recordOf(*entry);
   const auto add = [&](BeforeKind kind, std::string text) {
-    const auto index = static_cast<std::size_t>(session.entries.rend() - entry) - 1;
-    before.push_back({kind, *entry->time, entry->offset, until - *entry->time, std::move(text), index});
+    before.push_back(
+        {kind, *entry->time, entry->offset, until - *entry->time, std::move(text), known.index.indexOf(*entry)});
   };
   const auto addIfFull = [&](const char* what, std::int64_t free, std::int64_t total, std::int64_t leastMib) {
     if (free < std::max(total / 100, std::min(leastMib, total / 10))) {
@@ -109,7 +110,7 @@ std::vector<Before> whatWentBefore(const Case& known, Instant until, bool hangsT
           {row->kind, *entry->time, entry->offset, until - *entry->time, std::move(text), known.index.indexOf(*entry)});
     }
   }
-  addFromRecords(known.session, until, before);
+  addFromRecords(known, until, before);
   std::stable_sort(before.begin(), before.end(), [](const Before& a, const Before& b) { return a.time < b.time; });
   return before;
 }
