@@ -37,9 +37,7 @@ Kind kindOf(const EventRecord& event, Kind otherwise) {
 std::vector<std::string> dumpsAmong(std::string_view files) {
   std::vector<std::string> dumps;
   while (!files.empty()) {
-    const std::size_t end = std::min(files.find('\n'), files.size());
-    std::string_view file = files.substr(0, end);
-    files.remove_prefix(std::min(end + 1, files.size()));
+    std::string_view file = nextPart(files, '\n');
     file = file.substr(0, file.find_last_not_of("\r ") + 1);
     if (matches(file, "*.*dmp")) {
       dumps.emplace_back(file);

@@ -12,6 +12,24 @@
 
 namespace sentiq {
 
+/// Takes the part before the next separator, or all, from the list.
+constexpr std::string_view nextPart(std::string_view& list, char separator = '|') {
+  const std::string_view part = list.substr(0, list.find(separator));
+  list.remove_prefix(part.size() < list.size() ? part.size() + 1 : part.size());
+  return part;
+}
+
+/// Whether the check says yes for one of the parts between bars.
+template <typename Check>
+constexpr bool anyPart(std::string_view parts, const Check& check) {
+  do {
+    if (check(nextPart(parts))) {
+      return true;
+    }
+  } while (!parts.empty());
+  return false;
+}
+
 /// How a value is shown.
 enum class Shown : std::uint8_t {
   AsItIs,
@@ -53,49 +71,23 @@ struct Place {
 
 /// Takes the words up to the next place, and that, from the rest; the place is nothing at the end of the words.
 constexpr std::optional<Place> nextPlace(std::string_view& rest, std::string_view& text) {
-  const std::size_t open = rest.find('{');
-  text = rest.substr(0, open);
-  if (open == std::string_view::npos) {
-    rest = {};
+  text = nextPart(rest, '{');
+  if (rest.empty()) {
     return std::nullopt;
   }
-  const std::size_t close = rest.find('}', open);
-  std::string_view name = rest.substr(open + 1, close - open - 1);
-  rest = close == std::string_view::npos ? std::string_view{} : rest.substr(close + 1);
+  std::string_view name = nextPart(rest, '}');
   Place place;
-  const std::size_t bar = name.find('|');
-  place.mayBeMissing = bar != std::string_view::npos;
-  place.before = name.substr(0, place.mayBeMissing ? bar : 0);
-  name.remove_prefix(place.mayBeMissing ? bar + 1 : 0);
-  const std::size_t colon = name.find(':');
-  const std::string_view form = colon == std::string_view::npos ? std::string_view{} : name.substr(colon + 1);
+  place.mayBeMissing = name.find('|') != std::string_view::npos;
+  place.before = place.mayBeMissing ? nextPart(name) : "";
+  const std::string_view field = nextPart(name, ':');
   for (const Form& row : forms) {
-    if (row.name == form) {
+    if (row.name == name) {
       place.form = row;
     }
   }
-  place.allFields = name == "*";
-  place.field = fieldNamed(name.substr(0, colon));
+  place.allFields = field == "*";
+  place.field = fieldNamed(field);
   return place;
-}
-
-/// Takes the part before the next bar, or all, from the list.
-constexpr std::string_view nextPart(std::string_view& list) {
-  const std::size_t bar = list.find('|');
-  const std::string_view part = list.substr(0, bar);
-  list = bar == std::string_view::npos ? std::string_view{} : list.substr(bar + 1);
-  return part;
-}
-
-/// Whether the check says yes for one of the parts between bars.
-template <typename Check>
-constexpr bool anyPart(std::string_view parts, const Check& check) {
-  do {
-    if (check(nextPart(parts))) {
-      return true;
-    }
-  } while (!parts.empty());
-  return false;
 }
 
 constexpr char lowerCase(char c) {

@@ -32,9 +32,10 @@ constexpr bool patternsAreGood(const EventRow& row) {
       return false;
     }
   }
-  const std::string_view fields = row.when.substr(0, row.when.find('='));
-  return text.find_first_of("}|") == std::string_view::npos && !row.provider.empty() &&
-         (row.when.empty() || !anyPart(fields, [](std::string_view field) { return !fieldNamed(field); }));
+  std::string_view when = row.when;
+  const std::string_view fields = nextPart(when, '=');
+  return text.find_first_of("}|") == std::string_view::npos && !row.words.ends_with('{') && !row.provider.empty() &&
+         (fields.empty() || !anyPart(fields, [](std::string_view field) { return !fieldNamed(field); }));
 }
 
 // Has what the facts of its meaning are made of.

@@ -212,13 +212,13 @@ static_assert(std::all_of(std::begin(allRows), std::end(allRows), fitsItsMeaning
 static_assert(everyMeaning(), "a meaning that no event has");
 
 bool holds(const EventRow& row, const OwnField& field) {
-  const std::size_t equals = row.when.find('=');
-  const auto isSo = [&](std::string_view name) {
-    const std::string_view value = field(*fieldNamed(name));
-    const auto isIt = [&](std::string_view wanted) { return matches(value, wanted); };
-    return equals == std::string_view::npos ? isSet(value) : anyPart(row.when.substr(equals + 1), isIt);
-  };
-  return row.when.empty() || anyPart(row.when.substr(0, equals), isSo);
+  std::string_view wanted = row.when;
+  const std::string_view fields = nextPart(wanted, '=');
+  return fields.empty() || anyPart(fields, [&](std::string_view name) {
+           const std::string_view value = field(*fieldNamed(name));
+           const auto isIt = [&](std::string_view pattern) { return matches(value, pattern); };
+           return wanted.empty() ? isSet(value) : anyPart(wanted, isIt);
+         });
 }
 
 }  // namespace table
@@ -228,10 +228,11 @@ bool isFrom(const EventRow& row, std::string_view provider) {
 }
 
 bool mayHold(const EventRow& row, std::string_view text) {
-  const std::size_t equals = row.when.find('=');
-  return equals == std::string_view::npos || anyPart(row.when.substr(equals + 1), [&](std::string_view value) {
-           value.remove_prefix(std::min(value.find_first_not_of('*'), value.size()));
-           return contains(text, value.substr(0, value.find('*')));
+  std::string_view wanted = row.when;
+  nextPart(wanted, '=');
+  return wanted.empty() || anyPart(wanted, [&](std::string_view pattern) {
+           pattern.remove_prefix(std::min(pattern.find_first_not_of('*'), pattern.size()));
+           return contains(text, nextPart(pattern, '*'));
          });
 }
 

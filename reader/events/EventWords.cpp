@@ -4,6 +4,7 @@
 #include <sstream>
 #include <string_view>
 
+#include "reader/events/CodeWords.h"
 #include "reader/events/EventPattern.h"
 #include "reader/events/EventTable.h"
 #include "reader/input/CleanText.h"
