@@ -18,7 +18,8 @@ std::span<const LogEntry* const> EntryIndex::between(Instant from, Instant to) c
                                           [from](const LogEntry* entry) { return *entry->time < from; });
   const auto end =
       std::partition_point(begin, entries_.end(), [to](const LogEntry* entry) { return *entry->time <= to; });
-  return {begin, end};
+  return std::span<const LogEntry* const>(entries_).subspan(static_cast<std::size_t>(begin - entries_.begin()),
+                                                            static_cast<std::size_t>(end - begin));
 }
 
 std::vector<const LogEntry*> EntryIndex::all(Meanings meanings, Instant from, Instant to) const {
