@@ -55,9 +55,9 @@ std::string missingAbout(const Session& session, const LogEntry& exit) {
   std::optional<Instant> reach;
   for (const bool whole : {true, false}) {
     for (const Stretch& stretch : stretchesOf(session, whole)) {
-      latest = std::max(latest.value_or(stretch.to), stretch.to);
+      latest = later(latest, stretch.to);
       if (stretch.to >= time + lateEnough) {
-        reach = std::min(reach.value_or(stretch.from), stretch.from);
+        reach = earlier(reach, stretch.from);
       }
     }
     if (reach && *reach <= time - before) {

@@ -2,7 +2,6 @@
 #pragma once
 
 #include <cstddef>
-#include <optional>
 #include <vector>
 
 #include "reader/events/EventFacts.h"
@@ -10,12 +9,8 @@
 
 namespace sentiq {
 
-/// One sleep, however many events and lines tell of it.
-struct Sleep {
-  SleepKind kind = SleepKind::Sleep;
-  std::optional<Instant> begin;
-  std::optional<Instant> end;  // Nothing when it had not ended, or nothing tells.
-  bool batteryEmpty = false;
+/// One sleep, however many events and lines tell of it. Without an end it had not ended, or nothing tells.
+struct Sleep : SleepTold {
   std::size_t entry = 0;  // The one that tells most: index into the session's entries.
 };
 
