@@ -1,5 +1,6 @@
 #include "reader/events/EventHead.h"
 
+#include <algorithm>
 #include <charconv>
 #include <system_error>
 
@@ -24,6 +25,16 @@ template <typename Number>
 bool readNumber(std::string_view text, Number& number) {
   const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
   return error == std::errc{} && end == text.data() + text.size();
+}
+
+// Whether the condition may hold for an event of which only the whole text is known.
+bool mayHold(const EventRow& row, std::string_view text) {
+  std::string_view wanted = row.when;
+  nextPart(wanted, '=');
+  return wanted.empty() || anyPart(wanted, [&](std::string_view pattern) {
+           pattern.remove_prefix(std::min(pattern.find_first_not_of('*'), pattern.size()));
+           return contains(text, nextPart(pattern, '*'));
+         });
 }
 
 }  // namespace

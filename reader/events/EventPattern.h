@@ -8,7 +8,6 @@
 
 #include "reader/events/CodeWords.h"
 #include "reader/events/EventField.h"
-#include "reader/input/CleanText.h"
 
 namespace sentiq {
 
@@ -98,22 +97,7 @@ constexpr char upperCase(char c) {
   return c >= 'a' && c <= 'z' ? static_cast<char>(c - ('a' - 'A')) : c;
 }
 
-/// In any case of the letters A to Z; so in the next one.
-inline bool contains(std::string_view text, std::string_view part) {
-  if (part.empty()) {
-    return true;
-  }
-  for (const char first : {lowerCase(part.front()), upperCase(part.front())}) {
-    for (std::size_t at = text.find(first); at != std::string_view::npos; at = text.find(first, at + 1)) {
-      if (beginsIgnoringCase(text.substr(at), part)) {
-        return true;
-      }
-    }
-  }
-  return false;
-}
-
-/// An asterisk in the pattern stands for any text.
+/// In any case of the letters A to Z. An asterisk in the pattern stands for any text.
 constexpr bool matches(std::string_view text, std::string_view pattern) {
   std::size_t star =
       std::string_view::npos;  // In the pattern, with the place in the text from which it was tried last.
@@ -134,6 +118,21 @@ constexpr bool matches(std::string_view text, std::string_view pattern) {
     }
   }
   return pattern.find_first_not_of('*', p) == std::string_view::npos;
+}
+
+/// So, somewhere in the text; no asterisk is in the part.
+constexpr bool contains(std::string_view text, std::string_view part) {
+  if (part.empty()) {
+    return true;
+  }
+  for (const char first : {lowerCase(part.front()), upperCase(part.front())}) {
+    for (std::size_t at = text.find(first); at != std::string_view::npos; at = text.find(first, at + 1)) {
+      if (matches(text.substr(at, part.size()), part)) {
+        return true;
+      }
+    }
+  }
+  return false;
 }
 
 }  // namespace sentiq

@@ -1,13 +1,13 @@
 #include "reader/events/EventTable.h"
 
 #include <algorithm>
-#include <cstddef>
 #include <iterator>
 
 #include "reader/events/CodeWords.h"
 #include "reader/events/EventRowChecks.h"
 
 namespace sentiq {
+namespace {
 namespace table {  // Not without a name: the names of three enumerations hold in it.
 
 using enum Field;
@@ -222,18 +222,10 @@ bool holds(const EventRow& row, const OwnField& field) {
 }
 
 }  // namespace table
+}  // namespace
 
 bool isFrom(const EventRow& row, std::string_view provider) {
   return anyPart(row.provider, [&](std::string_view name) { return matches(provider, name); });
-}
-
-bool mayHold(const EventRow& row, std::string_view text) {
-  std::string_view wanted = row.when;
-  nextPart(wanted, '=');
-  return wanted.empty() || anyPart(wanted, [&](std::string_view pattern) {
-           pattern.remove_prefix(std::min(pattern.find_first_not_of('*'), pattern.size()));
-           return contains(text, nextPart(pattern, '*'));
-         });
 }
 
 std::span<const EventRow> eventRows() {

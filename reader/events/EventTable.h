@@ -48,9 +48,6 @@ inline bool mayFit(const EventRow& row, std::string_view provider, int id, int l
   return (row.id == id || (row.id == 0 && level >= 1 && level <= 3)) && isFrom(row, provider);
 }
 
-/// Whether the condition may hold for an event of which only the whole text is known.
-bool mayHold(const EventRow& row, std::string_view text);
-
 /// The table, in its order; of the rows that fit an event the first counts.
 std::span<const EventRow> eventRows();
 
