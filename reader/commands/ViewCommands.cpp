@@ -14,7 +14,7 @@ void showSummary(const std::vector<std::string>& inputs, bool json, const Stream
     streams.out << summaryText(logs, streams.colour, streams.width);
   }
   for (std::size_t i = 0; json && i < logs.sessions.size(); ++i) {
-    streams.out << summaryJson(summarize(logs, logs.sessions[i])) << '\n';
+    streams.out << summaryJson(logs, logs.sessions[i]) << '\n';
   }
 }
 

@@ -2,11 +2,14 @@
 
 #include <algorithm>
 #include <array>
+#include <chrono>
+#include <functional>
 #include <map>
-#include <optional>
+#include <span>
 #include <string_view>
 #include <utility>
 
+#include "reader/views/TimeText.h"
 #include "reader/views/TriageGroups.h"
 #include "reader/views/page/TimeAxis.h"
 
@@ -28,8 +31,8 @@ struct TraitOfAll {
 Days daysOf(const Sessions& sessions) {
   Days days;
   for (const TriagedSession* const session : sessions) {
-    if (const auto day = dayOf(*session)) {
-      ++days[*day];
+    if (const SessionSpan& span = session->span; span.begin) {
+      ++days[std::chrono::floor<std::chrono::days>(*span.begin + span.offset)];
     }
   }
   return days;
@@ -41,7 +44,7 @@ std::string daysText(const Days& days) {
   std::string text;
   std::string month;
   for (const auto& [day, count] : days) {
-    const std::string name = dayText(day);
+    const std::string name = dateText(day, {});
     const bool sameMonth = text.empty() || name.starts_with(month);
     text += text.empty() ? name : sameMonth ? ", " + name.substr(monthLength) : "; " + name;
     text += ":\u00A0" + std::to_string(count);
@@ -50,7 +53,49 @@ std::string daysText(const Days& days) {
   return text;
 }
 
-/// One page's places; what it is given outlives the writing.
+// Drawn over the days of all sessions, so that one group can be laid beside another.
+void addDays(const Days& days, const Days& ofAll, Places& places) {
+  places.add({"days", daysText(days)});
+  if (days.empty()) {
+    return;
+  }
+  const auto byCount = [](const auto& a, const auto& b) { return a.second < b.second; };
+  const std::size_t most = std::max_element(days.begin(), days.end(), byCount)->second;
+  const std::chrono::sys_days from = ofAll.begin()->first;
+  const std::chrono::sys_days until = ofAll.rbegin()->first;
+  const double width = 100.0 / static_cast<double>((until - from).count() + 1);
+  places.add({{"most", std::to_string(most)},
+              {"from", dateText(from, {})},
+              {"until", from == until ? "" : dateText(until, {})}});
+  places.list("bars", days, [&](const Days::value_type& day) {
+    constexpr double filled = 0.9;
+    const double height = 100.0 * static_cast<double>(day.second) / static_cast<double>(most);
+    return Places{{"at", showNumber(width * static_cast<double>((day.first - from).count()), 2)},
+                  {"width", showNumber(width * filled, 2)},
+                  {"top", showNumber(100 - height, 1)},
+                  {"height", showNumber(height, 1)},
+                  {"day", dateText(day.first, {})},
+                  {"sessions", std::to_string(day.second)}};
+  });
+}
+
+Places traitPlaces(std::string_view title, std::vector<TraitShare> shares) {
+  std::stable_sort(shares.begin(), shares.end(), [](const TraitShare& a, const TraitShare& b) {
+    return std::pair(a.isClear, a.sessions) > std::pair(b.isClear, b.sessions);
+  });
+  const std::size_t listed = std::min(shares.size(), namesListed);
+  Places places{{"title", title}, {"others", countOrNothing(shares.size() - listed)}};
+  places.list("names", std::span(shares).first(listed), [](const TraitShare& share) {
+    return Places{{"clear", share.isClear},
+                  {"name", share.name},
+                  {"count", std::to_string(share.sessions)},
+                  {"share", share.share},
+                  {"shareOfAll", share.shareOfAll}};
+  });
+  return places;
+}
+
+/// The places of one page's groups; what it is given outlives the writing.
 class TriagePlaces {
  public:
   explicit TriagePlaces(const Sessions& all)
@@ -63,89 +108,38 @@ class TriagePlaces {
 
   Places of(const TriageGroup& group) const {
     const Sessions& sessions = group.sessions;
-    Places places;
-    places.text("count", std::to_string(sessions.size()));
-    places.text("share", showShare(sessions.size(), all_.size()));
-    places.text("first", firstDay(sessions));
-    places.text("last", lastDay(sessions));
-    places.text("what", group.signature);
-    places.text("newest", sessions.back()->folder);
-    addDays(daysOf(sessions), places);
-    addTraits(sessions, places);
     const std::size_t listed = std::min(sessions.size(), sessionsListed);
-    places.list("sessions", listed, [this, &sessions](std::size_t i) {
+    Places places{{"count", std::to_string(sessions.size())},
+                  {"share", showShare(sessions.size(), all_.size())},
+                  {"first", firstDay(sessions)},
+                  {"last", lastDay(sessions)},
+                  {"what", group.signature},
+                  {"newest", sessions.back()->folder},
+                  {"older", countOrNothing(sessions.size() - listed)}};
+    addDays(daysOf(sessions), days_, places);
+    addTraits(sessions, places);
+    places.longList("sessions", listed, [this, &sessions](std::size_t i) {
       const TriagedSession& session = *sessions[sessions.size() - 1 - i];
-      Places row;
-      row.text("number", std::to_string(&session - all_.front()));  // In the order of time, the same without names.
       const SessionSpan& span = session.span;
-      row.text("folder", session.folder);
-      row.text("from", span.begin ? showTime(*span.begin, span.offset).substr(0, 16) : "without a time");
-      row.text("verdict", session.judgement.verdict.text);
-      return row;
+      return Places{
+          {"number", std::to_string(&session - all_.front())},  // In the order of time, the same without names.
+          {"folder", session.folder},
+          {"from", span.begin ? minuteText(*span.begin, span.offset) : "without a time"},
+          {"verdict", session.judgement.verdict.text}};
     });
-    places.text("older", sessions.size() > listed ? std::to_string(sessions.size() - listed) : "");
     return places;
   }
 
  private:
-  // Drawn over the days of all sessions, so that one group can be laid beside another.
-  void addDays(const Days& days, Places& places) const {
-    places.text("days", daysText(days));
-    if (days.empty()) {
-      return;
-    }
-    const auto byCount = [](const auto& a, const auto& b) { return a.second < b.second; };
-    const std::size_t most = std::max_element(days.begin(), days.end(), byCount)->second;
-    const std::chrono::sys_days from = days_.begin()->first;
-    const std::chrono::sys_days until = days_.rbegin()->first;
-    const double width = 100.0 / static_cast<double>((until - from).count() + 1);
-    places.text("most", std::to_string(most));
-    places.text("from", dayText(from));
-    places.text("until", from == until ? "" : dayText(until));
-    places.list("bars", std::vector<Days::value_type>(days.begin(), days.end()), [=](const Days::value_type& day) {
-      constexpr double filled = 0.9;
-      const double height = 100.0 * static_cast<double>(day.second) / static_cast<double>(most);
-      Places bar;
-      bar.text("at", showNumber(width * static_cast<double>((day.first - from).count()), 2));
-      bar.text("width", showNumber(width * filled, 2));
-      bar.text("top", showNumber(100 - height, 1));
-      bar.text("height", showNumber(height, 1));
-      bar.text("day", dayText(day.first));
-      bar.text("sessions", std::to_string(day.second));
-      return bar;
-    });
-  }
-
   void addTraits(const Sessions& sessions, Places& places) const {
-    std::vector<std::pair<std::string_view, std::vector<TraitShare>>> told;
+    std::vector<Places> told;
     for (const TraitOfAll& ofAll : traits_) {
-      std::vector<TraitShare> shares = sharesOf(countTrait(ofAll.trait, sessions), ofAll.counts);
-      std::stable_sort(shares.begin(), shares.end(), [](const TraitShare& a, const TraitShare& b) {
-        return std::pair(a.isClear, a.sessions) > std::pair(b.isClear, b.sessions);
-      });
-      if (!shares.empty()) {
-        told.emplace_back(ofAll.title, std::move(shares));
+      if (std::vector<TraitShare> shares = sharesOf(ofAll.trait, sessions, ofAll.counts); !shares.empty()) {
+        told.push_back(traitPlaces(ofAll.title, std::move(shares)));
       }
     }
-    places.flag("hasTraits", !told.empty());
-    places.list("traits", std::move(told), [](const auto& trait) {
-      const std::vector<TraitShare>& shares = trait.second;
-      const std::size_t listed = std::min(shares.size(), namesListed);
-      Places part;
-      part.text("title", std::string(trait.first));
-      part.list("names", std::vector<TraitShare>(shares.begin(), shares.begin() + static_cast<std::ptrdiff_t>(listed)),
-                [](const TraitShare& share) {
-                  Places row;
-                  row.flag("clear", share.isClear);
-                  row.text("name", share.name);
-                  row.text("count", std::to_string(share.sessions));
-                  row.text("share", share.share);
-                  row.text("shareOfAll", share.shareOfAll);
-                  return row;
-                });
-      part.text("others", shares.size() > listed ? std::to_string(shares.size() - listed) : "");
-      return part;
-    });
+    places.add({"hasTraits", !told.empty()});
+    places.list("traits", told, std::identity());
   }
 
   const Sessions& all_;
@@ -168,20 +162,12 @@ void writeHtmlTriage(const std::vector<TriagedSession>& sessions, const TriagePa
   const std::vector<TriageGroup> groups = groupsOf(all);
   const std::size_t shown = page.top == 0 ? groups.size() : std::min(page.top, groups.size());
   const TriagePlaces triage(all);
-  const auto texts = [](std::string_view name) {
-    return [name](const std::string& text) {
-      Places place;
-      place.text(name, text);
-      return place;
-    };
-  };
   Places places = placesOf(options, {"Report.css hash", "Triage.css hash", "Triage.js hash"});
-  places.text("title", triageHeadline(all));
-  places.list("notes", page.notes, texts("note"));
-  places.list("groups", shown, [&](std::size_t i) { return triage.of(groups[i]); });
-  places.list("ended", ended.sessions.empty() ? 0 : 1, [&](std::size_t) { return triage.of(ended); });
-  places.text("more", moreGroups(groups.size() - shown));
-  places.list("inputs", page.inputs, texts("input"));
+  places.add({{"title", triageHeadline(all)}, {"more", moreGroups(groups.size() - shown)}});
+  places.list("notes", page.notes, placedAs("note"));
+  places.longList("groups", shown, [&](std::size_t i) { return triage.of(groups[i]); });
+  places.longList("ended", ended.sessions.empty() ? 0 : 1, [&](std::size_t) { return triage.of(ended); });
+  places.list("inputs", page.inputs, placedAs("input"));
   writePage("Triage.html", places, out);
 }
 

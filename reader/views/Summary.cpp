@@ -5,7 +5,9 @@
 #include <set>
 #include <string_view>
 
+#include "reader/judgement/Judgement.h"
 #include "reader/judgement/RecordGaps.h"
+#include "reader/views/Facts.h"
 #include "reader/views/JudgementJson.h"
 #include "reader/views/JudgementText.h"
 #include "reader/views/TextStyle.h"
@@ -13,13 +15,14 @@
 namespace sentiq {
 namespace {
 
-std::vector<std::string> gapsOf(const Session& session) {
-  std::vector<std::string> gaps;
-  for (const RecordGap& gap : recordGaps(session)) {
-    gaps.push_back(showDuration(gap.length) + " from " + showTime(gap.from.instant, gap.from.offset) +
-                   (gap.slept ? " (the machine slept)" : ""));
+// Never empty: what happened, then what went before, and others.
+std::vector<Statement> statementsOf(const Judgement& judgement) {
+  std::vector<Statement> statements{judgement.verdict};
+  for (const Before& before : judgement.before) {
+    statements.push_back({Severity::Warning, beforeText(before)});
   }
-  return gaps;
+  statements.insert(statements.end(), judgement.others.begin(), judgement.others.end());
+  return statements;
 }
 
 void addDamage(const LogFileInfo& file, std::vector<std::string>& problems) {
@@ -41,41 +44,34 @@ std::vector<std::string> damageOf(const LogSet& logs, const Session& session) {
   return problems;
 }
 
-class TextSummary {
- public:
-  TextSummary(bool colour, std::size_t width) : colour_(colour), width_(width) {}
-
-  void add(const Summary& summary) {
-    for (const Statement& statement : summary.statements) {
-      text += styled(statement.severity, wrapped(harmlessLine(statement.text), 0, width_), colour_) + '\n';
-    }
-    addList(changesTitle, summary.changes);
-    text += '\n';
-    for (const Fact& fact : summary.facts) {
-      constexpr std::size_t labelWidth = 26;
-      text += padded(fact.label, labelWidth) + wrapped(fact.text, labelWidth, width_) + '\n';
-    }
-    addList("Gaps of more than 15 s in the records", summary.gaps);
-    addList("The same logs again, taken once", summary.repeated);
-  }
-
-  void addList(std::string_view title, const std::vector<std::string>& items) {
-    if (items.empty()) {
-      return;
-    }
-    text.append("\n").append(title).append("\n");
-    for (const std::string& item : items) {
-      constexpr std::size_t indent = 2;
-      text.append(indent, ' ').append(wrapped(harmlessLine(item), indent, width_)).append("\n");
-    }
-  }
-
+std::string listText(std::string_view title, const std::vector<std::string>& items, std::size_t width) {
+  constexpr std::size_t indent = 2;
   std::string text;
+  for (const std::string& item : items) {
+    text.append(indent, ' ').append(wrapped(harmlessLine(item), indent, width)).append("\n");
+  }
+  return text.empty() ? text : '\n' + std::string(title) + '\n' + text;
+}
 
- private:
-  bool colour_;
-  std::size_t width_;
-};
+std::string sessionText(const Session& session, bool colour, std::size_t width) {
+  constexpr std::size_t labelWidth = 26;
+  const Judgement judgement = judge(session);
+  std::string text;
+  for (const Statement& statement : statementsOf(judgement)) {
+    text += styled(statement.severity, wrapped(harmlessLine(statement.text), 0, width), colour) + '\n';
+  }
+  std::vector<std::string> changes;
+  for (const Change& change : judgement.changes) {
+    changes.push_back(changeText(change));
+  }
+  text += isFailure(judgement.outcome) ? listText(changesTitle, changes, width) : "";
+  text += '\n';
+  for (const Fact& fact : factsOf(session, judgement)) {
+    text += padded(fact.label, labelWidth) + wrapped(fact.text, labelWidth, width) + '\n';
+  }
+  return text + listText("Gaps of more than 15 s in the records", gapsOf(session), width) +
+         listText("The same logs again, taken once", session.repeated, width);
+}
 
 }  // namespace
 
@@ -104,59 +100,41 @@ std::vector<std::string> problemsOf(const LogSet& logs) {
   return problems;
 }
 
-Summary summarize(const LogSet& logs, const Session& session) {
-  Summary summary;
-  summary.judgement = judge(session);
-  const Judgement& judgement = summary.judgement;
-  summary.statements = {judgement.verdict};
-  for (const Before& before : judgement.before) {
-    summary.statements.push_back({Severity::Warning, beforeText(before), before.entry});
+std::vector<std::string> gapsOf(const Session& session) {
+  std::vector<std::string> gaps;
+  for (const RecordGap& gap : recordGaps(session)) {
+    gaps.push_back(showDuration(gap.length) + " from " + showTime(gap.from.instant, gap.from.offset) +
+                   (gap.slept ? " (the machine slept)" : ""));
   }
-  summary.statements.insert(summary.statements.end(), judgement.others.begin(), judgement.others.end());
-  if (isFailure(judgement.outcome)) {
-    for (const Change& change : judgement.changes) {
-      summary.changes.push_back(changeText(change));
-    }
-  }
-  summary.facts = factsOf(session, judgement);
-  summary.gaps = gapsOf(session);
-  summary.repeated = session.repeated;
-  summary.problems = logs.sessions.size() > 1 ? damageOf(logs, session) : problemsOf(logs);
-  return summary;
+  return gaps;
 }
 
-std::string summaryJson(const Summary& summary) {
-  const Judgement& judgement = summary.judgement;
+std::string summaryJson(const LogSet& logs, const Session& session) {
+  const Judgement judgement = judge(session);
   nlohmann::ordered_json object{{"outcome", outcomeWord(judgement.outcome)},
                                 {"evidence", evidenceJson(judgement)},
                                 {"before", beforeJson(judgement)},
                                 {"changes", changesJson(judgement)}};
-  for (const Statement& statement : summary.statements) {
+  for (const Statement& statement : statementsOf(judgement)) {
     object["statements"].push_back({{"severity", severityName(statement.severity)}, {"text", statement.text}});
   }
-  for (const Fact& fact : summary.facts) {
+  for (const Fact& fact : factsOf(session, judgement)) {
     object[fact.key] = fact.value;
   }
-  object["gaps"] = summary.gaps;
-  object["repeated"] = summary.repeated;
-  object["problems"] = summary.problems;
+  object["gaps"] = gapsOf(session);
+  object["repeated"] = session.repeated;
+  object["problems"] = logs.sessions.size() > 1 ? damageOf(logs, session) : problemsOf(logs);
   return dumped(object);
 }
 
 std::string summaryText(const LogSet& logs, bool colour, std::size_t width) {
-  TextSummary summary(colour, width);
   const std::size_t count = logs.sessions.size();
-  if (count > 1) {
-    summary.text = std::to_string(count) + " sessions, the newest last\n";
-  }
+  std::string text = count > 1 ? std::to_string(count) + " sessions, the newest last\n" : "";
   for (std::size_t i = 0; i < count; ++i) {
-    if (count > 1) {
-      summary.text += "\nSession " + std::to_string(i + 1) + " of " + std::to_string(count) + '\n';
-    }
-    summary.add(summarize(logs, logs.sessions[i]));
+    text += count > 1 ? "\nSession " + std::to_string(i + 1) + " of " + std::to_string(count) + '\n' : "";
+    text += sessionText(logs.sessions[i], colour, width);
   }
-  summary.addList("Missing, damaged or left out", problemsOf(logs));
-  return summary.text;
+  return text + listText("Missing, damaged or left out", problemsOf(logs), width);
 }
 
 }  // namespace sentiq

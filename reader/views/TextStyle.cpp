@@ -66,10 +66,10 @@ std::string harmlessLine(std::string_view bytes) {
   return text;
 }
 
-std::string joined(const std::vector<std::string>& items) {
+std::string joined(const std::vector<std::string>& items, std::string_view separator) {
   std::string text;
   for (const std::string& item : items) {
-    text += (text.empty() ? "" : ", ") + harmlessLine(item);
+    text.append(text.empty() ? "" : separator).append(harmlessLine(item));
   }
   return text;
 }

@@ -13,8 +13,8 @@ namespace sentiq {
 /// In one line that steers no terminal: names of files may hold any bytes.
 std::string harmlessLine(std::string_view bytes);
 
-/// So, separated by commas.
-std::string joined(const std::vector<std::string>& items);
+/// Such lines in one.
+std::string joined(const std::vector<std::string>& items, std::string_view separator = ", ");
 
 /// Columns that UTF-8 text takes.
 std::size_t shownWidth(std::string_view text);

@@ -13,61 +13,53 @@ namespace {
 
 constexpr std::size_t detailIndent = 10;
 
-void append(std::string& text, const std::string& separator, const std::string& more) {
-  text += (text.empty() ? "" : separator) + more;
-}
-
-std::string versionsOf(const Sessions& group) {
+void addVersions(const Sessions& group, std::vector<std::string>& told) {
   constexpr std::size_t versionsShown = 4;
-  const std::map<std::string, std::size_t> versions = countTrait(versionTrait, group).sessions;
-  std::string text;
-  std::size_t shown = 0;
-  for (auto version = versions.rbegin(); version != versions.rend() && shown < versionsShown; ++version, ++shown) {
-    append(text, ", ", version->first);
+  const std::map<std::string, std::size_t> counts = countTrait(versionTrait, group).sessions;
+  std::vector<std::string> versions;  // The newest first.
+  for (auto version = counts.rbegin(); version != counts.rend() && versions.size() < versionsShown; ++version) {
+    versions.push_back(version->first);
   }
-  return text + (versions.size() > shown ? ", older ones" : "");
+  if (counts.size() > versions.size()) {
+    versions.emplace_back("older ones");
+  }
+  if (!versions.empty()) {
+    told.push_back("Canvix " + joined(versions));
+  }
 }
 
-// What the sessions of a group have in common; counted once of all sessions.
-class Details {
- public:
-  explicit Details(const Sessions& all)
-      : adapters_(countTrait(adapterTrait, all)), changes_(countTrait(changeTrait, all)) {}
-
-  std::vector<std::string> linesOf(const Sessions& group) const {
-    std::string line;
-    if (const std::string versions = versionsOf(group); !versions.empty()) {
-      line = "Canvix " + versions;
-    }
-    for (const TraitShare& adapter : distinctionsOf(countTrait(adapterTrait, group), adapters_)) {
-      append(line, "; ", sharesText(adapter));
-    }
-    const TraitCounts before = countTrait(beforeTrait, group);
-    const auto most = std::max_element(before.sessions.begin(), before.sessions.end(),
-                                       [](const auto& a, const auto& b) { return a.second < b.second; });
-    if (most != before.sessions.end()) {
-      append(line, "; ",
-             "before it: " + most->first + " (" + std::to_string(most->second) + " of " + std::to_string(group.size()) +
-                 ")");
-    }
-    std::vector<std::string> lines;
-    if (!line.empty()) {
-      lines.push_back(line);
-    }
-    for (const TraitShare& change : distinctionsOf(countTrait(changeTrait, group), changes_)) {
-      lines.push_back("changed before it: " + sharesText(change));
-    }
-    return lines;
+void addMostFrequentBefore(const Sessions& group, std::vector<std::string>& told) {
+  const std::map<std::string, std::size_t> counts = countTrait(beforeTrait, group).sessions;
+  const auto most =
+      std::max_element(counts.begin(), counts.end(), [](const auto& a, const auto& b) { return a.second < b.second; });
+  if (most != counts.end()) {
+    told.push_back("before it: " + most->first + " (" + std::to_string(most->second) + " of " +
+                   std::to_string(group.size()) + ")");
   }
+}
 
- private:
-  static std::string sharesText(const TraitShare& share) {
-    return share.name + ": " + share.share + " (of all " + share.shareOfAll + ")";
+void addClearShares(const Trait& trait, const Sessions& group, const TraitCounts& all, const std::string& what,
+                    std::vector<std::string>& told) {
+  for (const TraitShare& share : sharesOf(trait, group, all)) {
+    if (share.isClear) {
+      told.push_back(what + share.name + ": " + share.share + " (of all " + share.shareOfAll + ")");
+    }
   }
+}
 
-  TraitCounts adapters_;
-  TraitCounts changes_;
-};
+// What the sessions of a group have in common: most of it in one line.
+std::vector<std::string> detailsOf(const Sessions& group, const TraitCounts& adapters, const TraitCounts& changes) {
+  std::vector<std::string> common;
+  addVersions(group, common);
+  addClearShares(adapterTrait, group, adapters, "", common);
+  addMostFrequentBefore(group, common);
+  std::vector<std::string> lines;
+  if (!common.empty()) {
+    lines.push_back(joined(common, "; "));
+  }
+  addClearShares(changeTrait, group, changes, "changed before it: ", lines);
+  return lines;
+}
 
 std::string rowOf(const std::string& sessions, const std::string& share, const std::string& first,
                   const std::string& last, const std::string& what) {
@@ -93,7 +85,8 @@ std::string triageText(const std::vector<TriagedSession>& sessions, std::size_t 
     all.push_back(&session);
   }
   const std::vector<TriageGroup> groups = groupsOf(all);
-  const Details details(all);
+  const TraitCounts adapters = countTrait(adapterTrait, all);
+  const TraitCounts changes = countTrait(changeTrait, all);
   std::string text = wrapped(triageHeadline(all), 0, width) + '\n';
   const auto line = [&](const std::string& whole) { text += fitted(harmlessLine(whole), width) + '\n'; };
   if (!groups.empty()) {
@@ -106,7 +99,7 @@ std::string triageText(const std::vector<TriagedSession>& sessions, std::size_t 
     const auto& [signature, group] = groups[i];
     line(rowOf(std::to_string(group.size()), showShare(group.size(), all.size()), firstDay(group), lastDay(group),
                signature));
-    for (const std::string& detail : details.linesOf(group)) {
+    for (const std::string& detail : detailsOf(group, adapters, changes)) {
       line(indent + detail);
     }
     text += indent + group.back()->folder + '\n';  // Whole, to be copied.

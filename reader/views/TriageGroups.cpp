@@ -10,6 +10,7 @@
 
 #include "reader/events/CodeWords.h"
 #include "reader/views/JudgementText.h"
+#include "reader/views/TimeText.h"
 
 namespace sentiq {
 namespace {
@@ -60,6 +61,11 @@ std::set<std::string> versionsOf(const TriagedSession& session) {
   return failure && !failure->version.empty() ? std::set{failure->version} : std::set<std::string>{};
 }
 
+std::string dayOf(const TriagedSession& session) {
+  const SessionSpan& span = session.span;
+  return span.begin ? dateText(*span.begin, span.offset) : "";
+}
+
 }  // namespace
 
 const Trait adapterTrait{adaptersOf, /*alwaysTold=*/false};
@@ -96,24 +102,13 @@ std::string triageHeadline(const Sessions& all) {
   return text + (outcomes.empty() ? "" : ": ") + outcomesText(outcomes);
 }
 
-std::optional<std::chrono::sys_days> dayOf(const TriagedSession& session) {
-  const SessionSpan& span = session.span;
-  return span.begin ? std::optional(std::chrono::floor<std::chrono::days>(*span.begin + span.offset)) : std::nullopt;
-}
-
-std::string dayText(std::chrono::sys_days day) {
-  constexpr std::size_t dayLength = 10;
-  return showTime(day, {}).substr(0, dayLength);
-}
-
 std::string firstDay(const Sessions& group) {
   const auto dated = std::find_if(group.begin(), group.end(), [](const auto* session) { return session->span.begin; });
-  return dated != group.end() ? dayText(*dayOf(**dated)) : "";
+  return dated != group.end() ? dayOf(**dated) : "";
 }
 
 std::string lastDay(const Sessions& group) {
-  const auto day = group.empty() ? std::nullopt : dayOf(*group.back());
-  return day ? dayText(*day) : "";
+  return group.empty() ? "" : dayOf(*group.back());
 }
 
 std::vector<TriageGroup> groupsOf(const Sessions& all) {
@@ -149,21 +144,16 @@ TraitCounts countTrait(const Trait& trait, const Sessions& sessions) {
   return counts;
 }
 
-std::vector<TraitShare> sharesOf(const TraitCounts& group, const TraitCounts& all) {
+std::vector<TraitShare> sharesOf(const Trait& trait, const Sessions& sessions, const TraitCounts& all) {
   constexpr std::size_t fewSessions = 10;
   constexpr std::size_t clearly = 2;
+  const TraitCounts group = countTrait(trait, sessions);
   std::vector<TraitShare> shares;
   for (const auto& [name, count] : group.sessions) {
     const std::size_t countOfAll = all.sessions.at(name);
     const bool isClear = count >= fewSessions && count * all.telling >= clearly * countOfAll * group.telling;
     shares.push_back({name, count, showShare(count, group.telling), showShare(countOfAll, all.telling), isClear});
   }
-  return shares;
-}
-
-std::vector<TraitShare> distinctionsOf(const TraitCounts& group, const TraitCounts& all) {
-  std::vector<TraitShare> shares = sharesOf(group, all);
-  std::erase_if(shares, [](const TraitShare& share) { return !share.isClear; });
   return shares;
 }
 

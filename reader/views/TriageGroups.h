@@ -1,10 +1,8 @@
 // The groups of a triage, and what their sessions have in common more often than all.
 #pragma once
 
-#include <chrono>
 #include <cstddef>
 #include <map>
-#include <optional>
 #include <set>
 #include <string>
 #include <vector>
@@ -26,12 +24,6 @@ std::string signatureOf(const Judgement& judgement);
 
 /// "12 sessions from 2025-01-01 to 2025-01-11: 9 ended, 3 crashed"
 std::string triageHeadline(const Sessions& all);
-
-/// The local day that it began on; nothing when its logs do not tell.
-std::optional<std::chrono::sys_days> dayOf(const TriagedSession& session);
-
-/// 2025-01-31
-std::string dayText(std::chrono::sys_days day);
 
 /// Of the first session that has a day, and of the last one; empty when it has none.
 std::string firstDay(const Sessions& group);
@@ -69,10 +61,7 @@ struct TraitShare {
   // differences in one group or another.
   bool isClear;
 };
-std::vector<TraitShare> sharesOf(const TraitCounts& group, const TraitCounts& all);
-
-/// Those that are clear.
-std::vector<TraitShare> distinctionsOf(const TraitCounts& group, const TraitCounts& all);
+std::vector<TraitShare> sharesOf(const Trait& trait, const Sessions& group, const TraitCounts& all);
 
 /// "7.5 %"
 std::string showShare(std::size_t part, std::size_t whole);

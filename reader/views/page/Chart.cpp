@@ -2,9 +2,9 @@
 
 #include <algorithm>
 #include <chrono>
-#include <memory>
 #include <string_view>
 
+#include "reader/views/TimeText.h"
 #include "reader/views/page/ChartRecords.h"
 #include "reader/views/page/TimeAxis.h"
 #include "reader/views/page/ValueAxis.h"
@@ -14,14 +14,13 @@ namespace {
 
 using namespace std::chrono_literals;
 
-// What the drawings of a session have in common; kept as long as any of its places may be written.
+// What the drawings of a session have in common.
 struct Charts {
-  std::vector<ChartRecord> records;
-  std::vector<ChartMark> marks;
+  std::vector<PlacedRecord> records;
+  const std::vector<ChartMark>& marks;
   std::vector<Figure> figures;  // Of which there are values.
-  std::chrono::minutes offset{};
+  std::chrono::minutes offset;
 };
-using SharedCharts = std::shared_ptr<const Charts>;
 
 struct Range {
   std::string_view name;
@@ -33,7 +32,7 @@ struct Range {
 
 // What is known of one figure.
 struct Point {
-  const ChartRecord* record;
+  const PlacedRecord* record;
   double value;
   bool gap;  // Before it.
 };
@@ -41,7 +40,7 @@ struct Point {
 std::vector<Point> pointsOf(const Charts& charts, const Figure& figure, const Range& range) {
   std::vector<Point> points;
   bool gap = false;
-  for (const ChartRecord& record : charts.records) {
+  for (const PlacedRecord& record : charts.records) {
     if (record.time < range.first || record.time > range.last) {
       continue;
     }
@@ -68,62 +67,54 @@ std::string linePath(const std::vector<Point>& points, const ValueAxis& values, 
 }
 
 void addMarks(const Charts& charts, const TimeAxis& times, Places& places) {
-  std::vector<ChartMark> moments;
-  std::vector<ChartMark> spans;
-  for (const ChartMark& mark : charts.marks) {
-    if (mark.to >= times.first() && mark.from <= times.last()) {
-      (mark.from == mark.to ? moments : spans).push_back(mark);
-    }
-  }
-  const auto place = [times](const ChartMark& mark) {
-    Places drawn;
-    drawn.text("at", times.at(mark.from));
-    drawn.text("width", times.width(mark.from, mark.to));
-    drawn.text("name", mark.name);
-    drawn.text("severity", std::string(severityName(mark.severity)));
-    return drawn;
+  const auto place = [&](const ChartMark& mark) {
+    return Places{{"at", times.at(mark.from)},
+                  {"width", times.width(mark.from, mark.to)},
+                  {"name", mark.name},
+                  {"severity", severityName(mark.severity)}};
   };
-  places.list("spans", std::move(spans), place);
-  places.list("marks", std::move(moments), place);
+  places.list("spans", times.within(charts.marks, /*moments=*/false), place);
+  places.list("marks", times.within(charts.marks, /*moments=*/true), place);
 }
 
 // What is left of a total, or how charged the battery is.
 void addShare(const Figure& figure, const Point& last, const Point& extreme, const ValueAxis& values, Places& places) {
   constexpr double low = 10;
-  const std::optional<double> total = figure.total(*last.record->record);
-  const bool known = total && *total > 0;
-  const double lowest = known ? 100 * extreme.value / *total : 100;
-  places.text("total", known && figure.unit != "%" ? values.show(*total) : "");
-  places.text("share", known ? showNumber(100 * last.value / *total, 0) : "");
-  places.flag("isLow", known && lowest < low);
-  places.flag("notLow", known && lowest >= low);
+  const double total = figure.total(*last.record->record).value_or(0);
+  if (total <= 0) {
+    return;
+  }
+  const double lowest = 100 * extreme.value / total;
+  places.add({{"total", figure.unit != "%" ? values.show(total) : ""},
+              {"share", showNumber(100 * last.value / total, 0)},
+              {"isLow", lowest < low},
+              {"notLow", lowest >= low}});
 }
 
-Places figurePlaces(const SharedCharts& charts, const Figure& figure, const Range& range) {
-  Places places;
-  places.text("title", std::string(figure.title));
-  const std::vector<Point> points = pointsOf(*charts, figure, range);
+Places figurePlaces(const Charts& charts, const Figure& figure, const Range& range) {
+  Places places{{"title", figure.title}};
+  const std::vector<Point> points = pointsOf(charts, figure, range);
   if (points.empty()) {
     return places;
   }
   const auto [least, most] = std::minmax_element(points.begin(), points.end(),
                                                  [](const Point& a, const Point& b) { return a.value < b.value; });
   const ValueAxis values(figure.unit, least->value, most->value);
-  const TimeAxis times(range.first, range.last, charts->offset);
+  const TimeAxis times(range.first, range.last, charts.offset);
   const Point& extreme = figure.least ? *least : *most;
+  const LogTime& time = extreme.record->record->time;
   values.addPlaces(places);
   times.addTicks(places);
-  addMarks(*charts, times, places);
+  addMarks(charts, times, places);
   addShare(figure, points.back(), extreme, values, places);
-  places.text("first", values.show(points.front().value));
-  places.text("last", values.show(points.back().value));
-  places.text("lastNumber", values.number(points.back().value));
-  places.text("which", figure.least ? "lowest" : "highest");
-  places.text("extreme", values.show(extreme.value));
-  const LogTime& time = extreme.record->record->time;
-  places.text("extremeTime", secondText(time.instant, time.offset));
-  places.text("cut", values.cutAt());
-  places.text("path", linePath(points, values, times));
+  places.add({{"first", values.show(points.front().value)},
+              {"last", values.show(points.back().value)},
+              {"lastNumber", values.number(points.back().value)},
+              {"which", figure.least ? "lowest" : "highest"},
+              {"extreme", values.show(extreme.value)},
+              {"extremeTime", secondText(time.instant, time.offset)},
+              {"cut", values.cutAt()},
+              {"path", linePath(points, values, times)}});
   return places;
 }
 
@@ -131,29 +122,24 @@ std::string milliseconds(Instant time) {
   return std::to_string(std::chrono::floor<std::chrono::milliseconds>(time.time_since_epoch()).count());
 }
 
-Places rangePlaces(const SharedCharts& charts, const Range& range) {
-  Places places;
-  places.text("range", std::string(range.name));
-  places.text("rangeTitle", std::string(range.title));
-  places.flag("chosen", range.chosen);
-  places.text("from", milliseconds(range.first));
-  places.text("until", milliseconds(range.last));
-  places.list("figures", charts->figures,
-              [charts, range](const Figure& figure) { return figurePlaces(charts, figure, range); });
+Places rangePlaces(const Charts& charts, const Range& range) {
+  Places places{{"range", range.name},
+                {"rangeTitle", range.title},
+                {"chosen", range.chosen},
+                {"from", milliseconds(range.first)},
+                {"until", milliseconds(range.last)}};
+  places.list("figures", charts.figures, [&](const Figure& figure) { return figurePlaces(charts, figure, range); });
   return places;
 }
 
-Places recordPlaces(const SharedCharts& charts, const ChartRecord& placed) {
-  const LogTime& time = placed.record->time;
-  Places places;
-  places.text("at", milliseconds(placed.time));
-  places.text("date", dateText(time.instant, time.offset));
-  places.text("clock", secondText(time.instant, time.offset));
-  places.list("cells", charts->figures, [record = placed.record](const Figure& figure) {
-    const std::optional<double> value = figure.value(*record);
-    Places cell;
-    cell.text("value", value ? showNumber(*value, 0) : "");
-    return cell;
+Places recordPlaces(const Charts& charts, const PlacedRecord& record) {
+  const LogTime& time = record.record->time;
+  Places places{{"at", milliseconds(record.time)},
+                {"date", dateText(time.instant, time.offset)},
+                {"clock", secondText(time.instant, time.offset)}};
+  places.list("cells", charts.figures, [&](const Figure& figure) {
+    const std::optional<double> value = figure.value(*record.record);
+    return Places{{"value", value ? showNumber(*value, 0) : ""}};
   });
   return places;
 }
@@ -180,25 +166,20 @@ std::vector<Range> rangesOf(const PageSession& page, const Charts& charts) {
 }  // namespace
 
 void addCharts(const PageSession& page, const std::vector<ChartMark>& marks, Places& places) {
-  auto charts = std::make_shared<Charts>(Charts{chartRecords(page), marks, {}, page.offset});
+  Charts charts{chartRecords(page), marks, {}, page.offset};
   for (const Figure& figure : allFigures()) {
-    if (std::any_of(charts->records.begin(), charts->records.end(),
-                    [&](const ChartRecord& record) { return figure.value(*record.record).has_value(); })) {
-      charts->figures.push_back(figure);
+    if (std::any_of(charts.records.begin(), charts.records.end(),
+                    [&](const PlacedRecord& record) { return figure.value(*record.record).has_value(); })) {
+      charts.figures.push_back(figure);
     }
   }
-  const SharedCharts shared = charts;
-  std::vector<Range> ranges = charts->records.empty() ? std::vector<Range>() : rangesOf(page, *charts);
-  places.flag("choice", ranges.size() > 1);
-  places.flag("thinned", charts->records.size() < page.records.size());
-  places.list("ranges", std::move(ranges), [shared](const Range& range) { return rangePlaces(shared, range); });
-  places.list("columns", shared->figures, [](const Figure& figure) {
-    Places column;
-    column.text("column", std::string(figure.title) + ", " + std::string(figure.unit));
-    return column;
+  const std::vector<Range> ranges = charts.records.empty() ? std::vector<Range>() : rangesOf(page, charts);
+  places.add({{"choice", ranges.size() > 1}, {"thinned", charts.records.size() < page.records.size()}});
+  places.list("ranges", ranges, [&](const Range& range) { return rangePlaces(charts, range); });
+  places.list("columns", charts.figures, [](const Figure& figure) {
+    return Places{{"column", std::string(figure.title) + ", " + std::string(figure.unit)}};
   });
-  places.list("records", shared->records.size(),
-              [shared](std::size_t i) { return recordPlaces(shared, shared->records[i]); });
+  places.list("records", charts.records, [&](const PlacedRecord& record) { return recordPlaces(charts, record); });
 }
 
 }  // namespace sentiq

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "reader/views/page/PageSession.h"
+#include "reader/views/page/PageTemplate.h"
 
 namespace sentiq {
 

@@ -4,8 +4,6 @@
 #include <chrono>
 #include <iterator>
 
-#include "reader/judgement/RecordGaps.h"
-
 namespace sentiq {
 namespace {
 
@@ -29,13 +27,13 @@ constexpr Figure figures[] = {
     {"Threads of Canvix", "threads", false, [](const MetricSample& r) -> Value { return r.threads; }, nothing},
 };
 
-using Records = std::vector<ChartRecord>;
+using Records = std::vector<PlacedRecord>;
 
 // Those with the lowest and the highest values, first and last, in order.
 void addExtremes(Records::const_iterator from, Records::const_iterator to, Records& chosen) {
   std::vector<Records::const_iterator> kept{from, to - 1};
   for (const Figure& figure : figures) {
-    const auto [low, high] = std::minmax_element(from, to, [&](const ChartRecord& a, const ChartRecord& b) {
+    const auto [low, high] = std::minmax_element(from, to, [&](const PlacedRecord& a, const PlacedRecord& b) {
       return figure.value(*a.record) < figure.value(*b.record);
     });
     kept.insert(kept.end(), {low, high});
@@ -53,20 +51,16 @@ std::span<const Figure> allFigures() {
   return figures;
 }
 
-std::vector<ChartRecord> chartRecords(const PageSession& page) {
-  Records all;
-  for (const auto& [record, time] : page.records) {
-    const bool gap = !all.empty() && time - all.back().time > longestRecordInterval;
-    all.push_back({record, std::max(time, all.empty() ? time : all.back().time), gap});
-  }
+std::vector<PlacedRecord> chartRecords(const PageSession& page) {
+  const Records& all = page.records;
   const Instant closer = page.end.value_or(Instant::max()) - whole;
   const auto wholeFrom =
-      std::find_if(all.begin(), all.end(), [closer](const ChartRecord& record) { return record.time >= closer; });
+      std::find_if(all.begin(), all.end(), [closer](const PlacedRecord& record) { return record.time >= closer; });
   Records chosen;
-  for (auto from = all.cbegin(); from != wholeFrom;) {
+  for (auto from = all.begin(); from != wholeFrom;) {
     const Instant until = from->time + (closer - all.front().time) / parts;
-    const auto next = std::find_if(from + 1, Records::const_iterator(wholeFrom),
-                                   [until](const ChartRecord& record) { return record.gap || record.time > until; });
+    const auto next = std::find_if(from + 1, wholeFrom,
+                                   [until](const PlacedRecord& record) { return record.gap || record.time > until; });
     addExtremes(from, next, chosen);
     from = next;
   }

@@ -20,14 +20,8 @@ struct Figure {
 
 std::span<const Figure> allFigures();
 
-struct ChartRecord {
-  const MetricSample* record;
-  Instant time;      // As placed.
-  bool gap = false;  // Records miss between the one before and this.
-};
-
 /// All of the last half hour before the end, and of the time before it those at which a figure is at its lowest or
 /// highest within a sixtieth of that time: a record is left out, but never shown with another one's value or time.
-std::vector<ChartRecord> chartRecords(const PageSession& page);
+std::vector<PlacedRecord> chartRecords(const PageSession& page);
 
 }  // namespace sentiq

@@ -1,20 +1,23 @@
 #include "reader/views/page/EntryTable.h"
 
-#include <memory>
+#include <optional>
 #include <string_view>
 #include <unordered_map>
+#include <utility>
+#include <vector>
 
 #include "reader/input/TextHash.h"
+#include "reader/views/TimeText.h"
 
 namespace sentiq {
 namespace {
 
-// The rows of one table, newest first. An event that says the same as a newer one, at another time, refers to that.
-struct Rows {
-  const PageSession& page;
-  std::vector<std::size_t> entries;
-  std::unordered_map<std::size_t, std::size_t> models;  // From an entry to the newer one.
+// An event that says the same as a newer one, at another time, refers to that.
+struct Row {
+  std::size_t entry;
+  std::optional<std::size_t> model;  // The entry that is the newer one.
 };
+using Rows = std::vector<Row>;  // Of one table, newest first.
 
 std::vector<NamedValue> fieldsOf(const PageSession& page, const LogEntry& entry) {
   if (!entry.event) {
@@ -75,40 +78,38 @@ void addBody(const PageSession& page, const LogEntry& entry, Places& row) {
     const EventRecord& event = page.session.eventOf(entry);
     provider = std::string(event.provider()) + ' ' + std::to_string(event.id);
   }
-  row.text("source", sourceOf(page.session, entry));
-  row.text("provider", std::move(provider));
-  const std::vector<NamedValue> fields = fieldsOf(page, entry);
-  const bool told = isToldByFields(entry);
-  row.text("words", told ? fieldLines(fields) : wordsOf(page.session, entry));
-  row.list("fields", told ? std::vector<NamedValue>() : fields,
-           [unnamed = std::make_shared<std::size_t>(0)](const NamedValue& field) {
-             Places place;
-             place.text("name", nameOf(field, *unnamed));
-             place.text("value", std::string(field.value));
-             return place;
-           });
+  std::vector<NamedValue> fields = fieldsOf(page, entry);
+  row.add({"source", sourceOf(page.session, entry)});
+  row.add({"provider", std::move(provider)});
+  if (isToldByFields(entry)) {
+    row.add({"words", fieldLines(fields)});
+    fields.clear();
+  } else {
+    row.add({"words", wordsOf(page.session, entry)});
+  }
+  std::size_t unnamed = 0;
+  row.list("fields", fields,
+           [&](const NamedValue& field) { return Places{{"name", nameOf(field, unnamed)}, {"value", field.value}}; });
 }
 
-Places rowPlaces(const Rows& rows, std::size_t i) {
-  const PageSession& page = rows.page;
-  const std::size_t index = rows.entries[i];
-  const LogEntry& entry = page.session.entries[index];
+Places rowPlaces(const PageSession& page, const Rows& rows, std::size_t i) {
+  const auto& [index, model] = rows[i];
+  const std::vector<LogEntry>& entries = page.session.entries;
+  const LogEntry& entry = entries[index];
   const std::string day = dayOf(entry);
-  Places row;
-  row.text("row", page.rowName(index));
-  row.text("day", i == 0 || dayOf(page.session.entries[rows.entries[i - 1]]) != day ? day : "");
-  row.text("clock", clockOf(entry));
-  row.text("fromEnd", entry.time ? page.fromEnd(*entry.time) : "");
-  row.text("severity", std::string(severityName(entry.severity)));
-  row.flag("own", entry.meaning != Meaning::Other);
-  row.text("record", entry.event ? std::to_string(page.session.eventOf(entry).recordId) : "");
-  row.text("file", std::to_string(entry.file + 1));
-  row.text("line", std::to_string(entry.line));
-  if (const auto model = rows.models.find(index); model != rows.models.end()) {
-    row.text("model", page.rowName(model->second));
-    row.text("modelTime", clockOf(page.session.entries[model->second]));
+  Places row{{"row", page.rowName(index)},
+             {"day", i == 0 || dayOf(entries[rows[i - 1].entry]) != day ? day : ""},
+             {"clock", clockOf(entry)},
+             {"fromEnd", entry.time ? page.fromEnd(*entry.time) : ""},
+             {"severity", severityName(entry.severity)},
+             {"own", entry.meaning != Meaning::Other},
+             {"record", entry.event ? std::to_string(page.session.eventOf(entry).recordId) : ""},
+             {"file", std::to_string(entry.file + 1)},
+             {"line", std::to_string(entry.line)},
+             {"model", page.rowName(model)}};
+  if (model) {
+    row.add({"modelTime", clockOf(entries[*model])});
   } else {
-    row.text("model", "");
     addBody(page, entry, row);
   }
   return row;
@@ -117,28 +118,28 @@ Places rowPlaces(const Rows& rows, std::size_t i) {
 }  // namespace
 
 void addEntries(const PageSession& page, Places& places) {
-  const auto during = std::make_shared<Rows>(Rows{page, {}, {}});
-  const auto before = std::make_shared<Rows>(Rows{page, {}, {}});
+  Rows during;
+  Rows before;
   std::unordered_map<std::uint64_t, std::size_t> newest;  // Entries by hash.
   for (std::size_t i = page.session.entries.size(); i-- > 0;) {
     const LogEntry& entry = page.session.entries[i];
     if (entry.metric) {
       continue;
     }
-    Rows& rows = entry.time && page.begin && *entry.time < *page.begin ? *before : *during;
-    rows.entries.push_back(i);
+    Row row{i, {}};
     if (entry.event) {
       const auto [known, isNew] = newest.try_emplace(hashOf(page, entry), i);
-      if (!isNew) {
-        rows.models.emplace(i, known->second);
-      }
+      row.model = isNew ? std::nullopt : std::optional(known->second);
     }
+    (entry.time && page.begin && *entry.time < *page.begin ? before : during).push_back(row);
   }
-  places.text("offset", showOffset(page.offset));
-  places.text("olderCount", before->entries.empty() ? "" : std::to_string(before->entries.size()));
-  for (const auto& [name, rows] : {std::pair{"rows", during}, {"olderRows", before}}) {
-    places.list(name, rows->entries.size(), [shared = rows](std::size_t i) { return rowPlaces(*shared, i); });
-  }
+  places.add({{"offset", showOffset(page.offset)}, {"olderCount", countOrNothing(before.size())}});
+  const auto addRows = [&](std::string_view name, Rows& rows) {
+    const std::size_t count = rows.size();
+    places.longList(name, count, [&page, kept = std::move(rows)](std::size_t i) { return rowPlaces(page, kept, i); });
+  };
+  addRows("rows", during);
+  addRows("olderRows", before);
 }
 
 }  // namespace sentiq

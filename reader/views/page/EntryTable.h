@@ -2,6 +2,7 @@
 #pragma once
 
 #include "reader/views/page/PageSession.h"
+#include "reader/views/page/PageTemplate.h"
 
 namespace sentiq {
 

@@ -1,18 +1,18 @@
 #include "reader/views/page/PageOptions.h"
 
 #include "logging/LogEncoding.h"
+#include "reader/views/TimeText.h"
 #include "reader/views/page/PageAssets.h"
 
 namespace sentiq {
 
 Places placesOf(const PageOptions& options, std::initializer_list<std::string_view> allowed) {
-  Places places;
+  Places places{{"made", minuteText(options.made, options.offset) + ' ' + showOffset(options.offset)},
+                {"program", options.program},
+                {"redacted", options.redacted}};
   for (const std::string_view name : allowed) {
-    places.text(name, base64Encode(pageAsset(name)));
+    places.add({name, base64Encode(pageAsset(name))});
   }
-  places.text("made", showTime(options.made, options.offset).substr(0, 16) + ' ' + showOffset(options.offset));
-  places.text("program", options.program);
-  places.flag("redacted", options.redacted);
   return places;
 }
 

@@ -19,6 +19,11 @@ std::vector<PlacedRecord> placedRecords(const Session& session) {
     jumps += i > 0 ? clockJump(session.metrics[i - 1], record) : Ticks{};
   }
   std::reverse(placed.begin(), placed.end());
+  for (std::size_t i = 1; i < placed.size(); ++i) {
+    const Instant before = placed[i - 1].time;
+    placed[i].gap = placed[i].time - before > longestRecordInterval;
+    placed[i].time = std::max(placed[i].time, before);
+  }
   return placed;
 }
 
@@ -35,17 +40,15 @@ std::optional<Instant> endOf(const Session& session, const SessionSpan& span, co
 
 }  // namespace
 
-PageSession pageSession(const LogSet& logs, const Session& session, std::string prefix) {
+PageSession pageSession(const Session& session, std::string prefix) {
   const SessionSpan span = sessionSpan(session);
-  PageSession page{
-      logs, session, std::move(prefix), summarize(logs, session), sleepsOf(session), placedRecords(session)};
-  page.offset = span.offset;
-  page.begin = span.begin;
+  PageSession page{session,     std::move(prefix), judge(session), sleepsOf(session), placedRecords(session),
+                   span.offset, span.begin};
   if (!page.records.empty()) {
     const PlacedRecord& first = page.records.front();
     page.begin = first.time - first.record->ran.value_or(Ticks{});
   }
-  page.end = endOf(session, span, page.judgement());
+  page.end = endOf(session, span, page.judgement);
   page.last = span.end && page.end ? std::max(*span.end, *page.end) : span.end;
   if (page.begin && page.end) {
     page.begin = std::min(*page.begin, *page.end);
@@ -66,18 +69,6 @@ std::string PageSession::fromEnd(Instant time) const {
     return "at the end";
   }
   return before > 0s ? showDuration(before) + " before" : showDuration(-before) + " after";
-}
-
-std::string clockText(Instant time, std::chrono::minutes offset) {
-  return showTime(time, offset).substr(11);
-}
-
-std::string secondText(Instant time, std::chrono::minutes offset) {
-  return showTime(time, offset).substr(11, 8);
-}
-
-std::string dateText(Instant time, std::chrono::minutes offset) {
-  return showTime(time, offset).substr(0, 10);
 }
 
 }  // namespace sentiq

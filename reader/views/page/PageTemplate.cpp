@@ -4,13 +4,13 @@
 #include <cstdint>
 #include <ostream>
 
-#include "reader/views/page/HtmlText.h"
+#include "reader/input/CleanText.h"
 #include "reader/views/page/PageAssets.h"
 
 namespace sentiq {
 namespace {
 
-enum class Kind : std::uint8_t { Literal, Text, Asset, Each, None };
+enum class Kind : std::uint8_t { Literal, Text, Each, None };
 
 struct Node {
   Kind kind;
@@ -29,14 +29,14 @@ std::vector<Node> parse(std::string_view source, std::size_t& at) {
       break;
     }
     const char sign = source[open + 2];
-    const bool named = sign == '#' || sign == '^' || sign == '/' || sign == '>' || sign == '{';
-    const std::size_t begin = open + (named ? 3 : 2);
+    const bool isSection = sign == '#' || sign == '^' || sign == '/' || sign == '>';
+    const std::size_t begin = open + (isSection || sign == '{' ? 3 : 2);
     const std::size_t close = source.find("}}", begin);
     const std::string_view name = source.substr(begin, close - begin);
     at = close + (sign == '{' ? 3 : 2);
     // A line that holds such a sign alone leaves nothing behind.
     const bool beginsLine = open == 0 || source[open - 1] == '\n';
-    if (named && sign != '{' && beginsLine && source.substr(at).starts_with('\n')) {
+    if (isSection && beginsLine && source.substr(at).starts_with('\n')) {
       ++at;
     }
     if (sign == '/') {
@@ -46,30 +46,39 @@ std::vector<Node> parse(std::string_view source, std::size_t& at) {
       std::size_t begins = 0;
       std::vector<Node> part = parse(pageAsset(name), begins);
       nodes.insert(nodes.end(), part.begin(), part.end());
-    } else if (sign == '#' || sign == '^') {
+    } else if (isSection) {
       nodes.push_back({sign == '#' ? Kind::Each : Kind::None, name, parse(source, at)});
+    } else if (sign == '{') {
+      nodes.push_back({Kind::Literal, pageAsset(name)});
     } else {
-      nodes.push_back({sign == '{' ? Kind::Asset : Kind::Text, name});
+      nodes.push_back({Kind::Text, name});
     }
   }
   return nodes;
 }
 
-template <class Entries>
-auto* found(const Entries& entries, std::string_view name) {
-  const auto entry = std::find_if(entries.begin(), entries.end(), [name](const auto& e) { return e.first == name; });
-  return entry == entries.end() ? nullptr : &entry->second;
+// Any bytes, made clean and safe in elements and in quoted attributes.
+std::string htmlText(std::string_view bytes) {
+  constexpr std::string_view signs = "&<>\"'";
+  constexpr std::string_view escapes[] = {"&amp;", "&lt;", "&gt;", "&quot;", "&#39;"};
+  std::string html;
+  for (const char c : cleanText(bytes)) {
+    if (const std::size_t sign = signs.find(c); sign == std::string_view::npos) {
+      html += c;
+    } else {
+      html += escapes[sign];
+    }
+  }
+  return html;
+}
+
+template <class Entry>
+const Entry* named(const std::vector<Entry>& entries, std::string_view name) {
+  const auto entry = std::find_if(entries.begin(), entries.end(), [name](const Entry& e) { return e.name == name; });
+  return entry == entries.end() ? nullptr : &*entry;
 }
 
 }  // namespace
-
-void Places::text(std::string_view name, std::string text) {
-  texts_.emplace_back(name, std::move(text));
-}
-
-void Places::list(std::string_view name, std::size_t count, Item item) {
-  lists_.emplace_back(name, List{count, std::move(item)});
-}
 
 class PageWriter {
  public:
@@ -82,48 +91,33 @@ class PageWriter {
   }
 
  private:
-  struct Value {
-    const std::string* text = nullptr;
-    const Places::List* list = nullptr;
-  };
-
-  Value valueOf(std::string_view name) const {
-    for (std::size_t i = around_.size(); i-- > 0;) {
-      const Value value{found(around_[i]->texts_, name), found(around_[i]->lists_, name)};
-      if (value.text != nullptr || value.list != nullptr) {
-        return value;
-      }
-    }
-    return {};
-  }
-
   void write(const std::vector<Node>& nodes) {
     for (const Node& node : nodes) {
       if (node.kind == Kind::Literal) {
         out_ << node.text;
-      } else if (node.kind == Kind::Asset) {
-        out_ << pageAsset(node.text);
       } else {
-        writeValue(node, valueOf(node.text));
+        writeNamed(node);
       }
     }
   }
 
-  void writeValue(const Node& node, const Value& value) {
-    const std::size_t count = value.list != nullptr                           ? value.list->count
-                              : value.text != nullptr && !value.text->empty() ? 1
-                                                                              : 0;
+  void writeNamed(const Node& node) {
+    const PlacedText* text = nullptr;
+    const Places::List* list = nullptr;
+    for (std::size_t i = around_.size(); i-- > 0 && text == nullptr && list == nullptr;) {
+      text = named(around_[i]->texts_, node.text);
+      list = named(around_[i]->lists_, node.text);
+    }
+    const bool isEmpty = list != nullptr ? list->count == 0 : text == nullptr || text->text.empty();
     if (node.kind == Kind::Text) {
-      out_ << (value.text != nullptr ? htmlText(*value.text) : "");
-    } else if (node.kind == Kind::None) {
-      if (count == 0) {
+      out_ << (text != nullptr ? htmlText(text->text) : "");
+    } else if (node.kind == Kind::None || list == nullptr) {
+      if (isEmpty == (node.kind == Kind::None)) {
         write(node.inside);
       }
-    } else if (value.list == nullptr && count > 0) {
-      write(node.inside);
     } else {
-      for (std::size_t i = 0; i < count; ++i) {
-        write(node.inside, value.list->item(i));
+      for (std::size_t i = 0; i < list->count; ++i) {
+        write(node.inside, list->item(i));
       }
     }
   }
@@ -135,6 +129,10 @@ class PageWriter {
 void writePage(std::string_view name, const Places& places, std::ostream& out) {
   std::size_t begins = 0;
   PageWriter(out).write(parse(pageAsset(name), begins), places);
+}
+
+std::string countOrNothing(std::size_t count) {
+  return count == 0 ? "" : std::to_string(count);
 }
 
 }  // namespace sentiq

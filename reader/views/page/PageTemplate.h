@@ -9,7 +9,9 @@
 
 #include <cstddef>
 #include <functional>
+#include <initializer_list>
 #include <iosfwd>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -17,36 +19,62 @@
 
 namespace sentiq {
 
-/// What stands in the places. Names have to outlive it: they are literals.
+/// A text with its name, which has to outlive it: it is a literal.
+struct PlacedText {
+  PlacedText(std::string_view place, std::string words) : name(place), text(std::move(words)) {}
+  PlacedText(std::string_view place, std::string_view words) : name(place), text(words) {}
+  PlacedText(std::string_view place, const char* words) : name(place), text(words) {}
+  PlacedText(std::string_view place, bool set) : name(place), text(set ? "yes" : "") {}
+
+  std::string_view name;
+  std::string text;
+};
+
+/// What stands in the places. Names of lists, too, have to outlive it.
 class Places {
  public:
-  using Item = std::function<Places(std::size_t)>;
+  Places(std::initializer_list<PlacedText> texts = {}) : texts_(texts) {}
 
-  void text(std::string_view name, std::string text);
-  void flag(std::string_view name, bool set) { text(name, set ? "yes" : ""); }
+  void add(PlacedText text) { texts_.push_back(std::move(text)); }
+  void add(std::initializer_list<PlacedText> texts) { texts_.insert(texts_.end(), texts); }
 
   /// @param item makes one of the items, when it is written and not before: a page may have 100,000 rows.
-  void list(std::string_view name, std::size_t count, Item item);
+  void longList(std::string_view name, std::size_t count, std::function<Places(std::size_t)> item) {
+    lists_.push_back({name, count, std::move(item)});
+  }
 
-  template <class T, class Make>
-  void list(std::string_view name, std::vector<T> items, Make make) {
-    const std::size_t count = items.size();
-    list(name, count, [items = std::move(items), make](std::size_t i) { return make(items[i]); });
+  /// @param make makes the places of an item, at once.
+  template <class Items, class Make>
+  void list(std::string_view name, const Items& items, const Make& make) {
+    const auto made = std::make_shared<std::vector<Places>>();
+    for (const auto& item : items) {
+      made->push_back(make(item));
+    }
+    longList(name, made->size(), [made](std::size_t i) { return (*made)[i]; });
   }
 
  private:
   friend class PageWriter;
 
   struct List {
+    std::string_view name;
     std::size_t count;
-    Item item;
+    std::function<Places(std::size_t)> item;
   };
-  std::vector<std::pair<std::string_view, std::string>> texts_;
-  std::vector<std::pair<std::string_view, List>> lists_;
+  std::vector<PlacedText> texts_;
+  std::vector<List> lists_;
 };
 
+/// For lists of texts: each stands in the place of that name.
+inline auto placedAs(std::string_view name) {
+  return [name](const std::string& text) { return Places{{name, text}}; };
+}
+
+/// Empty for none, so that what tells of them is left out.
+std::string countOrNothing(std::size_t count);
+
 /// Writes the template of that name (see PageAssets.h) with its places filled. All text of logs that reaches a page
-/// goes through here, and so through htmlText().
+/// goes through here, and is made clean and safe in elements and in quoted attributes.
 void writePage(std::string_view name, const Places& places, std::ostream& out);
 
 }  // namespace sentiq

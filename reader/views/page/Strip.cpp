@@ -1,8 +1,10 @@
 #include "reader/views/page/Strip.h"
 
 #include <algorithm>
-#include <memory>
+#include <span>
+#include <utility>
 
+#include "reader/views/TimeText.h"
 #include "reader/views/page/TimeAxis.h"
 
 namespace sentiq {
@@ -12,40 +14,23 @@ constexpr std::size_t mostItems = 40;
 
 // One thing for each line of the strip, and what its drawing needs.
 Places itemPlaces(const PageSession& page, const TimeAxis& axis, const StripItem& item) {
-  Places places;
-  places.text("time", secondText(item.time, page.offset));
-  places.text("fromEnd", item.entry ? page.fromEnd(item.time) : "");
-  places.text("text", item.text);
-  places.text("times", item.spans.size() > 1 && item.entry ? std::to_string(item.spans.size()) : "");
-  places.text("severity", std::string(severityName(item.severity)));
-  places.text("row", page.rowName(item.entry));
-  std::vector<std::pair<Instant, Instant>> moments;
-  std::vector<std::pair<Instant, Instant>> lengths;
-  for (const auto& span : item.spans) {
-    if (span.second >= axis.first() && span.first <= axis.last()) {
-      (span.first == span.second ? moments : lengths).push_back(span);
-    }
-  }
-  const auto drawn = [axis](const std::pair<Instant, Instant>& span) {
-    Places place;
-    place.text("at", axis.at(span.first));
-    place.text("width", axis.width(span.first, span.second));
-    return place;
+  Places places{{"time", secondText(item.time, page.offset)},
+                {"fromEnd", item.entry ? page.fromEnd(item.time) : ""},
+                {"text", item.text},
+                {"times", item.spans.size() > 1 && item.entry ? std::to_string(item.spans.size()) : ""},
+                {"severity", severityName(item.severity)},
+                {"row", page.rowName(item.entry)}};
+  const auto drawn = [&](const TimeRange& span) {
+    return Places{{"at", axis.at(span.from)}, {"width", axis.width(span.from, span.to)}};
   };
-  places.list("moments", std::move(moments), drawn);
-  places.list("lengths", std::move(lengths), drawn);
+  places.list("moments", axis.within(item.spans, /*moments=*/true), drawn);
+  places.list("lengths", axis.within(item.spans, /*moments=*/false), drawn);
   // Entries of 200 equal events are in the table.
   constexpr std::size_t mostTold = 12;
-  std::vector<std::pair<Instant, std::size_t>> told = item.told;
-  told.erase(told.begin(), told.end() - static_cast<std::ptrdiff_t>(std::min(told.size(), mostTold)));
-  if (told.size() == 1) {
-    told.clear();
-  }
-  places.list("told", std::move(told), [&page](const std::pair<Instant, std::size_t>& entry) {
-    Places link;
-    link.text("time", clockText(entry.first, page.offset));
-    link.text("row", page.rowName(entry.second));
-    return link;
+  const std::span told(item.told);
+  const std::size_t count = told.size() == 1 ? 0 : std::min(told.size(), mostTold);
+  places.list("told", told.last(count), [&](const std::pair<Instant, std::size_t>& entry) {
+    return Places{{"time", clockText(entry.first, page.offset)}, {"row", page.rowName(entry.second)}};
   });
   return places;
 }
@@ -69,19 +54,19 @@ std::string unrelatedText(const std::vector<StripItem>& items) {
 
 void addStrip(const PageSession& page, const StripItems& strip, Places& places) {
   const TimeAxis axis(strip.first, strip.last, page.offset);
-  const auto place = [&page, axis](const StripItem& item) { return itemPlaces(page, axis, item); };
+  const auto place = [&](const StripItem& item) { return itemPlaces(page, axis, item); };
   const auto newest = [](std::vector<StripItem> items) {
     std::reverse(items.begin(), items.end());
     items.resize(std::min(items.size(), mostItems));
     return items;
   };
-  places.flag("strip", true);
-  places.flag("whole", strip.whole);
-  places.text("endAt", axis.at(*page.end));
+  places.add({{"strip", true},
+              {"whole", strip.whole},
+              {"endAt", axis.at(*page.end)},
+              {"leftOut", countOrNothing(strip.items.size() - std::min(strip.items.size(), mostItems))},
+              {"unrelatedText", strip.unrelated.empty() ? "" : unrelatedText(strip.unrelated)}});
   axis.addTicks(places);
   places.list("items", newest(strip.items), place);
-  places.text("leftOut", strip.items.size() > mostItems ? std::to_string(strip.items.size() - mostItems) : "");
-  places.text("unrelatedText", strip.unrelated.empty() ? "" : unrelatedText(strip.unrelated));
   places.list("unrelated", newest(strip.unrelated), place);
 }
 
@@ -102,7 +87,7 @@ std::vector<ChartMark> marksOf(const PageSession& page, const StripItems& strip)
   }
   constexpr std::size_t most = 60;
   marks.insert(marks.end(), moments.end() - static_cast<std::ptrdiff_t>(std::min(moments.size(), most)), moments.end());
-  marks.push_back({*page.end, *page.end, page.judgement().verdict.text, Severity::Error});
+  marks.push_back({*page.end, *page.end, page.judgement.verdict.text, Severity::Error});
   return marks;
 }
 

@@ -5,7 +5,6 @@
 #include <unordered_map>
 
 #include "reader/events/EventFacts.h"
-#include "reader/judgement/RecordGaps.h"
 
 namespace sentiq {
 namespace {
@@ -15,11 +14,11 @@ constexpr std::chrono::minutes shownAfter{3};
 
 StripItem recordsOf(const PageSession& page) {
   StripItem item{page.records.front().time, "Ten-second records (" + std::to_string(page.records.size()) + ")"};
-  for (const auto& [record, time] : page.records) {
-    if (item.spans.empty() || time - item.spans.back().second > longestRecordInterval) {
-      item.spans.emplace_back(time, time);
+  for (const PlacedRecord& record : page.records) {
+    if (item.spans.empty() || record.gap) {
+      item.spans.push_back({record.time, record.time});
     }
-    item.spans.back().second = std::max(time, item.spans.back().second);
+    item.spans.back().to = record.time;
   }
   return item;
 }
@@ -51,7 +50,7 @@ void addSleeps(const PageSession& page, StripItems& strip) {
 
 // The end itself, with all that tells of it.
 void addEnd(const PageSession& page, StripItems& strip) {
-  const Judgement& judgement = page.judgement();
+  const Judgement& judgement = page.judgement;
   if (!judgement.time || judgement.evidence.entries.empty()) {
     return;
   }
@@ -100,8 +99,8 @@ std::string momentKey(const Session& session, const LogEntry& entry, const std::
 
 void addMoments(const PageSession& page, StripItems& strip) {
   const Session& session = page.session;
-  const std::vector<std::size_t>& evidence = page.judgement().evidence.entries;
-  const bool fell = page.judgement().back || page.judgement().evidence.fall;
+  const std::vector<std::size_t>& evidence = page.judgement.evidence.entries;
+  const bool fell = page.judgement.back || page.judgement.evidence.fall;
   std::unordered_map<std::string, std::size_t> known;  // Index into the moments.
   std::vector<StripItem> moments;
   std::vector<bool> related;
@@ -121,7 +120,7 @@ void addMoments(const PageSession& page, StripItems& strip) {
     StripItem& moment = moments[place->second];
     moment.told.emplace_back(*entry.time, i);
     if (entry.meaning != Meaning::Exit || isNew) {
-      moment.spans.emplace_back(*entry.time, *entry.time);
+      moment.spans.push_back({*entry.time, *entry.time});
     }
   }
   for (std::size_t i = 0; i < moments.size(); ++i) {
@@ -137,8 +136,8 @@ std::optional<StripItems> stripItems(const PageSession& page) {
   }
   StripItems strip{std::max(*page.begin, Instant(*page.end - shownBefore)), *page.end};
   strip.whole = strip.first == *page.begin;
-  strip.last = std::min(std::max({*page.last, *page.end, page.judgement().back.value_or(*page.end)}),
-                        Instant(std::max(*page.end, page.judgement().back.value_or(*page.end)) + shownAfter));
+  strip.last = std::min(std::max({*page.last, *page.end, page.judgement.back.value_or(*page.end)}),
+                        Instant(std::max(*page.end, page.judgement.back.value_or(*page.end)) + shownAfter));
   constexpr std::chrono::minutes longestFall{30};
   strip.last = std::min(strip.last, Instant(*page.end + longestFall));
   strip.items.push_back({*page.begin,

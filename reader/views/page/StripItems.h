@@ -16,7 +16,7 @@ struct StripItem {
   std::string text;
   Severity severity = Severity::Info;
   std::optional<std::size_t> entry{};                   // That tells most of it.
-  std::vector<std::pair<Instant, Instant>> spans{};     // A moment where both are one.
+  std::vector<TimeRange> spans{};                       // A moment where both are one.
   std::vector<std::pair<Instant, std::size_t>> told{};  // Every entry that tells of it.
 };
 

@@ -1,9 +1,6 @@
 #include "reader/views/page/TimeAxis.h"
 
-#include <algorithm>
 #include <cmath>
-#include <iterator>
-#include <vector>
 
 namespace sentiq {
 namespace {
@@ -42,16 +39,18 @@ void TimeAxis::addTicks(Places& places) const {
   for (Instant time = first_ + (step_ - local % step_) % step_; time <= last_; time += step_) {
     rounds.push_back(time);
   }
-  places.list("ticks", rounds.size(), [rounds, axis = *this](std::size_t i) {
+  bool spare = true;
+  places.list("ticks", rounds, [&](Instant time) {
     constexpr double edge = 4;  // Percent: nearer to it, the text would stand beyond.
-    const double percent = axis.percent(rounds[i]);
-    const std::string text = showTime(rounds[i], axis.offset_);
-    Places tick;
-    tick.text("at", showNumber(percent, 2));
-    tick.text("anchor", percent < edge ? "start" : percent > 100 - edge ? "end" : "middle");
-    tick.text("time", axis.step_ >= 24h ? text.substr(5, 5) : text.substr(11, axis.step_ < 1min ? 8 : 5));
-    tick.flag("spare", i % 2 == 1);
-    return tick;
+    const double at = percent(time);
+    const std::string text = showTime(time, offset_);
+    spare = !spare;
+    return Places{{"at", showNumber(at, 2)},
+                  {"anchor", at < edge         ? "start"
+                             : at > 100 - edge ? "end"
+                                               : "middle"},
+                  {"time", step_ >= 24h ? text.substr(5, 5) : text.substr(11, step_ < 1min ? 8 : 5)},
+                  {"spare", spare}};
   });
 }
 

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <vector>
 
 #include "reader/views/page/TimeAxis.h"
 
@@ -47,19 +48,17 @@ std::string ValueAxis::at(double value) const {
 }
 
 void ValueAxis::addPlaces(Places& places) const {
-  places.text("unit", unit_);
-  places.text("scale", showNumber(scale_, 0));
-  places.text("decimals", std::to_string(finer()));
-  places.text("low", showNumber(low_, decimals_));
-  places.text("high", showNumber(high_, decimals_));
-  const auto count = static_cast<std::size_t>(std::lround((high_ - low_) / step_)) + 1;
-  places.list("values", count, [axis = *this](std::size_t i) {
-    const double value = axis.low_ + static_cast<double>(i) * axis.step_;
-    Places tick;
-    tick.text("at", axis.at(value * axis.scale_));
-    tick.text("value", axis.tick(value));
-    return tick;
-  });
+  places.add({{"unit", unit_},
+              {"scale", showNumber(scale_, 0)},
+              {"decimals", std::to_string(finer())},
+              {"low", showNumber(low_, decimals_)},
+              {"high", showNumber(high_, decimals_)}});
+  std::vector<double> ticks;
+  for (long i = 0; i <= std::lround((high_ - low_) / step_); ++i) {
+    ticks.push_back(low_ + static_cast<double>(i) * step_);
+  }
+  places.list("values", ticks,
+              [&](double value) { return Places{{"at", at(value * scale_)}, {"value", tick(value)}}; });
 }
 
 }  // namespace sentiq

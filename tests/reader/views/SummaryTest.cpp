@@ -12,9 +12,8 @@ TEST(Summary, NamesGapsDamageAndWhatIsMissing) {
   later.replace(later.find("00:00:10"), 8, "00:00:50");  // So long Canvix had run by then.
   const std::string log = sessionLog({recordLine("2025-01-31T12:59:50.000+0100"), later});
   const LogSet logs = readTexts({log + "\x01\n\xff\n" + "torn"});
-  const Summary summary = summarize(logs, logs.sessions.front());
-  EXPECT_THAT(summary.gaps, ElementsAre("40 s from 2025-01-31 12:59:50.000"));
-  EXPECT_THAT(summary.problems, ElementsAre(HasSubstr("3 damaged or unfinished lines of 7"), "No watchdog log"));
+  EXPECT_THAT(gapsOf(logs.sessions.front()), ElementsAre("40 s from 2025-01-31 12:59:50.000"));
+  EXPECT_THAT(problemsOf(logs), ElementsAre(HasSubstr("3 damaged or unfinished lines of 7"), "No watchdog log"));
   EXPECT_THAT(summaryText(logs, /*colour=*/false, /*width=*/0),
               HasSubstr("70 MiB of 1000 MiB at 2025-01-31 13:00:30.000"));
 }
@@ -28,8 +27,9 @@ TEST(Summary, OfSeveralSessionsNamesTheDamageOfEachOnce) {
   logs.sessions.resize(2);
   logs.sessions[1].entries.resize(2);
   logs.sessions[1].entries[1].file = 1;
-  EXPECT_THAT(summarize(logs, logs.sessions[0]).problems, ElementsAre());
-  EXPECT_THAT(summarize(logs, logs.sessions[1]).problems, ElementsAre("torn .log: 2 damaged or unfinished lines of 9"));
+  EXPECT_THAT(summaryJson(logs, logs.sessions[0]), HasSubstr(R"("problems":[]})"));
+  EXPECT_THAT(summaryJson(logs, logs.sessions[1]),
+              HasSubstr(R"("problems":["torn .log: 2 damaged or unfinished lines of 9"]})"));
 }
 
 // Written by the program itself under Wine, one folder with encoding and one without, beside the same process.
@@ -39,14 +39,13 @@ TEST(Summary, OfLogsThatTheProgramWrote) {
   for (const std::string form : {"encoded", "plain"}) {
     const LogSet logs = readLogs(findLogs({data + ("/" + form)}), Keep::AllEvents, false);
     ASSERT_EQ(logs.sessions.size(), 1);
-    const Summary summary = summarize(logs, logs.sessions.front());
     EXPECT_THAT(summaryText(logs, /*colour=*/false, /*width=*/0),
                 AllOf(testing::StartsWith("Canvix crashed at 2026-11-24 21:12:24.500: module PaintCore.dll 29.5.0.137, "
                                           "exception 0xc0000005 (access violation), offset 0x4d21f7\n"),
                       HasSubstr("Before this session: error report AppHangXProcB1: Canvix.exe"),
                       HasSubstr("session-2\n"), HasSubstr("Machine                   STUDIO-07\n"),
                       HasSubstr("Abnormal session before   session-1\n"), HasSubstr("2 min 26 s\n")));
-    EXPECT_THAT(summary.problems, ElementsAre());
+    EXPECT_THAT(problemsOf(logs), ElementsAre());
     std::ostringstream timeline;
     TimelineOptions options;
     options.records = true;
