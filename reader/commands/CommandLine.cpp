@@ -9,8 +9,7 @@
 #include "reader/commands/Suggestion.h"
 #include "reader/console/Console.h"
 #include "reader/input/CleanText.h"
-#include "reader/views/Completions.h"
-#include "reader/views/Manual.h"
+#include "reader/views/CommandTexts.h"
 #include "reader/views/TextStyle.h"
 #include "reader/views/Timeline.h"
 

@@ -57,21 +57,6 @@ std::vector<Node> parse(std::string_view source, std::size_t& at) {
   return nodes;
 }
 
-// Any bytes, made clean and safe in elements and in quoted attributes.
-std::string htmlText(std::string_view bytes) {
-  constexpr std::string_view signs = "&<>\"'";
-  constexpr std::string_view escapes[] = {"&amp;", "&lt;", "&gt;", "&quot;", "&#39;"};
-  std::string html;
-  for (const char c : cleanText(bytes)) {
-    if (const std::size_t sign = signs.find(c); sign == std::string_view::npos) {
-      html += c;
-    } else {
-      html += escapes[sign];
-    }
-  }
-  return html;
-}
-
 template <class Entry>
 const Entry* named(const std::vector<Entry>& entries, std::string_view name) {
   const auto entry = std::find_if(entries.begin(), entries.end(), [name](const Entry& e) { return e.name == name; });
@@ -82,7 +67,7 @@ const Entry* named(const std::vector<Entry>& entries, std::string_view name) {
 
 class PageWriter {
  public:
-  explicit PageWriter(std::ostream& out) : out_(out) {}
+  PageWriter(std::ostream& out, const Escape& escape) : out_(out), escape_(escape) {}
 
   void write(const std::vector<Node>& nodes, const Places& places) {
     around_.push_back(&places);
@@ -110,7 +95,7 @@ class PageWriter {
     }
     const bool isEmpty = list != nullptr ? list->count == 0 : text == nullptr || text->text.empty();
     if (node.kind == Kind::Text) {
-      out_ << (text != nullptr ? htmlText(text->text) : "");
+      out_ << (text != nullptr ? escape_(text->text) : "");
     } else if (node.kind == Kind::None || list == nullptr) {
       if (isEmpty == (node.kind == Kind::None)) {
         write(node.inside);
@@ -123,12 +108,27 @@ class PageWriter {
   }
 
   std::ostream& out_;
+  const Escape& escape_;
   std::vector<const Places*> around_;
 };
 
-void writePage(std::string_view name, const Places& places, std::ostream& out) {
+std::string htmlText(std::string_view bytes) {
+  constexpr std::string_view signs = "&<>\"'";
+  constexpr std::string_view escapes[] = {"&amp;", "&lt;", "&gt;", "&quot;", "&#39;"};
+  std::string html;
+  for (const char c : cleanText(bytes)) {
+    if (const std::size_t sign = signs.find(c); sign == std::string_view::npos) {
+      html += c;
+    } else {
+      html += escapes[sign];
+    }
+  }
+  return html;
+}
+
+void writePage(std::string_view name, const Places& places, std::ostream& out, const Escape& escape) {
   std::size_t begins = 0;
-  PageWriter(out).write(parse(pageAsset(name), begins), places);
+  PageWriter(out, escape).write(parse(pageAsset(name), begins), places);
 }
 
 std::string countOrNothing(std::size_t count) {

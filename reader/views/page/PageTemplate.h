@@ -1,5 +1,5 @@
-// Pages with named places, and what stands in these: as much of the Mustache language as the report page needs.
-//   {{name}}              the text of that name, made safe for HTML
+// Pages with named places, and what stands in these: as much of the Mustache language as they need.
+//   {{name}}              the text of that name, escaped
 //   {{{name}}}            an asset, as it is
 //   {{#name}}…{{/name}}   once for each item of the list of that name, or when the text is not empty
 //   {{^name}}…{{/name}}   when there is no such item or text
@@ -73,8 +73,12 @@ inline auto placedAs(std::string_view name) {
 /// Empty for none, so that what tells of them is left out.
 std::string countOrNothing(std::size_t count);
 
-/// Writes the template of that name (see PageAssets.h) with its places filled. All text of logs that reaches a page
-/// goes through here, and is made clean and safe in elements and in quoted attributes.
-void writePage(std::string_view name, const Places& places, std::ostream& out);
+/// Any bytes, made clean and safe in elements and in quoted attributes.
+std::string htmlText(std::string_view bytes);
+
+/// Writes the template of that name (see PageAssets.h) with its places filled.
+/// @param escape what each text goes through: so does all of logs that reaches a page.
+using Escape = std::function<std::string(std::string_view)>;
+void writePage(std::string_view name, const Places& places, std::ostream& out, const Escape& escape = htmlText);
 
 }  // namespace sentiq

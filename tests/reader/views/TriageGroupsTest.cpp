@@ -1,5 +1,5 @@
 #include "reader/commands/Suggestion.h"
-#include "reader/views/Completions.h"
+#include "reader/views/CommandTexts.h"
 #include "reader/views/HtmlTriage.h"
 #include "reader/views/TextStyle.h"
 #include "reader/views/TriageGroups.h"

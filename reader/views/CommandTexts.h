@@ -1,7 +1,9 @@
-// What the command line is, in plain values: the manual page and the completions are made of it.
+// What the command line is, in plain values, and what is made of it: the manual page, and scripts by which shells
+// complete it.
 #pragma once
 
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -29,5 +31,14 @@ struct CommandLineWords {
   std::vector<CommandWords> commands;
   std::vector<std::pair<int, std::string>> exitCodes;  // With their meanings.
 };
+
+/// For man(1).
+std::string manualPage(const CommandLineWords& words);
+
+/// "bash", "zsh", "fish", "powershell"
+std::vector<std::string> completionShells();
+
+/// @param shell one of these. @return nothing for any other.
+std::string completionScript(std::string_view shell, const CommandLineWords& words);
 
 }  // namespace sentiq
