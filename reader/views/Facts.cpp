@@ -16,26 +16,20 @@
 namespace sentiq {
 namespace {
 
-using Json = nlohmann::ordered_json;
-
-Fact textFact(const char* label, const char* key, const std::string& text) {
-  return text.empty() ? Fact{label, key} : Fact{label, key, text, harmlessLine(text)};
+FactValue valueOf(const std::string& text) {
+  return text.empty() ? FactValue() : FactValue{text, harmlessLine(text)};
 }
 
-Fact processFact(const Session& session) {
-  Fact fact = textFact("Process id", "processId", session.processId);
-  if (Json number = Json::parse(session.processId, nullptr, /*allow_exceptions=*/false); number.is_number_integer()) {
-    fact.value = std::move(number);
+FactValue processOf(const Session& session) {
+  FactValue process = valueOf(session.processId);
+  if (auto number = nlohmann::ordered_json::parse(session.processId, nullptr, /*allow_exceptions=*/false);
+      number.is_number_integer()) {
+    process.json = std::move(number);
   }
-  return fact;
+  return process;
 }
 
-Fact canvixFact(const Judgement& judgement) {
-  const auto& failure = judgement.evidence.failure;
-  return textFact("Canvix", "canvixVersion", failure ? failure->version : "");
-}
-
-Fact windowsFact(const Session& session) {
+FactValue lastBuild(const Session& session) {
   std::string build;
   for (const LogEntry& entry : session.entries) {  // The last one counts.
     if (entry.event && entry.meaning == Meaning::Boot) {
@@ -43,77 +37,71 @@ Fact windowsFact(const Session& session) {
       build = told.empty() ? build : told;
     }
   }
-  return textFact("Windows", "windowsBuild", build);
+  return valueOf(build);
 }
 
-Fact lowestFact(const Session& session, const char* label, const char* key, std::int64_t MetricSample::* free,
-                std::int64_t MetricSample::* total) {
+FactValue lowestOf(const Session& session, std::int64_t MetricSample::* free, std::int64_t MetricSample::* total) {
   const auto record =
       std::min_element(session.metrics.begin(), session.metrics.end(),
                        [free](const MetricSample& a, const MetricSample& b) { return a.*free < b.*free; });
   if (record == session.metrics.end()) {
-    return {label, key};
+    return {};
   }
   const auto [time, offset] = record->time;
-  return {label,
-          key,
-          {{"mib", (*record).*free}, {"ofMib", (*record).*total}, {"time", isoTime(time, offset)}},
+  return {{{"mib", (*record).*free}, {"ofMib", (*record).*total}, {"time", isoTime(time, offset)}},
           showMebibytes((*record).*free) + " of " + showMebibytes((*record).*total) + " at " + showTime(time, offset)};
 }
 
-Fact batteryFact(const Session& session) {
-  Fact fact{"Battery", "battery"};
-  if (session.metrics.empty()) {
-    return fact;
+FactValue batteryOf(const std::vector<MetricSample>& records) {
+  if (records.empty()) {
+    return {};
   }
   std::optional<int> least;
-  for (const MetricSample& record : session.metrics) {
+  for (const MetricSample& record : records) {
     least = record.battery ? std::min(*record.battery, least.value_or(*record.battery)) : least;
   }
   const auto show = [](const MetricSample& record) {
     return record.battery ? std::to_string(*record.battery) + " %" : harmlessLine(record.batteryText);
   };
-  const std::string first = show(session.metrics.front());
-  const std::string last = show(session.metrics.back());
-  fact.value = {{"first", first}, {"last", last}};
-  fact.text = last;
+  const std::string first = show(records.front());
+  const std::string last = show(records.back());
+  FactValue battery{{{"first", first}, {"last", last}}, last};
   if (least) {
-    fact.value["lowestPercent"] = *least;
-    fact.text = first + " at first, " + last + " at last, lowest " + std::to_string(*least) + " %";
+    battery.json["lowestPercent"] = *least;
+    battery.text = first + " at first, " + last + " at last, lowest " + std::to_string(*least) + " %";
   }
-  return fact;
+  return battery;
 }
 
-Fact adaptersFact(const Session& session) {
-  if (session.metrics.empty()) {
-    return {"Graphics adapters", "adapters"};
+FactValue lastAdapters(const std::vector<MetricSample>& records) {
+  if (records.empty()) {
+    return {};
   }
-  const std::vector<std::string>& adapters = session.metrics.back().adapters;
-  return {"Graphics adapters", "adapters", adapters, adapters.empty() ? "none listed" : joined(adapters)};
+  const std::vector<std::string>& adapters = records.back().adapters;
+  return {adapters, adapters.empty() ? "none listed" : joined(adapters)};
 }
 
-Fact spanFact(const SessionSpan& span) {
+FactValue valueOf(const SessionSpan& span) {
   if (!span.begin || !span.end) {
-    return {"Time span", "span"};
+    return {};
   }
-  return {"Time span",
-          "span",
-          {{"begin", isoTime(*span.begin, span.offset)},
+  const Ticks length = *span.end - *span.begin;
+  return {{{"begin", isoTime(*span.begin, span.offset)},
            {"end", isoTime(*span.end, span.offset)},
-           {"seconds", std::chrono::floor<std::chrono::seconds>(*span.end - *span.begin).count()}},
+           {"seconds", std::chrono::floor<std::chrono::seconds>(length).count()}},
           showTime(*span.begin, span.offset) + " to " + showTime(*span.end, span.offset) + " (" +
-              showOffset(span.offset) + "), " + showDuration(*span.end - *span.begin)};
+              showOffset(span.offset) + "), " + showDuration(length)};
 }
 
-Fact bootFact(const Session& session, std::chrono::minutes offset) {
-  Fact fact = textFact("Last boot", "lastBoot", session.bootText);
+FactValue bootOf(const Session& session, std::chrono::minutes offset) {
+  FactValue boot = valueOf(session.bootText);
   if (session.booted) {
-    fact.text = showTime(*session.booted, offset);
+    boot.text = showTime(*session.booted, offset);
   }
-  return fact;
+  return boot;
 }
 
-Fact eventsFact(const Session& session) {
+FactValue eventCounts(const Session& session) {
   std::array<std::size_t, 4> counts{};
   for (const LogEntry& entry : session.entries) {
     counts[static_cast<std::size_t>(entry.severity)] += entry.event ? 1 : 0;
@@ -122,16 +110,17 @@ Fact eventsFact(const Session& session) {
     ++counts[static_cast<std::size_t>(event.severity)];
   }
   const std::size_t distinct = session.events.size() + session.counted.size();
-  Fact fact{"Events", "events", {{"distinct", distinct}}, std::to_string(distinct)};
+  FactValue events{{{"distinct", distinct}}, std::to_string(distinct)};
+  std::string before = " (";
   for (const Severity severity : {Severity::Error, Severity::Warning, Severity::Notice, Severity::Info}) {
     const std::string name(severityName(severity));
     const std::size_t count = counts[static_cast<std::size_t>(severity)];
-    fact.value[name] = count;
-    fact.text += (severity == Severity::Error ? " (" : ", ") + std::to_string(count) + ' ' + name;
+    events.json[name] = count;
+    events.text += std::exchange(before, ", ") + std::to_string(count) + ' ' + name;
   }
-  fact.value["copies"] = session.eventCopies;
-  fact.text += ')';
-  return fact;
+  events.json["copies"] = session.eventCopies;
+  events.text += ')';
+  return events;
 }
 
 }  // namespace
@@ -148,23 +137,25 @@ std::string showMebibytes(std::int64_t size) {
 
 std::vector<Fact> factsOf(const Session& session, const Judgement& judgement) {
   const SessionSpan span = sessionSpan(session);
+  const auto& failure = judgement.evidence.failure;
+  const std::vector<MetricSample>& records = session.metrics;
   return {
-      textFact("Session", "sessionId", session.id),
-      processFact(session),
-      canvixFact(judgement),
-      textFact("Machine", "computer", session.computer),
-      windowsFact(session),
-      textFact("Abnormal session before", "abnormalSessionId", session.abnormalSessionId),
-      spanFact(span),
-      textFact("Time zone", "timeZone", session.timeZone),
-      bootFact(session, span.offset),
-      lowestFact(session, "Lowest free disk", "lowestFreeDisk", &MetricSample::freeDisk, &MetricSample::totalDisk),
-      lowestFact(session, "Lowest free page file", "lowestFreePageFile", &MetricSample::freeSwap,
-                 &MetricSample::totalSwap),
-      batteryFact(session),
-      adaptersFact(session),
-      {"Ten-second records", "records", session.metrics.size(), std::to_string(session.metrics.size())},
-      eventsFact(session),
+      {"Session", "sessionId", valueOf(session.id)},
+      {"Process id", "processId", processOf(session)},
+      {"Canvix", "canvixVersion", valueOf(failure ? failure->version : "")},
+      {"Machine", "computer", valueOf(session.computer)},
+      {"Windows", "windowsBuild", lastBuild(session)},
+      {"Abnormal session before", "abnormalSessionId", valueOf(session.abnormalSessionId)},
+      {"Time span", "span", valueOf(span)},
+      {"Time zone", "timeZone", valueOf(session.timeZone)},
+      {"Last boot", "lastBoot", bootOf(session, span.offset)},
+      {"Lowest free disk", "lowestFreeDisk", lowestOf(session, &MetricSample::freeDisk, &MetricSample::totalDisk)},
+      {"Lowest free page file", "lowestFreePageFile",
+       lowestOf(session, &MetricSample::freeSwap, &MetricSample::totalSwap)},
+      {"Battery", "battery", batteryOf(records)},
+      {"Graphics adapters", "adapters", lastAdapters(records)},
+      {"Ten-second records", "records", {records.size(), std::to_string(records.size())}},
+      {"Events", "events", eventCounts(session)},
   };
 }
 

@@ -1,6 +1,7 @@
 // What the logs of a session say about the machine, Canvix and the figures, one fact a row.
 #pragma once
 
+#include <cstdint>
 #include <string>
 #include <vector>
 
@@ -11,11 +12,16 @@
 
 namespace sentiq {
 
+/// As the logs tell it, or that they do not.
+struct FactValue {
+  nlohmann::ordered_json json = nullptr;
+  std::string text = "unknown";
+};
+
 struct Fact {
   std::string label;
   std::string key;  // The same for scripts, which find null where the logs do not tell.
-  nlohmann::ordered_json value = nullptr;
-  std::string text = "unknown";
+  FactValue value;
 };
 
 /// In the order in which they are shown, always the same ones.

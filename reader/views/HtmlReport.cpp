@@ -47,12 +47,12 @@ void addFacts(const PageSession& page, Places& places) {
   constexpr std::array<std::string_view, 7> keys{"canvixVersion", "computer",  "windowsBuild", "adapters",
                                                  "sessionId",     "processId", "timeZone"};
   std::vector<Fact> facts = factsOf(page.session, page.judgement);
-  std::erase_if(facts, [](const Fact& fact) { return fact.value.is_null(); });
+  std::erase_if(facts, [](const Fact& fact) { return fact.value.json.is_null(); });
   const auto rank = [&](const Fact& fact) { return std::find(keys.begin(), keys.end(), fact.key); };
   std::stable_sort(facts.begin(), facts.end(), [&](const Fact& a, const Fact& b) { return rank(a) < rank(b); });
   const auto rest =
       std::find_if(facts.begin(), facts.end(), [&](const Fact& fact) { return rank(fact) == keys.end(); });
-  const auto place = [](const Fact& fact) { return Places{{"name", fact.label}, {"value", fact.text}}; };
+  const auto place = [](const Fact& fact) { return Places{{"name", fact.label}, {"value", fact.value.text}}; };
   places.list("who", std::vector<Fact>(facts.begin(), rest), place);
   places.list("facts", std::vector<Fact>(rest, facts.end()), place);
   places.list("gaps", gapsOf(page.session), placedAs("gap"));

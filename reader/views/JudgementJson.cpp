@@ -17,75 +17,65 @@ std::int64_t seconds(Ticks duration) {
   return std::chrono::floor<std::chrono::seconds>(duration).count();
 }
 
+std::string hexOf(const std::optional<std::uint64_t>& code) {
+  return code ? showHex(*code) : "";
+}
+
+std::string_view wordsOfCode(CodeKind kind, const std::optional<std::uint64_t>& code) {
+  return code ? codeWords(kind, *code) : "";
+}
+
+Json failureJson(const ProgramFailure& failure) {
+  return {{"module", failure.module},
+          {"moduleVersion", failure.moduleVersion},
+          {"exception", hexOf(failure.exception)},
+          {"exceptionWords", wordsOfCode(CodeKind::Exception, failure.exception)},
+          {"exceptionName", failure.exceptionName},
+          {"offset", hexOf(failure.offset)},
+          {"hangKind", failure.hangKind},
+          {"canvixVersion", failure.version},
+          {"reportId", failure.reportId},
+          {"bucket", failure.bucket},
+          {"reportPath", failure.reportPath},
+          {"dumps", failure.dumps}};
+}
+
+Json fallJson(const MachineFall& fall, std::chrono::minutes offset) {
+  return {{"stopCode", hexOf(fall.stopCode)},
+          {"stopWords", wordsOfCode(CodeKind::Stop, fall.stopCode)},
+          {"reportId", fall.reportId},
+          {"dumps", fall.dump.empty() ? Json() : Json::array({fall.dump})},
+          {"asleep", fall.asleep},
+          {"standby", fall.inStandby},
+          {"powerButton", fall.powerButton},
+          {"buttonPressed", timeJson(fall.buttonPressed, offset)}};
+}
+
 // Scripts find no key for what is not known.
-void add(Json& object, const char* key, std::string_view text) {
-  if (!text.empty()) {
-    object[key] = text;
-  }
-}
-
-void addCode(Json& object, const char* key, const std::optional<std::uint64_t>& code) {
-  add(object, key, code ? showHex(*code) : "");
-}
-
-void addWords(Json& object, const char* key, CodeKind kind, const std::optional<std::uint64_t>& code) {
-  add(object, key, code ? codeWords(kind, *code) : "");
-}
-
-void addFailure(Json& object, const ProgramFailure& failure) {
-  add(object, "module", failure.module);
-  add(object, "moduleVersion", failure.moduleVersion);
-  addCode(object, "exception", failure.exception);
-  addWords(object, "exceptionWords", CodeKind::Exception, failure.exception);
-  add(object, "exceptionName", failure.exceptionName);
-  addCode(object, "offset", failure.offset);
-  add(object, "hangKind", failure.hangKind);
-  add(object, "canvixVersion", failure.version);
-  add(object, "reportId", failure.reportId);
-  add(object, "bucket", failure.bucket);
-  add(object, "reportPath", failure.reportPath);
-  if (!failure.dumps.empty()) {
-    object["dumps"] = failure.dumps;
-  }
-}
-
-void addFall(Json& object, const MachineFall& fall, std::chrono::minutes offset) {
-  addCode(object, "stopCode", fall.stopCode);
-  addWords(object, "stopWords", CodeKind::Stop, fall.stopCode);
-  add(object, "reportId", fall.reportId);
-  if (!fall.dump.empty()) {
-    object["dumps"] = {fall.dump};
-  }
-  for (const auto& [key, isSo] :
-       {std::pair("asleep", fall.asleep), {"standby", fall.inStandby}, {"powerButton", fall.powerButton}}) {
-    if (isSo) {
-      object[key] = true;
+void addKnown(Json& object, const Json& more) {
+  for (const auto& [key, value] : more.items()) {
+    if (!value.empty() && value != "" && value != false) {
+      object[key] = value;
     }
-  }
-  if (fall.buttonPressed) {
-    object["buttonPressed"] = isoTime(*fall.buttonPressed, offset);
   }
 }
 
 }  // namespace
 
+Json timeJson(const std::optional<Instant>& time, std::chrono::minutes offset) {
+  return time ? Json(isoTime(*time, offset)) : Json();
+}
+
 Json evidenceJson(const Judgement& judgement) {
+  const auto& [failure, fall, entries] = judgement.evidence;
   Json object;
-  if (!judgement.time) {
-    return object;
-  }
-  object["time"] = isoTime(judgement.time->from, judgement.offset);
-  if (judgement.time->to != judgement.time->from) {
-    object["timeAtLatest"] = isoTime(judgement.time->to, judgement.offset);
-  }
-  if (judgement.back) {
-    object["back"] = isoTime(*judgement.back, judgement.offset);
-  }
-  if (judgement.evidence.failure) {
-    addFailure(object, *judgement.evidence.failure);
-  }
-  if (judgement.evidence.fall) {
-    addFall(object, *judgement.evidence.fall, judgement.offset);
+  if (judgement.time) {
+    const auto& [from, to] = *judgement.time;
+    object["time"] = isoTime(from, judgement.offset);
+    addKnown(object, {{"timeAtLatest", to != from ? isoTime(to, judgement.offset) : ""},
+                      {"back", timeJson(judgement.back, judgement.offset)}});
+    addKnown(object, failure ? failureJson(*failure) : Json());
+    addKnown(object, fall ? fallJson(*fall, judgement.offset) : Json());
   }
   return object;
 }

@@ -24,10 +24,6 @@ struct Column {
   Json (*value)(const MetricSample&);
 };
 
-Json orNull(const auto& number) {
-  return number ? Json(*number) : Json();
-}
-
 Json elapsed(const std::optional<Ticks>& duration) {
   return duration ? Json(showElapsed(*duration)) : Json();
 }

@@ -67,7 +67,7 @@ std::string sessionText(const Session& session, bool colour, std::size_t width) 
   text += isFailure(judgement.outcome) ? listText(changesTitle, changes, width) : "";
   text += '\n';
   for (const Fact& fact : factsOf(session, judgement)) {
-    text += padded(fact.label, labelWidth) + wrapped(fact.text, labelWidth, width) + '\n';
+    text += padded(fact.label, labelWidth) + wrapped(fact.value.text, labelWidth, width) + '\n';
   }
   return text + listText("Gaps of more than 15 s in the records", gapsOf(session), width) +
          listText("The same logs again, taken once", session.repeated, width);
@@ -119,7 +119,7 @@ std::string summaryJson(const LogSet& logs, const Session& session) {
     object["statements"].push_back({{"severity", severityName(statement.severity)}, {"text", statement.text}});
   }
   for (const Fact& fact : factsOf(session, judgement)) {
-    object[fact.key] = fact.value;
+    object[fact.key] = fact.value.json;
   }
   object["gaps"] = gapsOf(session);
   object["repeated"] = session.repeated;

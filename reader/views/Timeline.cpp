@@ -62,7 +62,7 @@ std::string textLine(const LogEntry& entry, const std::string& source, const std
 
 std::string jsonLine(const LogFileInfo& file, const Session& session, const LogEntry& entry, const std::string& source,
                      const std::string& words) {
-  Json object{{"time", entry.time ? Json(isoTime(*entry.time, entry.offset)) : Json()},
+  Json object{{"time", timeJson(entry.time, entry.offset)},
               {"source", source},
               {"severity", severityName(entry.severity)},
               {"what", words},

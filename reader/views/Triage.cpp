@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <map>
-#include <optional>
 
 #include "reader/views/JudgementJson.h"
 #include "reader/views/TextStyle.h"
@@ -111,23 +110,18 @@ std::string triageText(const std::vector<TriagedSession>& sessions, std::size_t 
 }
 
 std::string triageJson(const TriagedSession& session) {
-  using Json = nlohmann::ordered_json;
   const SessionSpan& span = session.span;
   const Judgement& judgement = session.judgement;
-  const auto timeOf = [&](const std::optional<Instant>& time) {
-    return time ? Json(isoTime(*time, span.offset)) : Json();
-  };
-  const auto numberOf = [](const auto& number) { return number ? Json(*number) : Json(); };
   return dumped({{"id", session.id},
                  {"processId", session.processId},
-                 {"begin", timeOf(span.begin)},
-                 {"end", timeOf(span.end)},
+                 {"begin", timeJson(span.begin, span.offset)},
+                 {"end", timeJson(span.end, span.offset)},
                  {"outcome", outcomeWord(judgement.outcome)},
                  {"signature", signatureOf(judgement)},
                  {"evidence", evidenceJson(judgement)},
                  {"adapters", judgement.adapters},
-                 {"lowestDiskMiB", numberOf(judgement.lowestDisk)},
-                 {"lowestPageFileMiB", numberOf(judgement.lowestPageFile)},
+                 {"lowestDiskMiB", orNull(judgement.lowestDisk)},
+                 {"lowestPageFileMiB", orNull(judgement.lowestPageFile)},
                  {"before", beforeJson(judgement)},
                  {"changes", changesJson(judgement)},
                  {"folder", session.folder}});

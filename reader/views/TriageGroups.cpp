@@ -31,33 +31,34 @@ std::string crashText(const ProgramFailure& crash) {
          (crash.offset ? showHex(*crash.offset) : "unknown");
 }
 
-std::set<std::string> adaptersOf(const TriagedSession& session) {
+template <class Items, class Name>
+std::set<std::string> namesOf(const Items& items, const Name& name) {
   std::set<std::string> names;
-  for (const std::string& adapter : session.judgement.adapters) {
-    names.insert(adapter.substr(0, adapter.rfind(" (")));  // Its memory may differ from one machine to the next.
+  for (const auto& item : items) {
+    names.emplace(name(item));
   }
   return names;
 }
 
-std::set<std::string> changesOf(const TriagedSession& session) {
-  std::set<std::string> names;
-  for (const Change& change : session.judgement.changes) {
-    names.insert(changeText(change.change));
-  }
-  return names;
+std::string withoutMemory(const std::string& adapter) {
+  return adapter.substr(0, adapter.rfind(" ("));  // It may differ from one machine to the next.
+}
+
+std::set<std::string> adaptersOf(const Judgement& judgement) {
+  return namesOf(judgement.adapters, withoutMemory);
+}
+
+std::set<std::string> changesOf(const Judgement& judgement) {
+  return namesOf(judgement.changes, [](const Change& change) { return changeText(change.change); });
 }
 
 template <std::string_view (*name)(BeforeKind)>
-std::set<std::string> kindsBefore(const TriagedSession& session) {
-  std::set<std::string> kinds;
-  for (const Before& before : session.judgement.before) {
-    kinds.emplace(name(before.kind));
-  }
-  return kinds;
+std::set<std::string> kindsBefore(const Judgement& judgement) {
+  return namesOf(judgement.before, [](const Before& before) { return name(before.kind); });
 }
 
-std::set<std::string> versionsOf(const TriagedSession& session) {
-  const auto& failure = session.judgement.evidence.failure;
+std::set<std::string> versionsOf(const Judgement& judgement) {
+  const auto& failure = judgement.evidence.failure;
   return failure && !failure->version.empty() ? std::set{failure->version} : std::set<std::string>{};
 }
 
@@ -135,7 +136,7 @@ std::string moreGroups(std::size_t count) {
 TraitCounts countTrait(const Trait& trait, const Sessions& sessions) {
   TraitCounts counts;
   for (const TriagedSession* const session : sessions) {
-    const std::set<std::string> names = trait.namesOf(*session);
+    const std::set<std::string> names = trait.namesOf(session->judgement);
     counts.telling += trait.alwaysTold || !names.empty() ? 1 : 0;
     for (const std::string& name : names) {
       ++counts.sessions[name];

@@ -37,7 +37,7 @@ std::string moreGroups(std::size_t count);
 
 /// Something that sessions may have in common: each name that one of them has of it.
 struct Trait {
-  std::set<std::string> (*namesOf)(const TriagedSession& session);
+  std::set<std::string> (*namesOf)(const Judgement& judgement);
   bool alwaysTold;  // Else a session without any name does not tell, and is left out of the shares.
 };
 extern const Trait adapterTrait;
