@@ -51,9 +51,21 @@ const triage = () => ask('triage', { paths: job.paths }, job.triage?.until);
 const sessionsAgain = () => job.triage.redact === job.redact ? showPage('triage') : triage();
 const reportAgain = () => job.report.redact === job.redact ? showPage('report') : report(job.report.title, job.report.what);
 
-function told({ messages, unread, stopped }) {
-  job.told = { messages, unread, stopped: stopped || job.entries !== undefined };
-  job.stopping = false;
+const reportOfAll = () => report(job.paths.length === 1 ? job.paths[0] : job.taken, { paths: job.paths });
+
+// A report that cannot be made leaves the page of sessions, from which it was asked for.
+async function fail(text) {
+  if (job.asked?.task === 'report' && job.triage) {
+    startReader();
+    await showPage('triage');
+    showFailure(text);
+  } else {
+    endReader();
+    show('empty');
+    showFailure(text);
+    showNotes();
+    $('notes').open = true;
+  }
 }
 
 const tooLittleMemory = 'There is not enough memory for these logs in this browser.';
@@ -79,32 +91,28 @@ const heard = {
       return;
     }
     job.stopping = false;
-    if (job.triage) {
-      return;
-    }
     if (files === 0) {
       fail(nothing({ messages: [], stopped: job.entries !== undefined }));
-    } else if (folders > 1) {
-      triage();
-    } else {
-      report(job.paths.length === 1 ? job.paths[0] : job.taken, { paths: job.paths });
+    } else if (!job.triage) {
+      (folders > 1 ? triage : reportOfAll)();
     }
   },
-  async page({ page, number, ...more }) {
+  async page({ page, number, messages, unread, stopped }) {
     const mine = job;
     const { asked, worker } = job;
     const sessions = page && asked?.task === 'triage' ? ((await page.text()).match(/<tr data-session=/g) ?? []).length : 0;
     if (mine !== job || worker !== job.worker || number !== job.asked?.number) {
       return; // Something else was asked for since then.
     }
-    told(more);
     const { task, until, redact } = asked;
+    job.told = { messages, unread, stopped: stopped || job.entries !== undefined };
+    job.stopping = false;
     if (!page) {
-      fail(nothing(job.told), task);
+      fail(nothing(job.told));
       return;
     }
     if (sessions === 1 && !job.told.stopped) {
-      report(job.paths.length === 1 ? job.paths[0] : job.taken, { paths: job.paths });
+      reportOfAll();
       return;
     }
     job[task] = { ...job[task], page, until, redact, told: job.told };
@@ -114,7 +122,7 @@ const heard = {
     showPage(task);
   },
   failed({ text }) {
-    fail(/memory/i.test(text) ? tooLittleMemory : `The reader failed: ${text}`, job.asked?.task);
+    fail(/memory/i.test(text) ? tooLittleMemory : `The reader failed: ${text}`);
   },
 };
 

@@ -47,21 +47,7 @@ function showNotes() {
   $('notes').lastElementChild.replaceChildren(...items.slice(0, 1000).map(text => line('li', text)));
 }
 
-// A report that cannot be made leaves the page of sessions, from which it was asked for.
-async function fail(text, task) {
-  if (task === 'report' && job.triage) {
-    job.asked = null;
-    startReader();
-    await showPage('triage');
-    $('failed').replaceChildren(line('p', text));
-    return;
-  }
-  show('empty');
-  $('failed').replaceChildren(line('p', text));
-  showNotes();
-  $('notes').open = true;
-  endReader();
-}
+const showFailure = text => $('failed').replaceChildren(line('p', text));
 
 // What was dropped on a report is the frame's until it was looked through: it is only hidden before.
 function removeFrame() {

@@ -18,28 +18,20 @@ zip.configure({ useWebWorkers: false }); // This is one already.
 const innerPath = name => name.split(/[\\/]/).filter(part => part !== '' && part !== '.' && part !== '..').join('/');
 
 // Takes what is unpacked, until it is too much.
-class Unpacked extends zip.Writer {
+class Unpacked extends zip.Uint8ArrayWriter {
   constructor(entry, left) {
     super();
-    this.pieces = [];
-    this.taken = 0;
-    this.limit = Math.min(left, Math.max(limits.small, entry.compressedSize * limits.ratio));
+    this.left = Math.min(left, Math.max(limits.small, entry.compressedSize * limits.ratio));
+  }
+  init(size = 0) {
+    super.init(Math.min(size, this.left)); // Not all that the zip file claims.
   }
   writeUint8Array(piece) {
-    this.taken += piece.length;
-    if (this.taken > this.limit) {
+    this.left -= piece.length;
+    if (this.left < 0) {
       throw new Error('unpacks to more than is taken');
     }
-    this.pieces.push(piece.slice());
-  }
-  getData() {
-    const bytes = new Uint8Array(this.taken);
-    let at = 0;
-    for (const piece of this.pieces.splice(0)) {
-      bytes.set(piece, at);
-      at += piece.length;
-    }
-    return bytes;
+    super.writeUint8Array(piece);
   }
 }
 

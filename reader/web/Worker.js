@@ -56,37 +56,33 @@ function pathsOf(folder) {
   return folder && !logs.some(isBelow) ? [folder] : logs.filter(log => folderOf(log.path) === folder).map(log => log.path);
 }
 
-const tasks = {
-  // Of zip files as many entries as are given.
-  async take({ module, files, entries = Infinity }) {
-    unpacking.until = entries;
-    compiled = await WebAssembly.compile(module);
-    for (const log of files) {
-      if (namedAsZip.test(log.path)) {
-        await unpack(log.path, log.file, 1);
-      } else {
-        logs.push(log);
-      }
+// Of zip files as many entries as are given.
+async function take({ module, files, entries = Infinity }) {
+  unpacking.until = entries;
+  compiled = await WebAssembly.compile(module);
+  for (const log of files) {
+    if (namedAsZip.test(log.path)) {
+      await unpack(log.path, log.file, 1);
+    } else {
+      logs.push(log);
     }
-    // In the order in which the reader comes to them: a folder's own files first.
-    const sorted = logs.map(log => ({ ...log, key: `${folderOf(log.path)}\0${log.path}` }));
-    logs = sorted.sort((a, b) => (a.key < b.key ? -1 : 1));
-    say('taken', { files: logs.length, bytes: logs.reduce((sum, log) => sum + (log.file.size ?? log.file.length), 0),
-      tops: [...new Set(logs.map(log => log.path.split('/')[0]))],
-      folders: new Set(logs.map(log => folderOf(log.path))).size });
-  },
-  async triage({ paths, number, ...more }) {
-    say('page', { number, ...await run('triage', paths, more) });
-  },
-  // Of all that was taken, or of one folder.
-  async report({ paths, folder, number, ...more }) {
-    say('page', { number, ...await run('report', paths ?? pathsOf(folder), more) });
-  },
-};
+  }
+  // In the order in which the reader comes to them: a folder's own files first.
+  const sorted = logs.map(log => ({ ...log, key: `${folderOf(log.path)}\0${log.path}` }));
+  logs = sorted.sort((a, b) => (a.key < b.key ? -1 : 1));
+  say('taken', { files: logs.length, bytes: logs.reduce((sum, log) => sum + (log.file.size ?? log.file.length), 0),
+    tops: [...new Set(logs.map(log => log.path.split('/')[0]))],
+    folders: new Set(logs.map(log => folderOf(log.path))).size });
+}
+
+// Of some paths, or of one folder.
+async function read({ task, paths, folder, number, ...more }) {
+  say('page', { number, ...await run(task, paths ?? pathsOf(folder), more) });
+}
 
 async function work(data) {
   try {
-    await tasks[data.task](data);
+    await (data.task === 'take' ? take : read)(data);
   } catch (error) {
     say('failed', { text: error.message || String(error) });
   }
