@@ -74,6 +74,10 @@ std::string joined(const std::vector<std::string>& items, std::string_view separ
   return text;
 }
 
+std::string countText(std::size_t count, const std::string& what) {
+  return std::to_string(count) + ' ' + what + (count == 1 ? "" : "s");
+}
+
 std::size_t shownWidth(std::string_view text) {
   std::size_t width = 0;
   for (std::size_t at = 0; at < text.size();) {

@@ -16,6 +16,9 @@ std::string harmlessLine(std::string_view bytes);
 /// Such lines in one.
 std::string joined(const std::vector<std::string>& items, std::string_view separator = ", ");
 
+/// "1 session", "2 sessions"
+std::string countText(std::size_t count, const std::string& what);
+
 /// Columns that UTF-8 text takes.
 std::size_t shownWidth(std::string_view text);
 

@@ -10,6 +10,7 @@
 
 #include "reader/events/CodeWords.h"
 #include "reader/views/JudgementText.h"
+#include "reader/views/TextStyle.h"
 #include "reader/views/TimeText.h"
 
 namespace sentiq {
@@ -91,7 +92,7 @@ std::string signatureOf(const Judgement& judgement) {
 }
 
 std::string triageHeadline(const Sessions& all) {
-  std::string text = std::to_string(all.size()) + (all.size() == 1 ? " session" : " sessions");
+  std::string text = countText(all.size(), "session");
   if (const std::string day = firstDay(all); !day.empty()) {
     text += " from " + day + " to " + lastDay(all);
   }
@@ -130,7 +131,7 @@ std::vector<TriageGroup> groupsOf(const Sessions& all) {
 }
 
 std::string moreGroups(std::size_t count) {
-  return count == 0 ? "" : std::to_string(count) + (count == 1 ? " more group" : " more groups");
+  return count == 0 ? "" : countText(count, "more group");
 }
 
 TraitCounts countTrait(const Trait& trait, const Sessions& sessions) {

@@ -42,14 +42,14 @@ std::optional<Instant> endOf(const Session& session, const SessionSpan& span, co
 
 PageSession pageSession(const Session& session, std::string prefix) {
   const SessionSpan span = sessionSpan(session);
-  PageSession page{session,     std::move(prefix), judge(session), sleepsOf(session), placedRecords(session),
-                   span.offset, span.begin};
+  PageSession page{
+      session, std::move(prefix), judge(session), sleepsOf(session), placedRecords(session), span.offset, span.begin,
+      {},      span.end};
   if (!page.records.empty()) {
     const PlacedRecord& first = page.records.front();
     page.begin = first.time - first.record->ran.value_or(Ticks{});
   }
   page.end = endOf(session, span, page.judgement);
-  page.last = span.end && page.end ? std::max(*span.end, *page.end) : span.end;
   if (page.begin && page.end) {
     page.begin = std::min(*page.begin, *page.end);
   }

@@ -4,6 +4,7 @@
 #include <span>
 #include <utility>
 
+#include "reader/views/TextStyle.h"
 #include "reader/views/TimeText.h"
 #include "reader/views/page/TimeAxis.h"
 
@@ -14,8 +15,8 @@ constexpr std::size_t mostItems = 40;
 
 // One thing for each line of the strip, and what its drawing needs.
 Places itemPlaces(const PageSession& page, const TimeAxis& axis, const StripItem& item) {
-  Places places{{"time", secondText(item.time, page.offset)},
-                {"fromEnd", item.entry ? page.fromEnd(item.time) : ""},
+  Places places{{"time", secondText(item.time(), page.offset)},
+                {"fromEnd", item.entry ? page.fromEnd(item.time()) : ""},
                 {"text", item.text},
                 {"times", item.spans.size() > 1 && item.entry ? std::to_string(item.spans.size()) : ""},
                 {"severity", severityName(item.severity)},
@@ -29,14 +30,11 @@ Places itemPlaces(const PageSession& page, const TimeAxis& axis, const StripItem
   constexpr std::size_t mostTold = 12;
   const std::span told(item.told);
   const std::size_t count = told.size() == 1 ? 0 : std::min(told.size(), mostTold);
-  places.list("told", told.last(count), [&](const std::pair<Instant, std::size_t>& entry) {
-    return Places{{"time", clockText(entry.first, page.offset)}, {"row", page.rowName(entry.second)}};
+  places.list("told", told.last(count), [&](std::size_t entry) {
+    const Instant time = page.session.entries[entry].time.value_or(item.time());
+    return Places{{"time", clockText(time, page.offset)}, {"row", page.rowName(entry)}};
   });
   return places;
-}
-
-std::string countText(std::size_t count, const char* what) {
-  return std::to_string(count) + ' ' + what + (count == 1 ? "" : "s");
 }
 
 // "3 other errors and 1 warning"
@@ -61,7 +59,7 @@ void addStrip(const PageSession& page, const StripItems& strip, Places& places) 
     return items;
   };
   places.add({{"strip", true},
-              {"whole", strip.whole},
+              {"whole", strip.first == *page.begin},
               {"endAt", axis.at(*page.end)},
               {"leftOut", countOrNothing(strip.items.size() - std::min(strip.items.size(), mostItems))},
               {"unrelatedText", strip.unrelated.empty() ? "" : unrelatedText(strip.unrelated)}});

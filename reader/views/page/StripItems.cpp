@@ -11,9 +11,10 @@ namespace {
 
 constexpr std::chrono::minutes shownBefore{30};
 constexpr std::chrono::minutes shownAfter{3};
+constexpr std::chrono::minutes longestFall{30};
 
 StripItem recordsOf(const PageSession& page) {
-  StripItem item{page.records.front().time, "Ten-second records (" + std::to_string(page.records.size()) + ")"};
+  StripItem item{"Ten-second records (" + std::to_string(page.records.size()) + ")"};
   for (const PlacedRecord& record : page.records) {
     if (item.spans.empty() || record.gap) {
       item.spans.push_back({record.time, record.time});
@@ -43,7 +44,7 @@ void addSleeps(const PageSession& page, StripItems& strip) {
     const Instant from = sleep.begin.value_or(*sleep.end);
     const Instant to = sleep.end.value_or(strip.last);
     if (to >= strip.first && from <= strip.last) {
-      strip.items.push_back({from, sleepText(sleep), Severity::Notice, sleep.entry, {{from, to}}});
+      strip.items.push_back({sleepText(sleep), Severity::Notice, sleep.entry, {{from, to}}});
     }
   }
 }
@@ -56,14 +57,14 @@ void addEnd(const PageSession& page, StripItems& strip) {
   }
   const auto& [from, to] = *judgement.time;
   const std::size_t entry = judgement.verdict.entry.value_or(judgement.evidence.entries.front());
-  StripItem item{from, wordsOf(page.session, page.session.entries[entry]), Severity::Error, entry, {{from, to}}};
-  for (const std::size_t teller : judgement.evidence.entries) {
-    item.told.emplace_back(page.session.entries[teller].time.value_or(from), teller);
-  }
+  StripItem item{wordsOf(page.session, page.session.entries[entry]),
+                 Severity::Error,
+                 entry,
+                 {{from, to}},
+                 judgement.evidence.entries};
   strip.items.push_back(std::move(item));
   if (judgement.back && *judgement.back > to) {
-    strip.items.push_back({to,
-                           "The machine was down for " + showDuration(*judgement.back - to),
+    strip.items.push_back({"The machine was down for " + showDuration(*judgement.back - to),
                            Severity::Notice,
                            {},
                            {{to, *judgement.back}}});
@@ -103,7 +104,6 @@ void addMoments(const PageSession& page, StripItems& strip) {
   const bool fell = page.judgement.back || page.judgement.evidence.fall;
   std::unordered_map<std::string, std::size_t> known;  // Index into the moments.
   std::vector<StripItem> moments;
-  std::vector<bool> related;
   for (std::size_t i = 0; i < session.entries.size(); ++i) {
     const LogEntry& entry = session.entries[i];
     if (entry.metric || !entry.time || *entry.time < strip.first || *entry.time > strip.last || !isMoment(entry) ||
@@ -114,17 +114,17 @@ void addMoments(const PageSession& page, StripItems& strip) {
     const std::string words = wordsOf(session, entry);
     const auto [place, isNew] = known.try_emplace(momentKey(session, entry, words), moments.size());
     if (isNew) {
-      moments.push_back({*entry.time, words, entry.severity, i});
-      related.push_back(entry.meaning != Meaning::Other);
+      moments.push_back({words, entry.severity, i});
     }
     StripItem& moment = moments[place->second];
-    moment.told.emplace_back(*entry.time, i);
+    moment.told.push_back(i);
     if (entry.meaning != Meaning::Exit || isNew) {
       moment.spans.push_back({*entry.time, *entry.time});
     }
   }
-  for (std::size_t i = 0; i < moments.size(); ++i) {
-    (related[i] ? strip.items : strip.unrelated).push_back(std::move(moments[i]));
+  for (StripItem& moment : moments) {
+    const bool isRelated = session.entries[*moment.entry].meaning != Meaning::Other;
+    (isRelated ? strip.items : strip.unrelated).push_back(std::move(moment));
   }
 }
 
@@ -134,17 +134,12 @@ std::optional<StripItems> stripItems(const PageSession& page) {
   if (!page.begin || !page.end || !page.last) {
     return std::nullopt;
   }
-  StripItems strip{std::max(*page.begin, Instant(*page.end - shownBefore)), *page.end};
-  strip.whole = strip.first == *page.begin;
-  strip.last = std::min(std::max({*page.last, *page.end, page.judgement.back.value_or(*page.end)}),
-                        Instant(std::max(*page.end, page.judgement.back.value_or(*page.end)) + shownAfter));
-  constexpr std::chrono::minutes longestFall{30};
-  strip.last = std::min(strip.last, Instant(*page.end + longestFall));
-  strip.items.push_back({*page.begin,
-                         "Canvix ran for " + showDuration(*page.end - *page.begin),
-                         Severity::Info,
-                         {},
-                         {{*page.begin, *page.end}}});
+  const Instant over = std::max(*page.end, page.judgement.back.value_or(*page.end));
+  StripItems strip{
+      std::max(*page.begin, Instant(*page.end - shownBefore)),
+      std::min({std::max(*page.last, over), Instant(over + shownAfter), Instant(*page.end + longestFall)})};
+  strip.items.push_back(
+      {"Canvix ran for " + showDuration(*page.end - *page.begin), Severity::Info, {}, {{*page.begin, *page.end}}});
   if (!page.records.empty()) {
     strip.items.push_back(recordsOf(page));
   }
@@ -152,7 +147,7 @@ std::optional<StripItems> stripItems(const PageSession& page) {
   addEnd(page, strip);
   addMoments(page, strip);
   std::stable_sort(strip.items.begin(), strip.items.end(),
-                   [](const StripItem& a, const StripItem& b) { return a.time < b.time; });
+                   [](const StripItem& a, const StripItem& b) { return a.time() < b.time(); });
   return strip;
 }
 

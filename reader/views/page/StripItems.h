@@ -4,7 +4,6 @@
 #include <cstddef>
 #include <optional>
 #include <string>
-#include <utility>
 #include <vector>
 
 #include "reader/views/page/PageSession.h"
@@ -12,18 +11,18 @@
 namespace sentiq {
 
 struct StripItem {
-  Instant time;
   std::string text;
   Severity severity = Severity::Info;
-  std::optional<std::size_t> entry{};                   // That tells most of it.
-  std::vector<TimeRange> spans{};                       // A moment where both are one.
-  std::vector<std::pair<Instant, std::size_t>> told{};  // Every entry that tells of it.
+  std::optional<std::size_t> entry{};  // That tells most of it.
+  std::vector<TimeRange> spans{};      // At least one; a moment where both times are one.
+  std::vector<std::size_t> told{};     // Every entry that tells of it.
+
+  Instant time() const { return spans.front().from; }
 };
 
 struct StripItems {
   Instant first;
   Instant last;
-  bool whole = false;                  // From the start of Canvix.
   std::vector<StripItem> items{};      // In order of time.
   std::vector<StripItem> unrelated{};  // Warnings and errors without a meaning for the session.
 };
