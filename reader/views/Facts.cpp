@@ -5,7 +5,6 @@
 #include <chrono>
 #include <cstddef>
 #include <cstdint>
-#include <cstdio>
 #include <optional>
 #include <string_view>
 #include <utility>
@@ -15,6 +14,13 @@
 
 namespace sentiq {
 namespace {
+
+// 38.5 GiB, 512 MiB
+std::string showMebibytes(std::int64_t size) {
+  constexpr std::int64_t gibibyte = 1024;
+  return size < 10 * gibibyte ? std::to_string(size) + " MiB"
+                              : showNumber(static_cast<double>(size) / gibibyte, 1) + " GiB";
+}
 
 FactValue valueOf(const std::string& text) {
   return text.empty() ? FactValue() : FactValue{text, harmlessLine(text)};
@@ -124,16 +130,6 @@ FactValue eventCounts(const Session& session) {
 }
 
 }  // namespace
-
-std::string showMebibytes(std::int64_t size) {
-  constexpr std::int64_t gibibyte = 1024;
-  if (size < 10 * gibibyte) {
-    return std::to_string(size) + " MiB";
-  }
-  std::array<char, 32> text{};
-  static_cast<void>(std::snprintf(text.data(), text.size(), "%.1f GiB", static_cast<double>(size) / gibibyte));
-  return text.data();
-}
 
 std::vector<Fact> factsOf(const Session& session, const Judgement& judgement) {
   const SessionSpan span = sessionSpan(session);

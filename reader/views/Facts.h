@@ -1,7 +1,6 @@
 // What the logs of a session say about the machine, Canvix and the figures, one fact a row.
 #pragma once
 
-#include <cstdint>
 #include <string>
 #include <vector>
 
@@ -26,8 +25,5 @@ struct Fact {
 
 /// In the order in which they are shown, always the same ones.
 std::vector<Fact> factsOf(const Session& session, const Judgement& judgement);
-
-/// 38.5 GiB, 512 MiB
-std::string showMebibytes(std::int64_t size);
 
 }  // namespace sentiq

@@ -109,7 +109,7 @@ void writeHtmlReport(const LogSet& logs, const PageOptions& options, std::ostrea
     pages.push_back(pageSession(none, ""));
   }
   const std::vector<std::string> problems = problemsOf(logs);
-  Places places = placesOf(options, {"Report.css hash", "Entries.js hash", "Figures.js hash", "Report.js hash"});
+  Places places = placesOf(options, {"Report.css"}, {"Entries.js", "Figures.js", "Report.js"});
   places.add({{"title", several ? std::to_string(pages.size()) + " sessions of Canvix: " + outcomesText(outcomes)
                                 : pages.front().judgement.verdict.text},
               {"several", several},

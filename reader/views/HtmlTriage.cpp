@@ -9,9 +9,9 @@
 #include <string_view>
 #include <utility>
 
+#include "reader/views/TextStyle.h"
 #include "reader/views/TimeText.h"
 #include "reader/views/TriageGroups.h"
-#include "reader/views/page/TimeAxis.h"
 
 namespace sentiq {
 namespace {
@@ -55,7 +55,7 @@ std::string daysText(const Days& days) {
 
 // Drawn over the days of all sessions, so that one group can be laid beside another.
 void addDays(const Days& days, const Days& ofAll, Places& places) {
-  places.add({"days", daysText(days)});
+  places.add({{"days", daysText(days)}});
   if (days.empty()) {
     return;
   }
@@ -138,7 +138,7 @@ class TriagePlaces {
         told.push_back(traitPlaces(ofAll.title, std::move(shares)));
       }
     }
-    places.add({"hasTraits", !told.empty()});
+    places.add({{"hasTraits", !told.empty()}});
     places.list("traits", told, std::identity());
   }
 
@@ -162,7 +162,7 @@ void writeHtmlTriage(const std::vector<TriagedSession>& sessions, const TriagePa
   const std::vector<TriageGroup> groups = groupsOf(all);
   const std::size_t shown = page.top == 0 ? groups.size() : std::min(page.top, groups.size());
   const TriagePlaces triage(all);
-  Places places = placesOf(options, {"Report.css hash", "Triage.css hash", "Triage.js hash"});
+  Places places = placesOf(options, {"Report.css", "Triage.css"}, {"Triage.js"});
   places.add({{"title", triageHeadline(all)}, {"more", moreGroups(groups.size() - shown)}});
   places.list("notes", page.notes, placedAs("note"));
   places.longList("groups", shown, [&](std::size_t i) { return triage.of(groups[i]); });

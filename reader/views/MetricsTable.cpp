@@ -91,8 +91,7 @@ std::string textRow(const std::vector<const Column*>& wanted, const auto& cellOf
   std::string row;
   for (const Column* const column : wanted) {
     const std::string cell = cellOf(*column);
-    const std::string fill(column->width - std::min(column->width, shownWidth(cell)), ' ');
-    row += row.empty() ? cell + fill : ' ' + fill + cell;
+    row += row.empty() ? padded(cell, column->width) : ' ' + padded(column->width, cell);
   }
   return row + '\n';
 }

@@ -2,7 +2,9 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 #include <cstdint>
+#include <cstdio>
 
 #include "reader/input/CleanText.h"
 
@@ -20,6 +22,7 @@ constexpr WideBlock wideBlocks[] = {
     {0x1100, 0x115F}, {0x2E80, 0x303E}, {0x3041, 0xA4CF}, {0xAC00, 0xD7A3}, {0xF900, 0xFAFF}, {0xFF00, 0xFF60},
 };
 
+// One, or some.
 struct Glyph {
   std::size_t bytes;
   std::size_t columns;
@@ -44,18 +47,18 @@ Glyph firstGlyph(std::string_view text) {
   return {bytes, combining ? 0U : wide ? 2U : 1U};
 }
 
-// The bytes of the text's beginning that take no more columns.
-std::size_t bytesWithin(std::string_view text, std::size_t columns) {
-  std::size_t bytes = 0;
-  while (bytes < text.size()) {
-    const Glyph glyph = firstGlyph(text.substr(bytes));
-    if (glyph.columns > columns) {
+// Of the text's beginning that takes no more columns.
+Glyph beginningWithin(std::string_view text, std::size_t columns) {
+  Glyph beginning{0, 0};
+  while (beginning.bytes < text.size()) {
+    const Glyph next = firstGlyph(text.substr(beginning.bytes));
+    if (next.columns > columns - beginning.columns) {
       break;
     }
-    columns -= glyph.columns;
-    bytes += glyph.bytes;
+    beginning.bytes += next.bytes;
+    beginning.columns += next.columns;
   }
-  return bytes;
+  return beginning;
 }
 
 }  // namespace
@@ -78,25 +81,31 @@ std::string countText(std::size_t count, const std::string& what) {
   return std::to_string(count) + ' ' + what + (count == 1 ? "" : "s");
 }
 
+std::string showNumber(double number, int decimals) {
+  const double power = std::pow(10, decimals);
+  std::array<char, 64> text{};
+  static_cast<void>(
+      std::snprintf(text.data(), text.size(), "%.*f", decimals, std::round(number * power) / power + 0.0));
+  return text.data();
+}
+
 std::size_t shownWidth(std::string_view text) {
-  std::size_t width = 0;
-  for (std::size_t at = 0; at < text.size();) {
-    const Glyph glyph = firstGlyph(text.substr(at));
-    at += glyph.bytes;
-    width += glyph.columns;
-  }
-  return width;
+  return beginningWithin(text, std::string_view::npos).columns;
 }
 
 std::string padded(std::string_view text, std::size_t width) {
   return std::string(text) + std::string(width - std::min(width, shownWidth(text)), ' ');
 }
 
+std::string padded(std::size_t width, std::string_view text) {
+  return std::string(width - std::min(width, shownWidth(text)), ' ') + std::string(text);
+}
+
 std::string fitted(std::string_view text, std::size_t width) {
   if (width == 0 || shownWidth(text) <= width) {
     return std::string(text);
   }
-  return std::string(text.substr(0, bytesWithin(text, width - 1))).append(ellipsis);
+  return std::string(text.substr(0, beginningWithin(text, width - 1).bytes)).append(ellipsis);
 }
 
 std::string wrapped(std::string_view text, std::size_t indent, std::size_t width) {
@@ -105,7 +114,7 @@ std::string wrapped(std::string_view text, std::size_t indent, std::size_t width
     return std::string(text);
   }
   std::string lines;
-  for (std::size_t most = 0; (most = bytesWithin(text, width - indent)) < text.size();) {
+  for (std::size_t most = 0; (most = beginningWithin(text, width - indent).bytes) < text.size();) {
     const std::size_t blank = text.substr(0, most + 1).rfind(' ');
     const std::size_t end = blank == std::string_view::npos || blank == 0 ? most : blank;
     lines.append(text.substr(0, end)).append("\n").append(indent, ' ');

@@ -1,4 +1,4 @@
-// Columns, line breaks and colours of a terminal.
+// Numbers and lines of text; columns, line breaks and colours of a terminal.
 #pragma once
 
 #include <cstddef>
@@ -19,11 +19,17 @@ std::string joined(const std::vector<std::string>& items, std::string_view separ
 /// "1 session", "2 sessions"
 std::string countText(std::size_t count, const std::string& what);
 
+/// With so many digits behind the point; a half is rounded away from zero, which has no sign.
+std::string showNumber(double number, int decimals);
+
 /// Columns that UTF-8 text takes.
 std::size_t shownWidth(std::string_view text);
 
 /// Filled up with blanks to so many columns.
 std::string padded(std::string_view text, std::size_t width);
+
+/// So, with the blanks before it.
+std::string padded(std::size_t width, std::string_view text);
 
 /// Cut at its end, with an ellipsis, when it takes more columns. @param width 0 cuts nothing.
 std::string fitted(std::string_view text, std::size_t width);

@@ -62,11 +62,10 @@ std::vector<std::string> detailsOf(const Sessions& group, const TraitCounts& ada
 
 std::string rowOf(const std::string& sessions, const std::string& share, const std::string& first,
                   const std::string& last, const std::string& what) {
+  constexpr std::size_t numberWidth = 8;
   constexpr std::size_t dayWidth = 12;
-  const auto number = [numberWidth = std::size_t{8}](const std::string& text) {
-    return std::string(numberWidth - std::min(numberWidth, text.size()), ' ') + text;
-  };
-  return number(sessions) + number(share) + "  " + padded(first, dayWidth) + padded(last, dayWidth) + what;
+  return padded(numberWidth, sessions) + padded(numberWidth, share) + "  " + padded(first, dayWidth) +
+         padded(last, dayWidth) + what;
 }
 
 }  // namespace

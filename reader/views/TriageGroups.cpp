@@ -1,9 +1,7 @@
 #include "reader/views/TriageGroups.h"
 
 #include <algorithm>
-#include <array>
 #include <cstdint>
-#include <cstdio>
 #include <optional>
 #include <string_view>
 #include <utility>
@@ -160,10 +158,7 @@ std::vector<TraitShare> sharesOf(const Trait& trait, const Sessions& sessions, c
 }
 
 std::string showShare(std::size_t part, std::size_t whole) {
-  std::array<char, 16> text{};
-  const double share = whole == 0 ? 0 : 100.0 * static_cast<double>(part) / static_cast<double>(whole);
-  static_cast<void>(std::snprintf(text.data(), text.size(), "%.1f %%", share));
-  return text.data();
+  return showNumber(whole == 0 ? 0 : 100.0 * static_cast<double>(part) / static_cast<double>(whole), 1) + " %";
 }
 
 }  // namespace sentiq

@@ -4,6 +4,7 @@
 #include <chrono>
 #include <string_view>
 
+#include "reader/views/TextStyle.h"
 #include "reader/views/TimeText.h"
 #include "reader/views/page/ChartRecords.h"
 #include "reader/views/page/TimeAxis.h"

@@ -6,13 +6,14 @@
 
 namespace sentiq {
 
-Places placesOf(const PageOptions& options, std::initializer_list<std::string_view> allowed) {
+Places placesOf(const PageOptions& options, const std::vector<std::string>& styles,
+                const std::vector<std::string>& scripts) {
   Places places{{"made", minuteText(options.made, options.offset) + ' ' + showOffset(options.offset)},
                 {"program", options.program},
                 {"redacted", options.redacted}};
-  for (const std::string_view name : allowed) {
-    places.add({name, base64Encode(pageAsset(name))});
-  }
+  const auto hashed = [](const std::string& name) { return Places{{"hash", base64Encode(pageAsset(name + " hash"))}}; };
+  places.list("styles", styles, hashed);
+  places.list("scripts", scripts, hashed);
   return places;
 }
 

@@ -2,9 +2,8 @@
 #pragma once
 
 #include <chrono>
-#include <initializer_list>
 #include <string>
-#include <string_view>
+#include <vector>
 
 #include "reader/input/LogTime.h"
 #include "reader/views/page/PageTemplate.h"
@@ -18,7 +17,9 @@ struct PageOptions {
   bool redacted = false;          // Stand-ins have the places of names.
 };
 
-/// @param allowed styles and scripts, whose hashes the page's policy names.
-Places placesOf(const PageOptions& options, std::initializer_list<std::string_view> allowed);
+/// The places of Head.html, but its title, and what the page says of itself.
+/// @param styles and scripts that the page has, whose hashes its policy names.
+Places placesOf(const PageOptions& options, const std::vector<std::string>& styles,
+                const std::vector<std::string>& scripts);
 
 }  // namespace sentiq

@@ -35,7 +35,6 @@ class Places {
  public:
   Places(std::initializer_list<PlacedText> texts = {}) : texts_(texts) {}
 
-  void add(PlacedText text) { texts_.push_back(std::move(text)); }
   void add(std::initializer_list<PlacedText> texts) { texts_.insert(texts_.end(), texts); }
 
   /// @param item makes one of the items, when it is written and not before: a page may have 100,000 rows.

@@ -1,6 +1,6 @@
 #include "reader/views/page/TimeAxis.h"
 
-#include <cmath>
+#include "reader/views/TextStyle.h"
 
 namespace sentiq {
 namespace {
@@ -52,19 +52,6 @@ void TimeAxis::addTicks(Places& places) const {
                   {"time", step_ >= 24h ? text.substr(5, 5) : text.substr(11, step_ < 1min ? 8 : 5)},
                   {"spare", spare}};
   });
-}
-
-std::string showNumber(double number, int decimals) {
-  const double power = std::pow(10, decimals);
-  const long long scaled = std::llround(std::abs(number) * power);
-  std::string digits = std::to_string(scaled);
-  const auto behind = static_cast<std::size_t>(decimals);
-  if (digits.size() <= behind) {
-    digits.insert(0, behind + 1 - digits.size(), '0');
-  }
-  std::string text = number < 0 && scaled != 0 ? "-" : "";
-  text.append(digits, 0, digits.size() - behind);
-  return behind > 0 ? text.append(1, '.').append(digits, digits.size() - behind) : text;
 }
 
 }  // namespace sentiq

@@ -46,7 +46,4 @@ class TimeAxis {
   Ticks step_;  // From one round time to the next.
 };
 
-/// A decimal fraction with so many digits behind the point, in every locale.
-std::string showNumber(double number, int decimals);
-
 }  // namespace sentiq

@@ -4,7 +4,7 @@
 #include <cmath>
 #include <vector>
 
-#include "reader/views/page/TimeAxis.h"
+#include "reader/views/TextStyle.h"
 
 namespace sentiq {
 
