@@ -14,10 +14,6 @@
 namespace sentiq {
 namespace {
 
-std::string orUnknown(std::string_view text) {
-  return std::string(text.empty() ? "unknown" : text);
-}
-
 std::string codeText(CodeKind kind, const std::optional<std::uint64_t>& code) {
   const std::string_view words = code ? codeWords(kind, *code) : "";
   return !words.empty() ? std::string(words) : code ? showHex(*code) : "unknown";
@@ -26,7 +22,7 @@ std::string codeText(CodeKind kind, const std::optional<std::uint64_t>& code) {
 std::string crashText(const ProgramFailure& crash) {
   const std::string exception =
       crash.exceptionName.empty() ? codeText(CodeKind::Exception, crash.exception) : crash.exceptionName;
-  return " in " + orUnknown(crash.module) + ": " + exception + " at " +
+  return " in " + (crash.module.empty() ? "unknown" : crash.module) + ": " + exception + " at " +
          (crash.offset ? showHex(*crash.offset) : "unknown");
 }
 

@@ -88,8 +88,7 @@ void addShare(const Figure& figure, const Point& last, const Point& extreme, con
   const double lowest = 100 * extreme.value / total;
   places.add({{"total", figure.unit != "%" ? values.show(total) : ""},
               {"share", showNumber(100 * last.value / total, 0)},
-              {"isLow", lowest < low},
-              {"notLow", lowest >= low}});
+              {"isLow", lowest < low}});
 }
 
 Places figurePlaces(const Charts& charts, const Figure& figure, const Range& range) {

@@ -24,8 +24,8 @@ std::vector<Node> parse(std::string_view source, std::size_t& at) {
   while (at < source.size()) {
     const std::size_t open = std::min(source.find("{{", at), source.size());
     nodes.push_back({Kind::Literal, source.substr(at, open - at)});
+    at = open;
     if (open == source.size()) {
-      at = open;
       break;
     }
     const char sign = source[open + 2];

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <iterator>
 #include <unordered_map>
 
 #include "reader/events/EventFacts.h"
@@ -72,17 +73,9 @@ void addEnd(const PageSession& page, StripItems& strip) {
 }
 
 bool isMoment(const LogEntry& entry) {
-  switch (entry.meaning) {
-    case Meaning::Sleep:  // These are spans.
-    case Meaning::Resume:
-    case Meaning::StandbyBegun:
-    case Meaning::StandbyEnded:
-      return false;
-    case Meaning::Other:
-      return entry.severity >= Severity::Warning;
-    default:
-      return true;
-  }
+  constexpr Meaning ofSpans[] = {Meaning::Sleep, Meaning::Resume, Meaning::StandbyBegun, Meaning::StandbyEnded};
+  return std::find(std::begin(ofSpans), std::end(ofSpans), entry.meaning) == std::end(ofSpans) &&
+         (entry.meaning != Meaning::Other || entry.severity >= Severity::Warning);
 }
 
 // Tellings of one thing have one key: both logs tell of one exit, an event and its report of one failure.
