@@ -55,7 +55,7 @@ std::string daysText(const Days& days) {
 
 // Drawn over the days of all sessions, so that one group can be laid beside another.
 void addDays(const Days& days, const Days& ofAll, Places& places) {
-  places.add({{"days", daysText(days)}});
+  places.add("days", daysText(days));
   if (days.empty()) {
     return;
   }

@@ -4,7 +4,6 @@
 #include <array>
 #include <cmath>
 #include <cstdint>
-#include <cstdio>
 
 #include "reader/input/CleanText.h"
 
@@ -82,11 +81,14 @@ std::string countText(std::size_t count, const std::string& what) {
 }
 
 std::string showNumber(double number, int decimals) {
-  const double power = std::pow(10, decimals);
-  std::array<char, 64> text{};
-  static_cast<void>(
-      std::snprintf(text.data(), text.size(), "%.*f", decimals, std::round(number * power) / power + 0.0));
-  return text.data();
+  const long long scaled = std::llround(std::abs(number) * std::pow(10, decimals));
+  const auto behind = static_cast<std::size_t>(decimals);
+  std::string text = std::to_string(scaled);
+  text.insert(0, behind + 1 - std::min(behind + 1, text.size()), '0');
+  if (behind > 0) {
+    text.insert(text.size() - behind, 1, '.');
+  }
+  return number < 0 && scaled != 0 ? '-' + text : text;
 }
 
 std::size_t shownWidth(std::string_view text) {

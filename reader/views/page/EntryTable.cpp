@@ -79,13 +79,13 @@ void addBody(const PageSession& page, const LogEntry& entry, Places& row) {
     provider = std::string(event.provider()) + ' ' + std::to_string(event.id);
   }
   std::vector<NamedValue> fields = fieldsOf(page, entry);
-  row.add({{"source", sourceOf(page.session, entry)}});
-  row.add({{"provider", std::move(provider)}});
+  row.add("source", sourceOf(page.session, entry));
+  row.add("provider", std::move(provider));
   if (isToldByFields(entry)) {
-    row.add({{"words", fieldLines(fields)}});
+    row.add("words", fieldLines(fields));
     fields.clear();
   } else {
-    row.add({{"words", wordsOf(page.session, entry)}});
+    row.add("words", wordsOf(page.session, entry));
   }
   std::size_t unnamed = 0;
   row.list("fields", fields,
@@ -108,7 +108,7 @@ Places rowPlaces(const PageSession& page, const Rows& rows, std::size_t i) {
              {"line", std::to_string(entry.line)},
              {"model", page.rowName(model)}};
   if (model) {
-    row.add({{"modelTime", clockOf(entries[*model])}});
+    row.add("modelTime", clockOf(entries[*model]));
   } else {
     addBody(page, entry, row);
   }

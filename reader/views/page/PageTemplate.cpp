@@ -101,7 +101,10 @@ class PageWriter {
         write(node.inside);
       }
     } else {
-      for (std::size_t i = 0; i < list->count; ++i) {
+      for (const Places& item : list->made) {
+        write(node.inside, item);
+      }
+      for (std::size_t i = 0; list->item && i < list->count; ++i) {
         write(node.inside, list->item(i));
       }
     }
@@ -113,14 +116,18 @@ class PageWriter {
 };
 
 std::string htmlText(std::string_view bytes) {
-  constexpr std::string_view signs = "&<>\"'";
-  constexpr std::string_view escapes[] = {"&amp;", "&lt;", "&gt;", "&quot;", "&#39;"};
   std::string html;
   for (const char c : cleanText(bytes)) {
-    if (const std::size_t sign = signs.find(c); sign == std::string_view::npos) {
+    const std::string_view escape = c == '&'    ? "&amp;"
+                                    : c == '<'  ? "&lt;"
+                                    : c == '>'  ? "&gt;"
+                                    : c == '"'  ? "&quot;"
+                                    : c == '\'' ? "&#39;"
+                                                : std::string_view();
+    if (escape.empty()) {
       html += c;
     } else {
-      html += escapes[sign];
+      html += escape;
     }
   }
   return html;

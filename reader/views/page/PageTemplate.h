@@ -11,7 +11,6 @@
 #include <functional>
 #include <initializer_list>
 #include <iosfwd>
-#include <memory>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -36,20 +35,22 @@ class Places {
   Places(std::initializer_list<PlacedText> texts = {}) : texts_(texts) {}
 
   void add(std::initializer_list<PlacedText> texts) { texts_.insert(texts_.end(), texts); }
+  void add(std::string_view name, std::string text) { texts_.emplace_back(name, std::move(text)); }
 
   /// @param item makes one of the items, when it is written and not before: a page may have 100,000 rows.
   void longList(std::string_view name, std::size_t count, std::function<Places(std::size_t)> item) {
-    lists_.push_back({name, count, std::move(item)});
+    lists_.push_back({name, count, std::move(item), {}});
   }
 
   /// @param make makes the places of an item, at once.
   template <class Items, class Make>
   void list(std::string_view name, const Items& items, const Make& make) {
-    const auto made = std::make_shared<std::vector<Places>>();
+    std::vector<Places> made;
     for (const auto& item : items) {
-      made->push_back(make(item));
+      made.push_back(make(item));
     }
-    longList(name, made->size(), [made](std::size_t i) { return (*made)[i]; });
+    const std::size_t count = made.size();
+    lists_.push_back({name, count, {}, std::move(made)});
   }
 
  private:
@@ -59,6 +60,7 @@ class Places {
     std::string_view name;
     std::size_t count;
     std::function<Places(std::size_t)> item;
+    std::vector<Places> made;  // Without such a function.
   };
   std::vector<PlacedText> texts_;
   std::vector<List> lists_;
