@@ -14,11 +14,14 @@ void onAllCores(std::size_t count, const std::function<void(std::size_t)>& work)
       work(i);
     }
   };
-  std::vector<std::future<void>> others;  // Waited for in the end. In a page there is one core.
+  std::vector<std::future<void>> others;  // In a page there is one core.
   for (unsigned i = 1; i < std::thread::hardware_concurrency(); ++i) {
     others.push_back(std::async(std::launch::async, workOn));
   }
   workOn();
+  for (std::future<void>& other : others) {
+    other.get();
+  }
 }
 
 }  // namespace sentiq

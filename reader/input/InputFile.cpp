@@ -17,12 +17,13 @@ namespace sentiq {
 bool readInput(const std::string& name, std::ostream* progress, const std::atomic<bool>& stop,
                const std::function<bool(std::string_view)>& visit) {
   const std::filesystem::path path = pathFromText(name);
-  ByteSource source(name != "-" ? &path : nullptr);
+  const bool isFile = name != "-";
+  ByteSource source(isFile ? &path : nullptr);
   if (!source.isOpen()) {
     return false;
   }
   std::error_code error;
-  const std::uintmax_t size = progress != nullptr ? std::filesystem::file_size(path, error) : 0;
+  const std::uintmax_t size = isFile && progress != nullptr ? std::filesystem::file_size(path, error) : 0;
   const std::uintmax_t total = error ? 0 : size;
   const std::string shownName = textFromPath(path.filename());
   Progress shown(progress);

@@ -15,7 +15,7 @@ namespace sentiq {
 
 class GrowingSession {
  public:
-  GrowingSession(Session session, std::size_t origin);
+  explicit GrowingSession(Session session, std::size_t origin = 0);
 
   /// Whether a line or a record of the part, with its time, is here from another origin.
   bool holdsLineOf(const Session& part, std::size_t origin);

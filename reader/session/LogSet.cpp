@@ -8,6 +8,7 @@
 #include "reader/console/Console.h"
 #include "reader/input/InputFile.h"
 #include "reader/session/GrowingSession.h"
+#include "reader/session/InitialLogs.h"
 #include "reader/session/LineOwners.h"
 #include "reader/session/LogFileReader.h"
 #include "reader/session/Neighbours.h"
@@ -65,20 +66,26 @@ LogSet readLogs(const std::vector<LogInput>& files, Keep keep, const std::atomic
                 std::ostream* progress) {
   LogSet set;
   SessionAssembly assembly;
+  std::vector<SessionPart> initials;
   for (auto input = files.begin(); input != files.end() && !stop; ++input) {
     std::optional<std::size_t> above;
     for (SessionPart& part : readLog(*input, keep, stop, names, progress, set)) {
-      part.above = above;
-      const auto session = assembly.add(std::move(part));
-      above = session ? session : above;
+      if (part.role == LogRole::Initial) {
+        initials.push_back(std::move(part));
+      } else {
+        part.above = above;
+        const auto session = assembly.add(std::move(part));
+        above = session ? session : above;
+      }
     }
   }
   set.stopped = stop;
   if (set.stopped && keep == Keep::Judgement) {
     return set;  // A triage leaves out what was half read: who has asked for the end need not wait for its assembly.
   }
-  set.sessions = assembly.takeOut(set.told);
+  set.sessions = assembly.takeOut();
   giveLinesToTheirOwners(set.sessions);
+  addInitialLogs(set.sessions, std::move(initials), set.told);
   std::for_each(set.sessions.begin(), set.sessions.end(), sortSession);
   tellNeighbours(set.sessions);
   sortByBegin(set.sessions);
@@ -96,8 +103,9 @@ void joinSets(std::vector<Session>& sessions, std::vector<Session>& told) {
       assembly.add({std::move(sessions[i]), LogRole::Unknown, i, folder});
     }
   }
-  sessions = assembly.takeOut(told);
+  sessions = assembly.takeOut();
   std::move(nameless.begin(), nameless.end(), std::back_inserter(sessions));
+  addInitialLogs(sessions, {}, told);
   std::for_each(sessions.begin(), sessions.end(), sortSession);
   sortByBegin(sessions);
 }

@@ -99,10 +99,24 @@ TEST(InitialLogs, TellTheirWriterAndTheSessionThatTheyAreAbout) {
 }
 
 TEST(InitialLogs, AreOfTheWriterThatBeganAtThatTime) {
+  const std::string initial = initialHead("13:10:00", "a", "2") + crash("09:00:00");
   EXPECT_THAT(sessionsOf({{"w.log", watchHead("10:00:00", "x", "2") + watch("10:30:00", "App has exited") +
                                         watchHead("13:10:00", "b", "2")},
-                          {"i.log", initialHead("13:10:00", "a", "2") + crash("09:00:00")}}),
+                          {"i.log", initial}}),
               ElementsAre("x 2; exits 10:30:00", "b 2; crashes 09:00:00"));
+  EXPECT_THAT(sessionsOf({{"a.log", header("b", "2") + record("13:10:05", "2")},
+                          {"w.log", watchHead("10:00:00", "x", "2") + watchHead("13:10:00", "b", "2")},
+                          {"i.log", initial}}),
+              ElementsAre("x 2", "b 2; records 13:10:05; crashes 09:00:00"))
+      << "nobody says that the other had ended";
+}
+
+TEST(InitialLogs, AreAboutASessionAsItsOwnLinesTellOfIt) {
+  EXPECT_THAT(sessionsOf({{"s.log", header("b", "2") + record("11:00:10", "2") + header("a", "1") +
+                                        record("12:30:00", "1") + record("13:59:55", "2") + exitStatus("14:00:00")},
+                          {"i.log", initialHead("13:00:00", "a", "3") + crash("12:30:05")}}),
+              ElementsAre("b 2; records 11:00:10 13:59:55; exits 14:00:00", "a 1; records 12:30:00; crashes 12:30:05"))
+      << "the exit below its header is the other's";
 }
 
 // The name alone would fit each time.
