@@ -6,6 +6,8 @@
 #include <nlohmann/json.hpp>
 
 #include "reader/console/Console.h"
+#include "reader/judgement/Judgement.h"
+#include "reader/judgement/Outcome.h"
 #include "reader/session/LogSet.h"
 #include "reader/views/HtmlReport.h"
 #include "reader/views/MetricsTable.h"
