@@ -114,7 +114,7 @@ WatchedProcess watchedProcess(const Session& session, const EntryIndex& index, c
   // The records, where there are any, end with the process: with the last line, since the clock may have been set back.
   const LogEntry* last = nullptr;
   for (const LogEntry& entry : session.entries) {
-    const bool ofRecords = entry.role == LogRole::Session && entry.time;
+    const bool ofRecords = entry.role == LogRole::Session && entry.time && !entry.event;
     if (ofRecords && (last == nullptr || entry.file != last->file || entry.line > last->line)) {
       last = &entry;
       process.over = entry.time;

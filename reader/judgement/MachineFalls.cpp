@@ -100,8 +100,13 @@ std::vector<Instant> bootsOf(const Session& session, const EntryIndex& index) {
     all.push_back(*session.booted);
   }
   std::sort(all.begin(), all.end());
-  all.erase(std::unique(all.begin(), all.end(), [](Instant a, Instant b) { return b - a <= oneStart; }), all.end());
-  return all;
+  std::vector<Instant> boots;
+  for (const Instant boot : all) {
+    if (boots.empty() || boot - boots.back() > oneStart) {
+      boots.push_back(boot);
+    }
+  }
+  return boots;
 }
 
 std::vector<Fall> fallsOf(const Session& session, const EntryIndex& index, const std::vector<Instant>& boots,

@@ -91,9 +91,12 @@ const heard = {
       return;
     }
     job.stopping = false;
+    if (job.triage) {
+      return;
+    }
     if (files === 0) {
       fail(nothing({ messages: [], stopped: job.entries !== undefined }));
-    } else if (!job.triage) {
+    } else {
       (folders > 1 ? triage : reportOfAll)();
     }
   },

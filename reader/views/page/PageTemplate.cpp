@@ -138,7 +138,7 @@ void writePage(std::string_view name, const Places& places, std::ostream& out, c
   PageWriter(out, escape).write(parse(pageAsset(name), begins), places);
 }
 
-std::string countOrNothing(std::size_t count) {
+std::string countOrNothing(std::uint64_t count) {
   return count == 0 ? "" : std::to_string(count);
 }
 

@@ -8,6 +8,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <functional>
 #include <initializer_list>
 #include <iosfwd>
@@ -72,7 +73,7 @@ inline auto placedAs(std::string_view name) {
 }
 
 /// Empty for none, so that what tells of them is left out.
-std::string countOrNothing(std::size_t count);
+std::string countOrNothing(std::uint64_t count);
 
 /// Any bytes, made clean and safe in elements and in quoted attributes.
 std::string htmlText(std::string_view bytes);
