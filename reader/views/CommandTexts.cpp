@@ -79,6 +79,7 @@ Places commandPlaces(const CommandWords& command, std::string_view between) {
 std::string filled(std::string_view name, const CommandLineWords& words, std::string_view between,
                    const Escape& escape) {
   std::vector<std::string> commands;
+  commands.reserve(words.commands.size());
   for (const CommandWords& command : words.commands) {
     commands.push_back(command.name);
   }
