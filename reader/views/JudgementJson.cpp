@@ -54,7 +54,8 @@ Json fallJson(const MachineFall& fall, std::chrono::minutes offset) {
 // Scripts find no key for what is not known.
 void addKnown(Json& object, const Json& more) {
   for (const auto& [key, value] : more.items()) {
-    if (!value.empty() && value != "" && value != false) {
+    const auto* const text = value.get_ptr<const Json::string_t*>();
+    if (!value.empty() && value != false && (text == nullptr || !text->empty())) {
       object[key] = value;
     }
   }

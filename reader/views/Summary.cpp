@@ -61,6 +61,7 @@ std::string sessionText(const Session& session, bool colour, std::size_t width) 
     text += styled(statement.severity, wrapped(harmlessLine(statement.text), 0, width), colour) + '\n';
   }
   std::vector<std::string> changes;
+  changes.reserve(judgement.changes.size());
   for (const Change& change : judgement.changes) {
     changes.push_back(changeText(change));
   }

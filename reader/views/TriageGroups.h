@@ -61,7 +61,7 @@ struct TraitShare {
   // differences in one group or another.
   bool isClear;
 };
-std::vector<TraitShare> sharesOf(const Trait& trait, const Sessions& group, const TraitCounts& all);
+std::vector<TraitShare> sharesOf(const Trait& trait, const Sessions& sessions, const TraitCounts& all);
 
 /// "7.5 %"
 std::string showShare(std::size_t part, std::size_t whole);
