@@ -7,8 +7,7 @@
 namespace sentiq {
 
 /// Calls the function for each number below the count, on so many threads as there are cores, this one among them, and
-/// returns once all are done.
-/// @param work throws nothing.
+/// returns once all are done. Of what it throws one comes out, once all threads have ended.
 void onAllCores(std::size_t count, const std::function<void(std::size_t)>& work);
 
 }  // namespace sentiq

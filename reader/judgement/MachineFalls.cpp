@@ -69,17 +69,22 @@ void addTeller(Fall& fall, const LogEntry& teller, MachineFall facts, const Sess
   addFacts(fall.facts, facts);
 }
 
+// An error report may be written long after the machine was up again, and names its crash.
+bool isReported(const Fall& fall, const Fall& own, Instant time, const MachineFall& facts) {
+  return fall.back <= time + sameBoot && (fall.back == own.back || isSameCrash(fall.facts, facts));
+}
+
+bool isLogged(const Fall& fall, const Fall& own, Instant time) {
+  return fall.back == own.back || (!own.backIsKnown && time - fall.back <= sameBoot);
+}
+
 // The fall that the entry tells of; else its own one, which is added. The fall of an error report is most often one of
 // the last, that of another entry the last.
 std::size_t placeOf(std::vector<Fall>& falls, Fall own, Instant time, const MachineFall& facts) {
   const std::size_t mostLookedAt = facts.isErrorReport ? 8 : 1;
   for (std::size_t i = falls.size(); i > 0 && falls.size() - i < mostLookedAt; --i) {
     const Fall& fall = falls[i - 1];
-    const bool sameBack = fall.back == own.back;
-    const bool isSame = facts.isErrorReport
-                            ? fall.back <= time + sameBoot && (sameBack || isSameCrash(fall.facts, facts))
-                            : sameBack || (!own.backIsKnown && time - fall.back <= sameBoot);
-    if (isSame) {
+    if (facts.isErrorReport ? isReported(fall, own, time, facts) : isLogged(fall, own, time)) {
       return i - 1;
     }
   }

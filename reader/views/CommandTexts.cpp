@@ -14,12 +14,11 @@ namespace {
 // Places in the texts stand within single quotes.
 struct Shell {
   std::string_view name;
-  std::string_view between;  // Words of a list.
-  std::string_view quote;    // How a single quote is written.
-  std::string_view signs;    // Its own, which a backslash makes plain ones.
+  std::string_view quote;  // How a single quote is written.
+  std::string_view signs;  // Its own, which a backslash makes plain ones.
 };
 constexpr Shell shells[] = {
-    {"bash", " ", "'", ""}, {"zsh", " ", "'\\''", "[]:"}, {"fish", " ", "\\'", ""}, {"powershell", "', '", "'", ""}};
+    {"bash", "'\\''", ""}, {"zsh", "'\\''", "[]:"}, {"fish", "\\'", ""}, {"powershell", "''", ""}};
 
 std::string shellText(const Shell& shell, std::string_view text) {
   std::string script;
@@ -43,14 +42,20 @@ std::string manualText(std::string_view text) {
   return page;
 }
 
-Places optionPlaces(const OptionWords& option, std::string_view between) {
+void addWords(std::string_view name, const std::vector<std::string>& words, Places& places) {
+  places.list(name, words,
+              [&](const std::string& word) { return Places{{"word", word}, {"further", &word != words.data()}}; });
+}
+
+Places optionPlaces(const OptionWords& option) {
   const auto longName = std::find_if(option.names.begin(), option.names.end(),
                                      [](const std::string& name) { return name.starts_with("--"); });
   Places places{{"longName", *longName},
                 {"value", option.value},
-                {"choices", joined(option.choices, between)},
+                {"choices", joined(option.choices, " ")},
                 {"help", option.text},
                 {"required", option.required}};
+  addWords("choiceWords", option.choices, places);
   places.list("names", option.names, [&](const std::string& name) {
     const bool isLong = name.starts_with("--");
     return Places{{"name", name},
@@ -61,7 +66,7 @@ Places optionPlaces(const OptionWords& option, std::string_view between) {
   return places;
 }
 
-Places commandPlaces(const CommandWords& command, std::string_view between) {
+Places commandPlaces(const CommandWords& command) {
   std::vector<std::string> names;
   for (const OptionWords& option : command.options) {
     names.insert(names.end(), option.names.begin(), option.names.end());
@@ -70,14 +75,14 @@ Places commandPlaces(const CommandWords& command, std::string_view between) {
                 {"inputs", command.inputs},
                 {"summary", command.text},
                 {"more", command.more},
-                {"allOptions", joined(names, between)}};
-  places.list("options", command.options, [&](const OptionWords& option) { return optionPlaces(option, between); });
+                {"allOptions", joined(names, " ")}};
+  addWords("optionWords", names, places);
+  places.list("options", command.options, optionPlaces);
   places.list("examples", command.examples, placedAs("example"));
   return places;
 }
 
-std::string filled(std::string_view name, const CommandLineWords& words, std::string_view between,
-                   const Escape& escape) {
+std::string filled(std::string_view name, const CommandLineWords& words, const Escape& escape) {
   std::vector<std::string> commands;
   commands.reserve(words.commands.size());
   for (const CommandWords& command : words.commands) {
@@ -87,8 +92,9 @@ std::string filled(std::string_view name, const CommandLineWords& words, std::st
   for (const Outcome outcome : allOutcomes()) {
     outcomes.emplace_back(outcomeWord(outcome));
   }
-  Places places{{"about", words.text}, {"allCommands", joined(commands, between)}, {"outcomes", joined(outcomes)}};
-  places.list("commands", words.commands, [&](const CommandWords& command) { return commandPlaces(command, between); });
+  Places places{{"about", words.text}, {"allCommands", joined(commands, " ")}, {"outcomes", joined(outcomes)}};
+  addWords("commandWords", commands, places);
+  places.list("commands", words.commands, commandPlaces);
   places.list("exitCodes", words.exitCodes, [](const std::pair<int, std::string>& row) {
     return Places{{"code", std::to_string(row.first)}, {"meaning", row.second}};
   });
@@ -100,7 +106,7 @@ std::string filled(std::string_view name, const CommandLineWords& words, std::st
 }  // namespace
 
 std::string manualPage(const CommandLineWords& words) {
-  return filled("Manual.roff", words, "", manualText);
+  return filled("Manual.roff", words, manualText);
 }
 
 std::vector<std::string> completionShells() {
@@ -115,7 +121,7 @@ std::string completionScript(std::string_view shell, const CommandLineWords& wor
   const auto* const known =
       std::find_if(std::begin(shells), std::end(shells), [&](const Shell& s) { return s.name == shell; });
   return known == std::end(shells) ? ""
-                                   : filled("Completions." + std::string(shell), words, known->between,
+                                   : filled("Completions." + std::string(shell), words,
                                             [&](std::string_view text) { return shellText(*known, text); });
 }
 

@@ -96,16 +96,19 @@ class PageWriter {
     const bool isEmpty = list != nullptr ? list->count == 0 : text == nullptr || text->text.empty();
     if (node.kind == Kind::Text) {
       out_ << (text != nullptr ? escape_(text->text) : "");
-    } else if (node.kind == Kind::None || list == nullptr) {
-      if (isEmpty == (node.kind == Kind::None)) {
-        write(node.inside);
-      }
-    } else {
-      for (const Places& item : list->made) {
-        write(node.inside, item);
-      }
-      for (std::size_t i = 0; list->item && i < list->count; ++i) {
-        write(node.inside, list->item(i));
+    } else if (node.kind == Kind::Each && list != nullptr) {
+      writeItems(node.inside, *list);
+    } else if (isEmpty == (node.kind == Kind::None)) {
+      write(node.inside);
+    }
+  }
+
+  void writeItems(const std::vector<Node>& nodes, const Places::List& list) {
+    for (std::size_t i = 0; i < list.count; ++i) {
+      if (list.item) {
+        write(nodes, list.item(i));
+      } else {
+        write(nodes, list.made[i]);
       }
     }
   }
